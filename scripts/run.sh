@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Sets up the machine, builds Tarnwick and starts it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh
+scripts/build.sh
+
+if [ -x build/TarnwickCLI/tarnwick-cli ] && [ -x build/tests/support/tarnwick-simboard ]; then
+  exec scripts/demo.sh
+fi
+echo "Tarnwick is built. The desktop application is not there yet; run scripts/test.sh for the tests."
