@@ -21,7 +21,9 @@ TEST(ESPChip, LookupsFollowTheChipTable) {
     EXPECT_EQ(espChipFromRawValue(rawValue(chip)), chip);
     EXPECT_EQ(statusByteCount(chip), chip == ESPChip::esp8266 ? 2u : 4u);
     EXPECT_EQ(macRegisters(chip).has_value(), chip != ESPChip::esp8266);
-    if (auto id = securityInfoChipID(chip)) EXPECT_EQ(espChipFromSecurityInfoChipID(*id), chip);
+    if (auto id = securityInfoChipID(chip)) {
+      EXPECT_EQ(espChipFromSecurityInfoChipID(*id), chip);
+    }
   }
   EXPECT_EQ(displayName(ESPChip::esp32s3), "ESP32-S3");
   EXPECT_EQ(bootloaderOffset(ESPChip::esp32s2), 0x1000u);
