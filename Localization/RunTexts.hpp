@@ -1,0 +1,59 @@
+#pragma once
+// Texts of a flashing run: stage texts, log lines and the number formats they use.
+
+#include <cstdint>
+#include <string>
+
+namespace tarnwick {
+
+/// Seconds with exactly one decimal in the interface language's style, then " s" ("3.4 s", "3,4
+/// s").
+std::string formatSeconds(double seconds);
+
+/// A byte count in 1024-based units as memory sizes are written ("512 bytes", "30 KB", "1.4 MB").
+std::string formatByteCount(std::int64_t bytes);
+
+/// "0x" and the value in upper-case hexadecimal without leading zeros ("0x10000", "0x0").
+std::string formatAddress(std::uint32_t address);
+
+} // namespace tarnwick
+
+namespace tarnwick::L10n::State {
+std::string flash();
+std::string ready();
+std::string flashing();
+std::string lastFlashSucceeded();
+std::string lastFlashFailed();
+} // namespace tarnwick::L10n::State
+
+namespace tarnwick::L10n::Stage {
+std::string connecting();
+std::string connectingAttempt(int attempt);
+std::string holdBoot();
+std::string writing(const std::string& name);
+std::string verifying(const std::string& name);
+std::string restarting();
+std::string done();
+std::string failed();
+std::string stopped();
+} // namespace tarnwick::L10n::Stage
+
+namespace tarnwick::L10n::Log {
+std::string flashingOn(const std::string& product, const std::string& port);
+std::string connecting();
+std::string holdBoot();
+std::string chip(const std::string& chip);
+std::string chipAndMAC(const std::string& chip, const std::string& mac);
+std::string speed(std::int64_t baud);
+std::string bootloaderOn(const std::string& port);
+std::string writeTo(const std::string& name, const std::string& address, const std::string& size);
+std::string writtenIn(const std::string& name, const std::string& seconds);
+std::string verified(const std::string& name);
+std::string doneIn(const std::string& seconds);
+std::string newBoardOn(const std::string& port);
+std::string filesFrom(std::int64_t count, const std::string& folder);
+std::string openedProduct(const std::string& name);
+std::string partitionsApplicationIn(std::int64_t count, const std::string& partition);
+std::string stopped();
+std::string log();
+} // namespace tarnwick::L10n::Log
