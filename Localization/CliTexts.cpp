@@ -1,0 +1,357 @@
+#include "Localization/CliTexts.hpp"
+
+#include "Localization/Text.hpp"
+
+namespace tarnwick::L10n::Cli {
+
+namespace {
+std::string around(const Texts& head, const std::string& value, const Texts& tail) {
+  return tr(head) + value + tr(tail);
+}
+} // namespace
+
+std::string unknownCommand(const std::string& word) {
+  return around({"Unknown command “", "Onbekende opdracht ‘", "Unbekannter Befehl „",
+                 "Commande inconnue « ", "Orden desconocida «"},
+                word, {"”.", "’.", "“.", " ».", "»."});
+}
+std::string unknownOption(const std::string& option) {
+  return around({"Unknown option ", "Onbekende optie ", "Unbekannte Option ",
+                 "Option inconnue ", "Opción desconocida "},
+                option, {".", ".", ".", ".", "."});
+}
+std::string missingValue(const std::string& option) {
+  return around({"", "", "", "", "Falta el valor de "}, option,
+                {" needs a value.", " heeft een waarde nodig.", " braucht einen Wert.",
+                 " attend une valeur.", "."});
+}
+std::string unexpectedValue(const std::string& option) {
+  return around({"", "", "", "", ""}, option,
+                {" takes no value.", " neemt geen waarde.", " nimmt keinen Wert.",
+                 " ne prend pas de valeur.", " no admite ningún valor."});
+}
+std::string badValue(const std::string& option, const std::string& value) {
+  return around({"“", "‘", "„", "« ", "«"}, value,
+                {"” is not a valid value for ", "’ is geen geldige waarde voor ",
+                 "“ ist kein gültiger Wert für ", " » n’est pas une valeur valide pour ",
+                 "» no es un valor válido para "}) +
+         option + ".";
+}
+std::string missingOption(const std::string& option) {
+  return around({"", "", "", "L’option ", "Falta la opción "}, option,
+                {" is required.", " is verplicht.", " ist erforderlich.", " est obligatoire.",
+                 "."});
+}
+std::string missingInput() {
+  return tr({"Name a product file, or firmware files or a build folder.",
+             "Geef een productbestand op, of firmwarebestanden of een buildmap.",
+             "Gib eine Produktdatei an, oder Firmware-Dateien oder einen Build-Ordner.",
+             "Indiquez un fichier produit, ou des fichiers firmware ou un dossier de build.",
+             "Indica un archivo de producto, o archivos de firmware o una carpeta de compilación."});
+}
+std::string oneProductFile() {
+  return tr({"Name exactly one product file.", "Geef precies één productbestand op.",
+             "Gib genau eine Produktdatei an.", "Indiquez un seul fichier produit.",
+             "Indica exactamente un archivo de producto."});
+}
+std::string noInputs() {
+  return tr({"This command takes no files.", "Deze opdracht neemt geen bestanden.",
+             "Dieser Befehl nimmt keine Dateien.", "Cette commande ne prend aucun fichier.",
+             "Esta orden no admite archivos."});
+}
+std::string unknownTarget(const std::string& text) {
+  return around({"Unknown target ", "Onbekend doel ", "Unbekanntes Ziel ", "Cible inconnue ",
+                 "Destino desconocido "},
+                text,
+                {" (for example esp:auto, esp:esp32s3, avr:uno).",
+                 " (bijvoorbeeld esp:auto, esp:esp32s3, avr:uno).",
+                 " (zum Beispiel esp:auto, esp:esp32s3, avr:uno).",
+                 " (par exemple esp:auto, esp:esp32s3, avr:uno).",
+                 " (por ejemplo esp:auto, esp:esp32s3, avr:uno)."});
+}
+std::string noUSBPort() {
+  return tr({"No USB board found. Connect the board with a cable that carries data, or name the "
+             "port with --port.",
+             "Geen USB-board gevonden. Sluit het board aan met een kabel die data doorgeeft, of "
+             "geef de poort op met --port.",
+             "Kein USB-Board gefunden. Schließe das Board mit einem Datenkabel an oder gib die "
+             "Schnittstelle mit --port an.",
+             "Aucune carte USB trouvée. Branchez la carte avec un câble qui transmet les données, "
+             "ou indiquez le port avec --port.",
+             "No se ha encontrado ninguna placa USB. Conecta la placa con un cable de datos o "
+             "indica el puerto con --port."});
+}
+std::string severalPorts(const std::vector<std::string>& ports) {
+  std::string list;
+  for (const auto& port : ports) list += (list.empty() ? "" : ", ") + port;
+  return around({"Several serial ports found (", "Meerdere seriële poorten gevonden (",
+                 "Mehrere serielle Schnittstellen gefunden (",
+                 "Plusieurs ports série trouvés (", "Se han encontrado varios puertos serie ("},
+                list,
+                {"). Choose one with --port.", "). Kies er een met --port.",
+                 "). Wähle eine mit --port.", "). Choisissez-en un avec --port.",
+                 "). Elige uno con --port."});
+}
+std::string noPortsFound() {
+  return tr({"No ports found", "Geen poorten gevonden", "Keine Schnittstellen gefunden",
+             "Aucun port trouvé", "No se han encontrado puertos"});
+}
+std::string packed(const std::string& file, int count) {
+  return around({"Saved ", "", "", "", "Guardado "}, file,
+                {" with ", " opgeslagen met ", " mit ", " enregistré avec ", " con "}) +
+         std::to_string(count) +
+         tr({" file(s).", " bestand(en).", " Datei(en) gespeichert.", " fichier(s).",
+             " archivo(s)."});
+}
+std::string noFindings() {
+  return tr({"No problems found.", "Geen problemen gevonden.", "Keine Probleme gefunden.",
+             "Aucun problème trouvé.", "No se han encontrado problemas."});
+}
+std::string warningPrefix() {
+  return tr({"Warning", "Waarschuwing", "Warnung", "Avertissement", "Aviso"});
+}
+std::string errorPrefix() { return tr({"Error", "Fout", "Fehler", "Erreur", "Error"}); }
+std::string yes() { return tr({"yes", "ja", "ja", "oui", "sí"}); }
+std::string no() { return tr({"no", "nee", "nein", "non", "no"}); }
+std::string seeHelp() {
+  return tr({"Run “tarnwick-cli --help” for the commands.",
+             "Gebruik ‘tarnwick-cli --help’ voor de opdrachten.",
+             "„tarnwick-cli --help“ zeigt die Befehle.",
+             "Lancez « tarnwick-cli --help » pour voir les commandes.",
+             "Ejecuta «tarnwick-cli --help» para ver las órdenes."});
+}
+
+std::string helpOverview() {
+  return tr({R"(Usage: tarnwick-cli COMMAND [options] …
+
+Flashes ESP32, ESP8266 and Arduino AVR boards over a USB serial port, with the same
+product files (.twflash) as the Tarnwick app.
+
+Commands:
+  flash   flash a product file, or firmware files or a build folder
+  pack    save firmware files or a build folder as a product file
+  check   list the problems of a product file
+  info    show what a product file holds
+  ports   list the serial ports
+
+“tarnwick-cli COMMAND --help” describes a command.
+Exit status: 0 success, 1 the flash run failed, 2 wrong usage or unusable input.
+)",
+             R"(Gebruik: tarnwick-cli OPDRACHT [opties] …
+
+Flasht ESP32-, ESP8266- en Arduino-AVR-boards via een USB-seriële poort, met dezelfde
+productbestanden (.twflash) als de app Tarnwick.
+
+Opdrachten:
+  flash   een productbestand, firmwarebestanden of een buildmap flashen
+  pack    firmwarebestanden of een buildmap als productbestand opslaan
+  check   de problemen van een productbestand tonen
+  info    tonen wat een productbestand bevat
+  ports   de seriële poorten tonen
+
+‘tarnwick-cli OPDRACHT --help’ beschrijft een opdracht.
+Afsluitstatus: 0 gelukt, 1 flashen mislukt, 2 verkeerd gebruik of onbruikbare invoer.
+)",
+             R"(Aufruf: tarnwick-cli BEFEHL [Optionen] …
+
+Flasht ESP32-, ESP8266- und Arduino-AVR-Boards über eine serielle USB-Schnittstelle, mit
+denselben Produktdateien (.twflash) wie die App Tarnwick.
+
+Befehle:
+  flash   eine Produktdatei, Firmware-Dateien oder einen Build-Ordner flashen
+  pack    Firmware-Dateien oder einen Build-Ordner als Produktdatei speichern
+  check   die Probleme einer Produktdatei auflisten
+  info    zeigen, was eine Produktdatei enthält
+  ports   die seriellen Schnittstellen auflisten
+
+„tarnwick-cli BEFEHL --help“ beschreibt einen Befehl.
+Exit-Status: 0 Erfolg, 1 Flashen fehlgeschlagen, 2 falscher Aufruf oder unbrauchbare Eingabe.
+)",
+             R"(Utilisation : tarnwick-cli COMMANDE [options] …
+
+Flashe les cartes ESP32, ESP8266 et Arduino AVR par un port série USB, avec les mêmes
+fichiers produit (.twflash) que l’app Tarnwick.
+
+Commandes :
+  flash   flasher un fichier produit, des fichiers firmware ou un dossier de build
+  pack    enregistrer des fichiers firmware ou un dossier de build comme fichier produit
+  check   lister les problèmes d’un fichier produit
+  info    montrer le contenu d’un fichier produit
+  ports   lister les ports série
+
+« tarnwick-cli COMMANDE --help » décrit une commande.
+Code de sortie : 0 réussite, 1 échec du flashage, 2 mauvaise utilisation ou entrée inutilisable.
+)",
+             R"(Uso: tarnwick-cli ORDEN [opciones] …
+
+Flashea placas ESP32, ESP8266 y Arduino AVR por un puerto serie USB, con los mismos
+archivos de producto (.twflash) que la app Tarnwick.
+
+Órdenes:
+  flash   flashear un archivo de producto, archivos de firmware o una carpeta de compilación
+  pack    guardar archivos de firmware o una carpeta de compilación como archivo de producto
+  check   mostrar los problemas de un archivo de producto
+  info    mostrar lo que contiene un archivo de producto
+  ports   mostrar los puertos serie
+
+«tarnwick-cli ORDEN --help» describe una orden.
+Código de salida: 0 éxito, 1 el flasheo falló, 2 uso incorrecto o entrada inservible.
+)"});
+}
+
+std::string helpFlash() {
+  return tr({R"(Usage: tarnwick-cli flash [options] PRODUCT.twflash
+       tarnwick-cli flash [options] --target TARGET FILE_OR_FOLDER…
+
+Flashes one board. With --target the product is built on the spot: one folder is read as a
+build folder (PlatformIO, Arduino IDE, ESP-IDF), otherwise the files are added one by one.
+
+Options:
+  --port PATH        serial port (default: the only USB serial port present)
+  --target TARGET    esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  --baud N           speed while flashing (ESP)
+  --reset MODE       auto, classic, usbJTAG or manual
+  --no-verify        do not verify after writing
+  --flash-mode MODE  keep, qio, qout, dio or dout
+  --flash-size SIZE  keep, 1MB, 2MB, 4MB, 8MB or 16MB
+  --keep-otadata     do not erase the OTA selection
+  --test-device      also accept pseudo-terminals (simulated boards)
+Ctrl-C stops the run and restarts the board.
+)",
+             R"(Gebruik: tarnwick-cli flash [opties] PRODUCT.twflash
+         tarnwick-cli flash [opties] --target DOEL BESTAND_OF_MAP…
+
+Flasht één board. Met --target wordt het product ter plekke samengesteld: één map wordt als
+buildmap gelezen (PlatformIO, Arduino IDE, ESP-IDF), anders worden de bestanden één voor één
+toegevoegd.
+
+Opties:
+  --port PAD         seriële poort (standaard: de enige aanwezige USB-seriële poort)
+  --target DOEL      esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  --baud N           snelheid tijdens flashen (ESP)
+  --reset MODUS      auto, classic, usbJTAG of manual
+  --no-verify        niet controleren na schrijven
+  --flash-mode MODUS keep, qio, qout, dio of dout
+  --flash-size MAAT  keep, 1MB, 2MB, 4MB, 8MB of 16MB
+  --keep-otadata     de OTA-keuze niet wissen
+  --test-device      ook pseudoterminals accepteren (gesimuleerde boards)
+Ctrl-C stopt het flashen en herstart het board.
+)",
+             R"(Aufruf: tarnwick-cli flash [Optionen] PRODUKT.twflash
+        tarnwick-cli flash [Optionen] --target ZIEL DATEI_ODER_ORDNER…
+
+Flasht ein Board. Mit --target wird das Produkt an Ort und Stelle erstellt: ein einzelner
+Ordner wird als Build-Ordner gelesen (PlatformIO, Arduino IDE, ESP-IDF), sonst werden die
+Dateien nacheinander hinzugefügt.
+
+Optionen:
+  --port PFAD        serielle Schnittstelle (Standard: die einzige vorhandene USB-Schnittstelle)
+  --target ZIEL      esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  --baud N           Geschwindigkeit beim Flashen (ESP)
+  --reset MODUS      auto, classic, usbJTAG oder manual
+  --no-verify        nach dem Schreiben nicht prüfen
+  --flash-mode MODUS keep, qio, qout, dio oder dout
+  --flash-size GRÖSSE keep, 1MB, 2MB, 4MB, 8MB oder 16MB
+  --keep-otadata     die OTA-Auswahl nicht löschen
+  --test-device      auch Pseudo-Terminals annehmen (simulierte Boards)
+Strg-C bricht das Flashen ab und startet das Board neu.
+)",
+             R"(Utilisation : tarnwick-cli flash [options] PRODUIT.twflash
+              tarnwick-cli flash [options] --target CIBLE FICHIER_OU_DOSSIER…
+
+Flashe une carte. Avec --target, le produit est constitué sur-le-champ : un dossier seul est lu
+comme dossier de build (PlatformIO, Arduino IDE, ESP-IDF), sinon les fichiers sont ajoutés un
+par un.
+
+Options :
+  --port CHEMIN      port série (par défaut : le seul port série USB présent)
+  --target CIBLE     esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  --baud N           vitesse de flashage (ESP)
+  --reset MODE       auto, classic, usbJTAG ou manual
+  --no-verify        ne pas vérifier après l’écriture
+  --flash-mode MODE  keep, qio, qout, dio ou dout
+  --flash-size TAILLE keep, 1MB, 2MB, 4MB, 8MB ou 16MB
+  --keep-otadata     ne pas effacer la sélection OTA
+  --test-device      accepter aussi les pseudo-terminaux (cartes simulées)
+Ctrl-C arrête le flashage et redémarre la carte.
+)",
+             R"(Uso: tarnwick-cli flash [opciones] PRODUCTO.twflash
+     tarnwick-cli flash [opciones] --target DESTINO ARCHIVO_O_CARPETA…
+
+Flashea una placa. Con --target el producto se crea al momento: una sola carpeta se lee como
+carpeta de compilación (PlatformIO, Arduino IDE, ESP-IDF); si no, los archivos se añaden uno a
+uno.
+
+Opciones:
+  --port RUTA        puerto serie (por defecto: el único puerto serie USB presente)
+  --target DESTINO   esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  --baud N           velocidad de flasheo (ESP)
+  --reset MODO       auto, classic, usbJTAG o manual
+  --no-verify        no verificar tras escribir
+  --flash-mode MODO  keep, qio, qout, dio o dout
+  --flash-size TAMAÑO keep, 1MB, 2MB, 4MB, 8MB o 16MB
+  --keep-otadata     no borrar la selección OTA
+  --test-device      aceptar también pseudoterminales (placas simuladas)
+Ctrl-C detiene el flasheo y reinicia la placa.
+)"});
+}
+
+std::string helpPack() {
+  return tr({R"(Usage: tarnwick-cli pack --target TARGET --out NAME.twflash [--name TEXT] FILE_OR_FOLDER…
+
+Saves firmware files or a build folder as a product file, ready to flash board after board.
+)",
+             R"(Gebruik: tarnwick-cli pack --target DOEL --out NAAM.twflash [--name TEKST] BESTAND_OF_MAP…
+
+Slaat firmwarebestanden of een buildmap op als productbestand, klaar om board na board te flashen.
+)",
+             R"(Aufruf: tarnwick-cli pack --target ZIEL --out NAME.twflash [--name TEXT] DATEI_ODER_ORDNER…
+
+Speichert Firmware-Dateien oder einen Build-Ordner als Produktdatei, bereit zum Flashen Board für Board.
+)",
+             R"(Utilisation : tarnwick-cli pack --target CIBLE --out NOM.twflash [--name TEXTE] FICHIER_OU_DOSSIER…
+
+Enregistre des fichiers firmware ou un dossier de build comme fichier produit, prêt à flasher carte après carte.
+)",
+             R"(Uso: tarnwick-cli pack --target DESTINO --out NOMBRE.twflash [--name TEXTO] ARCHIVO_O_CARPETA…
+
+Guarda archivos de firmware o una carpeta de compilación como archivo de producto, listo para flashear placa tras placa.
+)"});
+}
+
+std::string helpCheck() {
+  return tr({"Usage: tarnwick-cli check PRODUCT.twflash\n\nLists every problem of the product "
+             "with its severity and the file it concerns.\n",
+             "Gebruik: tarnwick-cli check PRODUCT.twflash\n\nToont elk probleem van het product "
+             "met de ernst en het bestand waar het om gaat.\n",
+             "Aufruf: tarnwick-cli check PRODUKT.twflash\n\nListet jedes Problem des Produkts mit "
+             "seiner Schwere und der betroffenen Datei auf.\n",
+             "Utilisation : tarnwick-cli check PRODUIT.twflash\n\nListe chaque problème du "
+             "produit avec sa gravité et le fichier concerné.\n",
+             "Uso: tarnwick-cli check PRODUCTO.twflash\n\nMuestra cada problema del producto con "
+             "su gravedad y el archivo al que afecta.\n"});
+}
+
+std::string helpInfo() {
+  return tr({"Usage: tarnwick-cli info PRODUCT.twflash\n\nShows the product: name, target, "
+             "settings, and each file with role, address, size and checksum.\n",
+             "Gebruik: tarnwick-cli info PRODUCT.twflash\n\nToont het product: naam, doel, "
+             "instellingen en elk bestand met soort, adres, grootte en controlesom.\n",
+             "Aufruf: tarnwick-cli info PRODUKT.twflash\n\nZeigt das Produkt: Name, Ziel, "
+             "Einstellungen und jede Datei mit Art, Adresse, Größe und Prüfsumme.\n",
+             "Utilisation : tarnwick-cli info PRODUIT.twflash\n\nMontre le produit : nom, cible, "
+             "réglages, et chaque fichier avec son rôle, son adresse, sa taille et sa somme de "
+             "contrôle.\n",
+             "Uso: tarnwick-cli info PRODUCTO.twflash\n\nMuestra el producto: nombre, destino, "
+             "ajustes y cada archivo con su tipo, dirección, tamaño y suma de comprobación.\n"});
+}
+
+std::string helpPorts() {
+  return tr({"Usage: tarnwick-cli ports\n\nLists the serial ports.\n",
+             "Gebruik: tarnwick-cli ports\n\nToont de seriële poorten.\n",
+             "Aufruf: tarnwick-cli ports\n\nListet die seriellen Schnittstellen auf.\n",
+             "Utilisation : tarnwick-cli ports\n\nListe les ports série.\n",
+             "Uso: tarnwick-cli ports\n\nMuestra los puertos serie.\n"});
+}
+
+} // namespace tarnwick::L10n::Cli

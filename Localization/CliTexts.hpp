@@ -1,0 +1,38 @@
+#pragma once
+// Texts of tarnwick-cli, the command-line front end.
+
+#include <string>
+#include <vector>
+
+namespace tarnwick::L10n::Cli {
+
+std::string unknownCommand(const std::string& word);
+std::string unknownOption(const std::string& option);
+std::string missingValue(const std::string& option);
+std::string unexpectedValue(const std::string& option);
+std::string badValue(const std::string& option, const std::string& value);
+std::string missingOption(const std::string& option);
+std::string missingInput();
+std::string oneProductFile();
+std::string noInputs();
+std::string unknownTarget(const std::string& text);
+std::string noUSBPort();
+std::string severalPorts(const std::vector<std::string>& ports);
+std::string noPortsFound();
+std::string packed(const std::string& file, int count);
+std::string noFindings();
+std::string warningPrefix();
+std::string errorPrefix();
+std::string yes();
+std::string no();
+std::string seeHelp();
+
+/// Usage and description of the whole program and of each command.
+std::string helpOverview();
+std::string helpFlash();
+std::string helpPack();
+std::string helpCheck();
+std::string helpInfo();
+std::string helpPorts();
+
+} // namespace tarnwick::L10n::Cli

@@ -1,0 +1,116 @@
+#include "Localization/GeneralTexts.hpp"
+
+#include "Localization/Text.hpp"
+
+namespace tarnwick::L10n::Errors {
+std::string cannotOpen(const std::string& file, const std::string& reason) {
+  return tr({"Cannot open ", "Kan ", "", "Impossible d’ouvrir ", "No se puede abrir "}) + file +
+         tr({": ", " niet openen: ", " kann nicht geöffnet werden: ", " : ", ": "}) + reason;
+}
+std::string cannotUse(const std::string& file, const std::string& reason) {
+  return tr({"Cannot use ", "Kan ", "", "Impossible d’utiliser ", "No se puede usar "}) + file +
+         tr({": ", " niet gebruiken: ", " kann nicht verwendet werden: ", " : ", ": "}) + reason;
+}
+std::string cannotRead(const std::string& file) {
+  return tr({"Cannot read ", "Kan ", "", "Impossible de lire ", "No se puede leer "}) + file +
+         tr({". Is it a file of this app?", " niet lezen. Is het een bestand van deze app?",
+             " kann nicht gelesen werden. Ist es eine Datei dieser App?",
+             ". S’agit-il d’un fichier de cette app ?", ". ¿Es un archivo de esta app?"});
+}
+std::string savingFailed(const std::string& description) {
+  return tr({"Saving failed: ", "Opslaan mislukt: ", "Speichern fehlgeschlagen: ",
+             "Échec de l’enregistrement : ", "No se pudo guardar: "}) +
+         description;
+}
+std::string selectPortFirst() {
+  return tr({"Select a serial port first.", "Kies eerst een seriële poort.",
+             "Wähle zuerst eine serielle Schnittstelle.",
+             "Choisissez d’abord un port série.", "Elige primero un puerto serie."});
+}
+std::string somethingWentWrong() {
+  return tr({"Something went wrong", "Er ging iets mis", "Etwas ist schiefgelaufen",
+             "Un problème est survenu", "Algo ha salido mal"});
+}
+} // namespace tarnwick::L10n::Errors
+
+namespace tarnwick::L10n::Settings {
+std::string connection() {
+  return tr({"Connection", "Verbinding", "Verbindung", "Connexion", "Conexión"});
+}
+std::string speedWhileFlashing() {
+  return tr({"Speed while flashing", "Snelheid tijdens flashen", "Geschwindigkeit beim Flashen",
+             "Vitesse de flashage", "Velocidad de flasheo"});
+}
+std::string resetIntoBootloader() {
+  return tr({"Reset into bootloader", "Reset naar bootloader", "Reset in den Bootloader",
+             "Redémarrage en bootloader", "Reinicio al bootloader"});
+}
+std::string resetModeName(ResetMode mode) {
+  switch (mode) {
+  case ResetMode::auto_:
+    return tr({"Automatic", "Automatisch", "Automatisch", "Automatique", "Automático"});
+  case ResetMode::classic:
+    return tr({"USB serial adapter (DTR/RTS)", "USB-serieeladapter (DTR/RTS)",
+               "USB-Seriell-Adapter (DTR/RTS)", "Adaptateur USB-série (DTR/RTS)",
+               "Adaptador USB-serie (DTR/RTS)"});
+  case ResetMode::usbJTAG:
+    return tr({"Built-in USB (S3, C3, C6)", "Ingebouwde USB (S3, C3, C6)",
+               "Integriertes USB (S3, C3, C6)", "USB intégré (S3, C3, C6)",
+               "USB integrado (S3, C3, C6)"});
+  case ResetMode::manual:
+    return tr({"Manual (BOOT button)", "Handmatig (BOOT-knop)", "Manuell (BOOT-Taste)",
+               "Manuel (bouton BOOT)", "Manual (botón BOOT)"});
+  }
+  return {};
+}
+std::string flashMemory() {
+  return tr({"Flash memory", "Flashgeheugen", "Flash-Speicher", "Mémoire flash",
+             "Memoria flash"});
+}
+std::string flashModeLabel() {
+  return tr({"Flash mode", "Flashmodus", "Flash-Modus", "Mode flash", "Modo flash"});
+}
+static std::string asInFile() {
+  return tr({"As in file", "Zoals in bestand", "Wie in der Datei", "Comme dans le fichier",
+             "Como en el archivo"});
+}
+std::string flashModeName(FlashMode mode) {
+  switch (mode) {
+  case FlashMode::keep: return asInFile();
+  case FlashMode::qio: return "QIO";
+  case FlashMode::qout: return "QOUT";
+  case FlashMode::dio: return "DIO";
+  case FlashMode::dout: return "DOUT";
+  }
+  return {};
+}
+std::string flashSizeLabel() {
+  return tr({"Flash size", "Flashgrootte", "Flash-Größe", "Taille de la flash",
+             "Tamaño de la flash"});
+}
+std::string flashSizeName(FlashSize size) {
+  return size == FlashSize::keep ? asInFile() : std::string(rawValue(size));
+}
+std::string clearOTASelection() {
+  return tr({"Clear OTA selection", "OTA-keuze wissen", "OTA-Auswahl löschen",
+             "Effacer la sélection OTA", "Borrar la selección OTA"});
+}
+std::string verifyAfterWriting() {
+  return tr({"Verify after writing", "Controleren na schrijven", "Nach dem Schreiben prüfen",
+             "Vérifier après l’écriture", "Verificar tras escribir"});
+}
+} // namespace tarnwick::L10n::Settings
+
+namespace tarnwick::L10n::Product {
+std::string espDetectAutomatically() {
+  return tr({"ESP (detect automatically)", "ESP (automatisch herkennen)",
+             "ESP (automatisch erkennen)", "ESP (détection automatique)",
+             "ESP (detectar automáticamente)"});
+}
+std::string productName() {
+  return tr({"Product name", "Productnaam", "Produktname", "Nom du produit",
+             "Nombre del producto"});
+}
+std::string target() { return tr({"Target", "Doel", "Ziel", "Cible", "Destino"}); }
+std::string notes() { return tr({"Notes", "Notities", "Notizen", "Notes", "Notas"}); }
+} // namespace tarnwick::L10n::Product

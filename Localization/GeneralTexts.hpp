@@ -1,0 +1,40 @@
+#pragma once
+// General messages and the names of settings, roles and targets shared by every front end.
+
+#include <string>
+
+#include "FlashCore/FlashSettings.hpp"
+
+namespace tarnwick::L10n::Errors {
+/// "Cannot open " + file + ": " + reason (the reason ends with its own full stop).
+std::string cannotOpen(const std::string& file, const std::string& reason);
+/// "Cannot use " + file + ": " + reason.
+std::string cannotUse(const std::string& file, const std::string& reason);
+/// "Cannot read " + file + ". Is it a file of this app?"
+std::string cannotRead(const std::string& file);
+/// "Saving failed: " + description.
+std::string savingFailed(const std::string& description);
+std::string selectPortFirst();
+std::string somethingWentWrong();
+} // namespace tarnwick::L10n::Errors
+
+namespace tarnwick::L10n::Settings {
+std::string connection();
+std::string speedWhileFlashing();
+std::string resetIntoBootloader();
+std::string resetModeName(ResetMode mode);
+std::string flashMemory();
+std::string flashModeLabel();
+std::string flashModeName(FlashMode mode);
+std::string flashSizeLabel();
+std::string flashSizeName(FlashSize size);
+std::string clearOTASelection();
+std::string verifyAfterWriting();
+} // namespace tarnwick::L10n::Settings
+
+namespace tarnwick::L10n::Product {
+std::string espDetectAutomatically();
+std::string productName();
+std::string target();
+std::string notes();
+} // namespace tarnwick::L10n::Product

@@ -1,0 +1,54 @@
+#pragma once
+// The command line of tarnwick-cli, parsed into one request.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "FlashCore/FlashSettings.hpp"
+
+namespace tarnwick::cli {
+
+enum class CommandKind { help, flash, pack, check, info, ports };
+
+/// Overrides of a product's settings given on the command line.
+struct SettingOverrides {
+  std::optional<std::int64_t> baud;
+  std::optional<ResetMode> reset;
+  bool noVerify = false;
+  std::optional<FlashMode> flashMode;
+  std::optional<FlashSize> flashSize;
+  bool keepOTAData = false;
+  bool operator==(const SettingOverrides&) const = default;
+};
+
+/// One parsed invocation.
+struct Arguments {
+  CommandKind command = CommandKind::help;
+  /// The command whose help was asked for (`help` itself for the overview).
+  CommandKind helpFor = CommandKind::help;
+  std::optional<std::string> port;
+  bool testDevice = false;
+  SettingOverrides overrides;
+  /// Target in the product file's text form ("esp:esp32s3", "avr:uno").
+  std::optional<std::string> target;
+  std::optional<std::string> out;
+  std::optional<std::string> name;
+  /// Product file, or firmware files and folders.
+  std::vector<std::string> inputs;
+  bool operator==(const Arguments&) const = default;
+};
+
+/// A command line that cannot be carried out; `message` says why in the interface language.
+struct UsageError {
+  std::string message;
+  /// The command whose usage is shown after the message.
+  CommandKind command = CommandKind::help;
+  bool operator==(const UsageError&) const = default;
+};
+
+/// Parses the words after the program name. Throws UsageError.
+Arguments parseArguments(const std::vector<std::string>& words);
+
+} // namespace tarnwick::cli

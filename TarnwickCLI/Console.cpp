@@ -1,0 +1,64 @@
+#include "TarnwickCLI/Console.hpp"
+
+#include <algorithm>
+
+namespace tarnwick::cli {
+
+namespace {
+constexpr int barWidth = 30;
+constexpr auto minimumRedrawInterval = std::chrono::milliseconds(50);
+} // namespace
+
+Console::Console(std::FILE* out, bool interactive) : out_(out), interactive_(interactive) {}
+
+void Console::line(const std::string& text) {
+  std::lock_guard lock(mutex_);
+  wipe();
+  std::fputs(text.c_str(), out_);
+  std::fputc('\n', out_);
+  std::fflush(out_);
+}
+
+void Console::progress(std::int64_t done, std::int64_t total) {
+  std::lock_guard lock(mutex_);
+  done_ = done;
+  total_ = total;
+  if (!interactive_) return;
+  auto now = std::chrono::steady_clock::now();
+  if (done < total && barShown_ && now - lastDraw_ < minimumRedrawInterval) return;
+  lastDraw_ = now;
+  draw();
+}
+
+void Console::stage(const std::string& text) {
+  std::lock_guard lock(mutex_);
+  stage_ = text;
+  if (interactive_ && barShown_) draw();
+}
+
+void Console::endProgress() {
+  std::lock_guard lock(mutex_);
+  wipe();
+  total_ = 0;
+  done_ = 0;
+}
+
+void Console::draw() {
+  if (total_ <= 0) return;
+  double fraction = std::clamp(static_cast<double>(done_) / static_cast<double>(total_), 0.0, 1.0);
+  int filled = static_cast<int>(fraction * barWidth);
+  std::string bar(static_cast<std::size_t>(filled), '#');
+  bar.append(static_cast<std::size_t>(barWidth - filled), '.');
+  std::fprintf(out_, "\r\033[K[%s] %3d %%  %s", bar.c_str(), static_cast<int>(fraction * 100),
+               stage_.c_str());
+  std::fflush(out_);
+  barShown_ = true;
+}
+
+void Console::wipe() {
+  if (!barShown_) return;
+  std::fputs("\r\033[K", out_);
+  barShown_ = false;
+}
+
+} // namespace tarnwick::cli
