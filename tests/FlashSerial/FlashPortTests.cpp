@@ -226,10 +226,16 @@ TEST(FlashPort, HoldsTheDeviceExclusively) {
   EXPECT_EQ(admitted, 0);
 }
 
-TEST(FlashPort, OpeningAnOpenPortTouchesNothing) {
+TEST(FlashPort, OpenStartsCleanAndOpeningAgainTouchesNothing) {
   PseudoTerminal pty;
+  InputQueue queue(pty.path());
+  pty.send(bytes("left over from before"));
+  ASSERT_TRUE(queue.waitFor(21));
   FlashPort port(pty.path(), 115200, true);
   port.open();
+  EXPECT_EQ(queue.queued(), 0);
+  EXPECT_TRUE(port.read(0.05).empty());
+
   const int descriptors = openDescriptorCount();
   port.open();
   EXPECT_EQ(openDescriptorCount(), descriptors);
@@ -270,8 +276,10 @@ TEST(FlashPort, ReadsWithinTheirTimeLimits) {
     if (waitUntilBlockedInPoll(reader, 5.0)) pty.send(bytes("wake"));
   });
   start = Clock::now();
-  const Bytes woken = port.read(10.0);
+  Bytes woken;
+  const auto error = errorOf([&] { woken = port.read(10.0); });
   sender.join();
+  EXPECT_FALSE(error);
   EXPECT_EQ(woken, bytes("wake"));
   EXPECT_LT(secondsSince(start), 8.0);
 }
@@ -306,8 +314,10 @@ TEST(FlashPort, CountReadCollectsPiecesAndStopsAtItsDeadline) {
     if (waitUntilBlockedInPoll(reader, 5.0)) pty.send(bytes("cdefg"));
   });
   auto start = Clock::now();
-  const Bytes collected = port.read(5, 10.0);
+  Bytes collected;
+  const auto error = errorOf([&] { collected = port.read(5, 10.0); });
   sender.join();
+  EXPECT_FALSE(error);
   EXPECT_EQ(collected, bytes("abcde"));
   EXPECT_LT(secondsSince(start), 8.0);
   EXPECT_EQ(port.read(0.0), bytes("fg"));
@@ -370,8 +380,9 @@ TEST(FlashPort, WritesEverythingAndGivesUpWhenOutputStaysBlocked) {
     large[i] = static_cast<std::uint8_t>(i * 7 + 1);
   Bytes received;
   std::thread drain([&] { received = pty.receive(large.size(), 30.0); });
-  port.write(large);
+  const auto writeError = errorOf([&] { port.write(large); });
   drain.join();
+  EXPECT_FALSE(writeError);
   EXPECT_EQ(received, large);
 
   // Nobody reads: one wait of two seconds, then ETIMEDOUT. The port stays open.
@@ -398,9 +409,10 @@ TEST(FlashPort, OtherSideGoingAwayDuringAReadIsADisconnection) {
   });
   while (reader == 0)
     std::this_thread::yield();
-  ASSERT_TRUE(waitUntilBlockedInPoll(reader, 5.0));
+  const bool blocked = waitUntilBlockedInPoll(reader, 5.0);
   pty.closeController();
   reading.join();
+  EXPECT_TRUE(blocked);
   EXPECT_EQ(error, FlashPortError::disconnected());
   EXPECT_LT(secondsSince(start), 8.0);
 
@@ -425,9 +437,10 @@ TEST(FlashPort, OtherSideGoingAwayDuringAWriteIsADisconnection) {
   while (writer == 0)
     std::this_thread::yield();
   // The write blocks once the driver is full; then the other side goes away.
-  ASSERT_TRUE(waitUntilBlockedInPoll(writer, 5.0));
+  const bool blocked = waitUntilBlockedInPoll(writer, 5.0);
   pty.closeController();
   writing.join();
+  EXPECT_TRUE(blocked);
   EXPECT_EQ(error, FlashPortError::disconnected());
   EXPECT_EQ(errorOf([&] { port.write(bytes("x")); }), FlashPortError::disconnected());
   EXPECT_TRUE(port.isOpen());
