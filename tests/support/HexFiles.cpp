@@ -26,7 +26,8 @@ std::string intelHexOf(ByteView image, std::uint32_t start, std::size_t perLine,
                        const std::string& eol) {
   std::string text;
   text.reserve(image.size() / perLine * (perLine * 2 + 11 + eol.size()) + 64);
-  std::int64_t segment = -1;
+  // Reading starts in segment 0, so like linkers the writer announces only later segments.
+  std::int64_t segment = 0;
   std::size_t done = 0;
   while (done < image.size()) {
     const std::uint32_t address = start + static_cast<std::uint32_t>(done);
