@@ -1,0 +1,49 @@
+#include "FlashSerial/FlashPortError.hpp"
+
+#include <cstring>
+
+#include "Localization/PortTexts.hpp"
+
+namespace tarnwick {
+
+namespace {
+
+// strerror_r comes in two flavours: GNU returns the text, XSI fills the buffer and returns 0.
+[[maybe_unused]] const char* chosenText(const char* gnuResult, const char*) { return gnuResult; }
+[[maybe_unused]] const char* chosenText(int xsiResult, const char* buffer) {
+  return xsiResult == 0 ? buffer : nullptr;
+}
+
+template <class... Cases> struct Overloaded : Cases... { using Cases::operator()...; };
+template <class... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
+
+} // namespace
+
+std::string systemErrorText(int code) {
+  char buffer[256] = {};
+  const char* text = chosenText(strerror_r(code, buffer, sizeof buffer), buffer);
+  if (text == nullptr || *text == '\0') return "error " + std::to_string(code);
+  return text;
+}
+
+std::string FlashPortError::message() const {
+  namespace Errors = L10n::Errors;
+  return std::visit(
+      Overloaded{
+          [](const InvalidPath& e) { return Errors::portInvalidPath(e.path); },
+          [](const OpenFailed& e) {
+            return Errors::portOpenFailed(e.path, systemErrorText(e.code));
+          },
+          [](const Busy& e) { return Errors::portBusy(e.path); },
+          [](const ConfigurationFailed& e) {
+            return Errors::portConfigurationFailed(systemErrorText(e.code));
+          },
+          [](const UnsupportedBaudRate& e) { return Errors::portUnsupportedBaudRate(e.rate); },
+          [](const WriteFailed& e) { return Errors::portWriteFailed(systemErrorText(e.code)); },
+          [](const NotOpen&) { return Errors::portNotOpen(); },
+          [](const Disconnected&) { return Errors::portDisconnected(); },
+      },
+      value);
+}
+
+} // namespace tarnwick

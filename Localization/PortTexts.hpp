@@ -1,0 +1,16 @@
+#pragma once
+// Messages of the serial port layer. `reason` is the system's text for an error number.
+
+#include <cstdint>
+#include <string>
+
+namespace tarnwick::L10n::Errors {
+std::string portInvalidPath(const std::string& path);
+std::string portOpenFailed(const std::string& path, const std::string& reason);
+std::string portBusy(const std::string& path);
+std::string portConfigurationFailed(const std::string& reason);
+std::string portUnsupportedBaudRate(std::int64_t rate);
+std::string portWriteFailed(const std::string& reason);
+std::string portNotOpen();
+std::string portDisconnected();
+} // namespace tarnwick::L10n::Errors
