@@ -31,9 +31,12 @@ TEST(ESPChip, LookupsFollowTheChipTable) {
 }
 
 TEST(FlashSettings, StringsAndHeaderCodes) {
-  for (ResetMode m : allResetModes) EXPECT_EQ(resetModeFromRawValue(rawValue(m)), m);
-  for (FlashMode m : allFlashModes) EXPECT_EQ(flashModeFromRawValue(rawValue(m)), m);
-  for (FlashSize s : allFlashSizes) EXPECT_EQ(flashSizeFromRawValue(rawValue(s)), s);
+  for (ResetMode m : allResetModes)
+    EXPECT_EQ(resetModeFromRawValue(rawValue(m)), m);
+  for (FlashMode m : allFlashModes)
+    EXPECT_EQ(flashModeFromRawValue(rawValue(m)), m);
+  for (FlashSize s : allFlashSizes)
+    EXPECT_EQ(flashSizeFromRawValue(rawValue(s)), s);
   EXPECT_EQ(rawValue(ResetMode::auto_), "auto");
   EXPECT_FALSE(flashSizeFromRawValue("4mb"));
   EXPECT_FALSE(flashModeFromRawValue("QIO"));
