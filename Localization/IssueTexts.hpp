@@ -1,0 +1,19 @@
+#pragma once
+// Messages of the product check's findings.
+
+#include <cstdint>
+#include <string>
+
+namespace tarnwick::L10n::Issue {
+std::string nothingToFlash();
+std::string fileMissing();
+std::string oneSketchOnly();
+std::string tooLargeForBoard(std::int64_t max);
+std::string overlaps(const std::string& otherName);
+std::string notAligned();
+std::string notAnImage();
+std::string builtFor(const std::string& imageChip, const std::string& productChip);
+std::string bootloaderBelongsAt(std::uint32_t address);
+std::string largerThanPartition(const std::string& label, std::uint32_t kilobytes);
+std::string notInPartition();
+} // namespace tarnwick::L10n::Issue
