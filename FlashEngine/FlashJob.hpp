@@ -1,0 +1,51 @@
+#pragma once
+// One flashing run, from opening the serial port to restarting the board.
+
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+
+#include "FlashCore/Product.hpp"
+#include "FlashEngine/AVRLoader.hpp"
+#include "FlashEngine/JobContext.hpp"
+
+namespace tarnwick {
+
+class FlashJob {
+public:
+  /// A job for a copy of the product and its files; does no input or output yet.
+  FlashJob(Product product, FileBytesMap files, std::string portPath, bool allowsTestDevice,
+           JobContext::EventHandler onEvent);
+  FlashJob(const FlashJob&) = delete;
+  FlashJob& operator=(const FlashJob&) = delete;
+
+  /// In automatic reset mode, try the USB-JTAG sequence first (boards with Espressif's own USB).
+  bool usbJTAGFirst = false;
+  /// Where a Caterina bootloader appeared; absent: watch the serial devices for up to 8 s.
+  AVRLoader::PortFinder findBootloaderPort;
+
+  /// Runs the whole job on the calling thread. Throws FlashError or FlashPortError.
+  FlashSummary run();
+  /// Asks the run to stop; any thread, returns at once.
+  void cancel() { context_.cancel(); }
+
+  const Product& product() const { return product_; }
+
+private:
+  FlashSummary runESP(std::optional<ESPChip> expected);
+  FlashSummary runAVR(AVRBoard board);
+  void hardReset(SerialLink& port);
+
+  Product product_;
+  FileBytesMap files_;
+  std::string portPath_;
+  bool allowsTestDevice_;
+  JobContext context_;
+  std::chrono::steady_clock::time_point start_;
+};
+
+/// Six bytes as upper-case hexadecimal pairs joined by ":".
+std::string formatMAC(const std::array<std::uint8_t, 6>& mac);
+
+} // namespace tarnwick

@@ -1,0 +1,263 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+#include "FlashCore/ProductCheck.hpp"
+#include "FlashEngine/ESPLoader.hpp"
+#include "FlashEngine/FlashJob.hpp"
+#include "FlashSerial/FlashPort.hpp"
+#include "support/Products.hpp"
+#include "support/SimulatedESP.hpp"
+
+using namespace tarnwick;
+using namespace tarnwick::testing;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+struct Recorder {
+  std::mutex mutex;
+  std::vector<FlashEvent> events;
+  void operator()(const FlashEvent& event) {
+    std::lock_guard lock(mutex);
+    events.push_back(event);
+  }
+  template <typename T> int count() {
+    std::lock_guard lock(mutex);
+    return static_cast<int>(std::count_if(
+        events.begin(), events.end(), [](const auto& e) { return std::holds_alternative<T>(e); }));
+  }
+  // The kinds of events without progress, as short names.
+  std::vector<std::string> kinds() {
+    static const char* names[] = {"connecting", "connected", "baudRate", "portChanged",
+                                  "writing",    "progress",  "written",  "verifying",
+                                  "verified",   "resetting"};
+    std::lock_guard lock(mutex);
+    std::vector<std::string> out;
+    for (const auto& e : events) {
+      if (!std::holds_alternative<FlashEvents::Progress>(e)) out.push_back(names[e.index()]);
+    }
+    return out;
+  }
+};
+
+// The flash as the plan says it must be after the run.
+void expectFlashHoldsPlan(const SimulatedESP& board, const ProductWithFiles& p, ESPChip chip) {
+  Bytes flash = board.flash();
+  for (const FlashWrite& write : FlashPlan::writes(p.product, p.files, chip)) {
+    ASSERT_TRUE(std::equal(write.data.begin(), write.data.end(), flash.begin() + write.offset))
+        << write.name;
+  }
+}
+
+template <typename Error, typename F> std::optional<Error> errorOf(F&& f) {
+  try {
+    f();
+  } catch (const Error& error) {
+    return error;
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+TEST(FlashJobESP, FlashesAWholeProductIntoAnESP32S3AndVerifies) {
+  SimulatedESPOptions options;
+  options.chip = ESPChip::esp32s3;
+  SimulatedESP board(options);
+  auto p = espProduct(ESPChip::esp32s3);
+  p.product.flashMode = FlashMode::qio; // the bootloader header gets patched
+  Recorder recorder;
+  FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+  FlashSummary summary = job.run();
+
+  auto writes = FlashPlan::writes(p.product, p.files, ESPChip::esp32s3);
+  std::int64_t total = 0;
+  for (const auto& w : writes)
+    total += static_cast<std::int64_t>(w.data.size());
+  EXPECT_EQ(summary.chip, "ESP32-S3");
+  EXPECT_EQ(summary.mac, "AB:CD:12:34:56:78");
+  EXPECT_EQ(summary.bytes, total);
+  EXPECT_EQ(summary.portPath, board.path());
+  expectFlashHoldsPlan(board, p, ESPChip::esp32s3);
+  EXPECT_EQ(board.flash()[2], 0x00); // QIO written into the bootloader at 0x0
+  EXPECT_EQ(board.requests(ESPCommand::spiFlashMD5), static_cast<int>(writes.size()));
+  EXPECT_EQ(board.requests(ESPCommand::flashBegin), 0);
+
+  std::vector<std::string> expected = {"connecting", "connected", "baudRate"};
+  for (std::size_t i = 0; i < writes.size(); ++i) {
+    expected.insert(expected.end(), {"writing", "written", "verifying", "verified"});
+  }
+  expected.push_back("resetting");
+  EXPECT_EQ(recorder.kinds(), expected);
+  // Progress runs to exactly the total.
+  std::lock_guard lock(recorder.mutex);
+  auto last = std::find_if(recorder.events.rbegin(), recorder.events.rend(), [](auto& e) {
+    return std::holds_alternative<FlashEvents::Progress>(e);
+  });
+  EXPECT_EQ(std::get<FlashEvents::Progress>(*last), (FlashEvents::Progress{total, total}));
+}
+
+TEST(FlashJobESP, ESP32ErasesOTADataAndRepeatsIdentically) {
+  SimulatedESP board;
+  auto p = espProduct(ESPChip::esp32);
+  p.product.flashBaud = 115200; // no speed change, no baudRate event
+  Recorder recorder;
+  FlashJob first(p.product, p.files, board.path(), true, std::ref(recorder));
+  first.run();
+  auto regions = board.beginRegions();
+  EXPECT_NE(std::find(regions.begin(), regions.end(),
+                      std::pair<std::uint32_t, std::uint32_t>{0xE000, 0x2000}),
+            regions.end());
+  expectFlashHoldsPlan(board, p, ESPChip::esp32);
+  EXPECT_EQ(recorder.count<FlashEvents::BaudRate>(), 0);
+  Bytes once = board.flash();
+
+  Recorder again;
+  FlashJob second(p.product, p.files, board.path(), true, std::ref(again));
+  second.run();
+  EXPECT_EQ(board.flash(), once);
+  EXPECT_EQ(again.kinds(), recorder.kinds());
+}
+
+TEST(FlashJobESP, ESP8266WritesPlainAndSkipsVerification) {
+  SimulatedESPOptions options;
+  options.chip = ESPChip::esp8266;
+  SimulatedESP board(options);
+  ProductWithFiles p;
+  p.product.target = Target::esp(); // detected automatically
+  Bytes app(3000);
+  for (std::size_t i = 0; i < app.size(); ++i)
+    app[i] = static_cast<std::uint8_t>(i * 31);
+  p.add(FirmwareImage::Role::other, 0x0, app, "app.bin");
+  Recorder recorder;
+  FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+  auto summary = job.run();
+  EXPECT_EQ(summary.chip, "ESP8266");
+  EXPECT_EQ(board.requests(ESPCommand::flashData), 3);
+  EXPECT_EQ(board.requests(ESPCommand::flashDeflateData), 0);
+  EXPECT_EQ(board.requests(ESPCommand::spiFlashMD5), 0);
+  EXPECT_EQ(board.requests(ESPCommand::changeBaudRate), 0);
+  EXPECT_EQ(recorder.count<FlashEvents::Verifying>(), 0);
+  Bytes flash = board.flash();
+  EXPECT_TRUE(std::equal(app.begin(), app.end(), flash.begin()));
+  EXPECT_EQ(flash[3000], 0xFF);
+  // The begin request asks for one sector: 3000 bytes at 0x0.
+  EXPECT_EQ(board.beginRegions().front(), (std::pair<std::uint32_t, std::uint32_t>{0x0, 0x1000}));
+  std::vector<std::int64_t> progress;
+  for (const auto& e : recorder.events) {
+    if (auto* p2 = std::get_if<FlashEvents::Progress>(&e)) progress.push_back(p2->done);
+  }
+  EXPECT_EQ(progress, (std::vector<std::int64_t>{1024, 2048, 3000}));
+  EXPECT_EQ(eraseSize(0x10000, 0x40000), 0x30000u);
+  EXPECT_EQ(eraseSize(0xF000, 0x3000), 0x2000u);
+}
+
+TEST(FlashJobESP, WrongChipRestartsTheBoardBeforeAnyConnectedEvent) {
+  SimulatedESPOptions options;
+  options.chip = ESPChip::esp32c3;
+  SimulatedESP board(options);
+  auto p = espProduct(ESPChip::esp32s3);
+  Recorder recorder;
+  FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+  auto error = errorOf<FlashError>([&] { job.run(); });
+  EXPECT_EQ(error, FlashError::wrongChip("ESP32-C3", "ESP32-S3"));
+  EXPECT_EQ(recorder.kinds(), (std::vector<std::string>{"connecting", "resetting"}));
+
+  // The port is free again: another program (here the next job) can open it.
+  FlashPort again(board.path(), 115200, true);
+  EXPECT_NO_THROW(again.open());
+}
+
+TEST(FlashJobESP, FailuresEndTheRunWithTheirOwnErrors) {
+  auto p = espProduct(ESPChip::esp32, 64 * 1024);
+  {
+    SimulatedESPOptions options;
+    options.failCommand = opcode(ESPCommand::flashDeflateData);
+    options.failOnNth = 3;
+    options.failureCode = 0x0C;
+    SimulatedESP board(options);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::commandFailed(0x11, 0x0C));
+    EXPECT_EQ(recorder.kinds().back(), "resetting");
+  }
+  {
+    SimulatedESPOptions options;
+    options.wrongMD5 = true;
+    SimulatedESP board(options);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::verifyFailed("bootloader.bin"));
+  }
+  {
+    SimulatedESPOptions options;
+    options.rawMD5 = true; // the 16-byte form is understood as well
+    SimulatedESP board(options);
+    FlashJob job(p.product, p.files, board.path(), true, nullptr);
+    EXPECT_NO_THROW(job.run());
+  }
+  {
+    // The board goes away in the middle of the application.
+    SimulatedESPOptions options;
+    options.disconnectAfterDataBlocks = 30;
+    SimulatedESP board(options);
+    FlashJob job(p.product, p.files, board.path(), true, nullptr);
+    auto start = Clock::now();
+    auto error = errorOf<FlashPortError>([&] { job.run(); });
+    EXPECT_EQ(error, FlashPortError::disconnected());
+    EXPECT_LT(std::chrono::duration<double>(Clock::now() - start).count(), 5.0);
+  }
+  {
+    // A port that cannot be opened: its error and no event at all.
+    Recorder recorder;
+    FlashJob job(p.product, p.files, "/dev/ttyUSB-does-not-exist", false, std::ref(recorder));
+    auto error = errorOf<FlashPortError>([&] { job.run(); });
+    ASSERT_TRUE(error);
+    EXPECT_TRUE(recorder.events.empty());
+  }
+}
+
+TEST(FlashJobESP, CancellationStopsBeforeTheNextBlock) {
+  {
+    SimulatedESP board;
+    auto p = espProduct(ESPChip::esp32);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+    job.cancel();
+    EXPECT_TRUE(errorOf<FlashError>([&] { job.run(); })->isCancelled());
+    EXPECT_TRUE(recorder.events.empty());
+  }
+  SimulatedESPOptions options;
+  options.paceLine = true; // a real line speed makes the write long enough to stop it midway
+  SimulatedESP board(options);
+  auto p = espProduct(ESPChip::esp32, 1024 * 1024);
+  p.product.flashBaud = 115200;
+  std::atomic<bool> writingApp = false;
+  FlashJob* self = nullptr;
+  FlashJob job(p.product, p.files, board.path(), true, [&](const FlashEvent& e) {
+    if (auto* w = std::get_if<FlashEvents::Writing>(&e); w && w->name == "firmware.bin")
+      writingApp = true;
+    (void)self;
+  });
+  self = &job;
+  std::optional<FlashError> error;
+  std::thread worker([&] { error = errorOf<FlashError>([&] { job.run(); }); });
+  while (!writingApp)
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  int blocksBefore = board.requests(ESPCommand::flashDeflateData);
+  auto cancelledAt = Clock::now();
+  job.cancel();
+  worker.join();
+  double took = std::chrono::duration<double>(Clock::now() - cancelledAt).count();
+  ASSERT_TRUE(error);
+  EXPECT_TRUE(error->isCancelled());
+  // The block in flight is answered, then nothing more; the restart pulse takes 0.1 s.
+  EXPECT_LT(took, 0.5);
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  EXPECT_LE(board.requests(ESPCommand::flashDeflateData), blocksBefore + 1);
+}
