@@ -61,7 +61,7 @@ Bytes SimulatedAVR::readFlash(std::uint32_t byteAddress, std::size_t length) {
 }
 
 void SimulatedAVR::reply(Bytes bytes) {
-  if (gone_) return;
+  if (gone_ || options_.silent) return;
   if (options_.garbage) bytes.insert(bytes.begin(), {0x00, 0xFE});
   if (options_.paceLine) {
     std::this_thread::sleep_for(std::chrono::duration<double>(
@@ -92,7 +92,6 @@ void SimulatedAVR::serve() {
       std::this_thread::sleep_for(std::chrono::duration<double>(
           static_cast<double>(n) * 10.0 / static_cast<double>(baudRate(options_.board))));
     }
-    if (options_.silent) continue;
     input.insert(input.end(), chunk, chunk + n);
     for (;;) {
       bool handled = false;
@@ -140,7 +139,11 @@ bool SimulatedAVR::handleSTK500v1(Bytes& input) {
   }
   Bytes data;
   switch (command) {
-  case 0x75: data.assign(signature().begin(), signature().end()); break;
+  case 0x75: {
+    auto sig = signature();
+    data.assign(sig.begin(), sig.end());
+    break;
+  }
   case 0x55: wordAddress_ = static_cast<std::uint32_t>(message[1] | message[2] << 8); break;
   case 0x64: writeFlash(wordAddress_ * 2, Bytes(message.begin() + 4, message.end() - 1)); break;
   case 0x74:

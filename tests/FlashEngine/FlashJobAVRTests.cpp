@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <mutex>
+#include <thread>
+
+#include "FlashEngine/FlashJob.hpp"
+#include "support/Products.hpp"
+#include "support/SimulatedAVR.hpp"
+
+using namespace tarnwick;
+using namespace tarnwick::testing;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+struct Recorder {
+  std::mutex mutex;
+  std::vector<FlashEvent> events;
+  void operator()(const FlashEvent& event) {
+    std::lock_guard lock(mutex);
+    events.push_back(event);
+  }
+  std::vector<std::string> kinds() {
+    static const char* names[] = {"connecting", "connected", "baudRate", "portChanged",
+                                  "writing",    "progress",  "written",  "verifying",
+                                  "verified",   "resetting"};
+    std::lock_guard lock(mutex);
+    std::vector<std::string> out;
+    for (const auto& e : events) {
+      if (!std::holds_alternative<FlashEvents::Progress>(e)) out.push_back(names[e.index()]);
+    }
+    return out;
+  }
+  std::vector<std::int64_t> progress() {
+    std::lock_guard lock(mutex);
+    std::vector<std::int64_t> out;
+    for (const auto& e : events) {
+      if (auto* p = std::get_if<FlashEvents::Progress>(&e)) out.push_back(p->done);
+    }
+    return out;
+  }
+};
+
+template <typename Error, typename F> std::optional<Error> errorOf(F&& f) {
+  try {
+    f();
+  } catch (const Error& error) {
+    return error;
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+TEST(FlashJobAVR, EveryProtocolWritesAndReadsBackASketch) {
+  for (AVRBoard board : {AVRBoard::uno, AVRBoard::nanoOldBootloader, AVRBoard::mega2560}) {
+    SimulatedAVROptions options;
+    options.board = board;
+    SimulatedAVR simulated(options);
+    auto p = avrProduct(board, 1000);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
+    FlashSummary summary = job.run();
+    const Bytes& sketch = p.files.begin()->second;
+    Bytes flash = simulated.flash();
+    EXPECT_TRUE(std::equal(sketch.begin(), sketch.end(), flash.begin())) << rawValue(board);
+    EXPECT_EQ(flash[sketch.size()], 0xFF);
+    EXPECT_EQ(summary.chip, chip(board).name);
+    EXPECT_EQ(summary.bytes, 1000);
+    EXPECT_FALSE(summary.mac);
+    EXPECT_EQ(summary.portPath, simulated.path());
+    EXPECT_EQ(recorder.kinds(),
+              (std::vector<std::string>{"writing", "connecting", "connected", "verifying",
+                                        "written", "verified", "resetting"}))
+        << rawValue(board);
+    auto progress = recorder.progress();
+    EXPECT_EQ(progress.back(), 2000);
+    const auto page = chip(board).pageSize;
+    EXPECT_EQ(progress.front(), page);
+    // Writing ends at the sketch size, not at a page boundary.
+    EXPECT_NE(std::find(progress.begin(), progress.end(), 1000), progress.end());
+    if (board == AVRBoard::mega2560) {
+      for (const Bytes& body : simulated.loadAddressBodies())
+        EXPECT_EQ(body[1] & 0x80, 0x80);
+    }
+  }
+}
+
+TEST(FlashJobAVR, CaterinaMovesToTheBootloadersPort) {
+  SimulatedAVROptions options;
+  options.board = AVRBoard::leonardo;
+  SimulatedAVR bootloader(options);
+  PseudoTerminal sketchPort; // where the running sketch answers before the touch
+  auto p = avrProduct(AVRBoard::leonardo, 5000);
+  Recorder recorder;
+  FlashJob job(p.product, p.files, sketchPort.path(), true, std::ref(recorder));
+  std::string givenOldPath;
+  job.findBootloaderPort = [&](const std::set<std::string>&, const std::string& oldPath) {
+    givenOldPath = oldPath;
+    return bootloader.path();
+  };
+  FlashSummary summary = job.run();
+  EXPECT_EQ(givenOldPath, sketchPort.path());
+  EXPECT_EQ(summary.portPath, bootloader.path());
+  EXPECT_EQ(summary.chip, "ATmega32U4");
+  const Bytes& sketch = p.files.begin()->second;
+  Bytes flash = bootloader.flash();
+  EXPECT_TRUE(std::equal(sketch.begin(), sketch.end(), flash.begin()));
+  EXPECT_EQ(recorder.kinds(),
+            (std::vector<std::string>{"writing", "connecting", "portChanged", "connected",
+                                      "verifying", "written", "verified", "resetting"}));
+  EXPECT_EQ(bootloader.commands('E'), 1);
+
+  // Back on the same path: no port change.
+  Recorder same;
+  FlashJob again(p.product, p.files, bootloader.path(), true, std::ref(same));
+  again.findBootloaderPort = [&](const std::set<std::string>&, const std::string& old) {
+    return old;
+  };
+  again.run();
+  auto kinds = same.kinds();
+  EXPECT_EQ(std::count(kinds.begin(), kinds.end(), "portChanged"), 0);
+
+  // No bootloader appears.
+  FlashJob lost(p.product, p.files, sketchPort.path(), true, nullptr);
+  lost.findBootloaderPort = [](const std::set<std::string>&, const std::string&) -> std::string {
+    throw FlashError::bootloaderPortNotFound();
+  };
+  EXPECT_EQ(errorOf<FlashError>([&] { lost.run(); }), FlashError::bootloaderPortNotFound());
+}
+
+TEST(FlashJobAVR, RefusalsAndSilence) {
+  {
+    SimulatedAVROptions options;
+    options.board = AVRBoard::mega2560;
+    options.signature = std::array<std::uint8_t, 3>{0x1E, 0x95, 0x0F};
+    SimulatedAVR simulated(options);
+    auto p = avrProduct(AVRBoard::mega2560, 300);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }),
+              FlashError::wrongSignature({0x1E, 0x95, 0x0F}, "ATmega2560"));
+    EXPECT_EQ(recorder.kinds(), (std::vector<std::string>{"writing", "connecting"}));
+    EXPECT_EQ(simulated.commands(0x13), 0); // nothing written
+  }
+  {
+    SimulatedAVROptions options;
+    options.silent = true;
+    SimulatedAVR simulated(options);
+    auto p = avrProduct(AVRBoard::uno, 300);
+    Recorder recorder;
+    FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::avrNoResponse());
+    EXPECT_EQ(recorder.kinds(), (std::vector<std::string>{"writing", "connecting", "connecting",
+                                                          "connecting", "connecting"}));
+    EXPECT_EQ(simulated.commands(0x30), 20);
+  }
+  {
+    // Too large: refused before anything is sent to the board.
+    auto p = avrProduct(AVRBoard::uno, 32258);
+    SimulatedAVR untouched;
+    FlashJob job(p.product, p.files, untouched.path(), true, nullptr);
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::sketchTooLarge(32258, 32256));
+    EXPECT_EQ(untouched.bytesReceived(), 0u);
+    auto fits = avrProduct(AVRBoard::uno, 32256);
+    SimulatedAVR simulated;
+    FlashJob ok(fits.product, fits.files, simulated.path(), true, nullptr);
+    EXPECT_NO_THROW(ok.run());
+  }
+  {
+    // A disabled sketch: no answer, and the port is never opened.
+    auto p = avrProduct(AVRBoard::uno, 300);
+    p.product.images[0].enabled = false;
+    FlashJob job(p.product, p.files, "/dev/pts/does-not-exist", true, nullptr);
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::avrNoResponse());
+  }
+  {
+    SimulatedAVROptions options;
+    options.corruptReadBack = true;
+    SimulatedAVR simulated(options);
+    auto p = avrProduct(AVRBoard::uno, 300);
+    FlashJob job(p.product, p.files, simulated.path(), true, nullptr);
+    EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::verifyFailed("Arduino Uno"));
+  }
+}
+
+TEST(FlashJobAVR, UnpluggedAndCancelledRunsEndPromptly) {
+  {
+    SimulatedAVROptions options;
+    options.disconnectAfterPages = 5;
+    SimulatedAVR simulated(options);
+    auto p = avrProduct(AVRBoard::uno, 4000);
+    FlashJob job(p.product, p.files, simulated.path(), true, nullptr);
+    auto start = Clock::now();
+    auto error = errorOf<FlashPortError>([&] { job.run(); });
+    EXPECT_EQ(error, FlashPortError::disconnected());
+    EXPECT_LT(std::chrono::duration<double>(Clock::now() - start).count(), 1.5);
+  }
+  SimulatedAVROptions options;
+  options.paceLine = true;
+  SimulatedAVR simulated(options);
+  auto p = avrProduct(AVRBoard::uno, 30000);
+  std::atomic<bool> connected = false;
+  FlashJob job(p.product, p.files, simulated.path(), true, [&](const FlashEvent& e) {
+    if (std::holds_alternative<FlashEvents::Connected>(e)) connected = true;
+  });
+  std::optional<FlashError> error;
+  std::thread worker([&] { error = errorOf<FlashError>([&] { job.run(); }); });
+  while (!connected)
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  auto cancelledAt = Clock::now();
+  job.cancel();
+  worker.join();
+  ASSERT_TRUE(error);
+  EXPECT_TRUE(error->isCancelled());
+  EXPECT_LT(std::chrono::duration<double>(Clock::now() - cancelledAt).count(), 0.3);
+}
