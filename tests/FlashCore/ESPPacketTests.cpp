@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "FlashCore/ESPPacket.hpp"
@@ -33,6 +34,18 @@ TEST(SLIP, EncodingAndDecodingEdgeCases) {
   stream.pop_back();
   stream.insert(stream.end(), {0x22, 0x33, 0xC0, 0x07, 0xC0});
   EXPECT_EQ(decoder.feed(stream), (std::vector<Bytes>{{0x07}}));
+  // Escaped bytes skip the cap, so a full frame still takes one; the next plain byte drops it.
+  Bytes full = limit;
+  full.insert(full.end(), {0xDB, 0xDC});
+  Bytes withEscape = limit;
+  withEscape.push_back(0xC0);
+  Bytes fullFrame{0xC0};
+  fullFrame.insert(fullFrame.end(), full.begin(), full.end());
+  fullFrame.push_back(0xC0);
+  EXPECT_EQ(decoder.feed(fullFrame), std::vector<Bytes>{withEscape});
+  fullFrame.insert(fullFrame.end() - 1, 0x01);
+  EXPECT_TRUE(decoder.feed(fullFrame).empty());
+  EXPECT_EQ(decoder.feed(Bytes{0x07, 0xC0}), (std::vector<Bytes>{{0x07}}));
 }
 
 TEST(SLIP, RandomStreamsWithNoiseDecodeBackExactly) {
@@ -40,16 +53,23 @@ TEST(SLIP, RandomStreamsWithNoiseDecodeBackExactly) {
   for (int round = 0; round < 200; ++round) {
     std::vector<Bytes> frames;
     Bytes line;
+    bool afterOverLong = false;
     for (int f = 0; f < 8; ++f) {
-      // Noise between frames never contains a delimiter, as boot text does not.
-      for (int n = static_cast<int>(random() % 20); n > 0; --n) {
+      // Noise between frames never contains a delimiter, as boot text does not. An over-long
+      // frame's closing delimiter opens a frame, so noise right after one would be a frame.
+      for (int n = afterOverLong ? 0 : static_cast<int>(random() % 20); n > 0; --n) {
         std::uint8_t noise = static_cast<std::uint8_t>(random());
         if (noise != 0xC0) line.push_back(noise);
       }
-      Bytes frame(1 + random() % 300);
+      // Now and then a frame too long to keep: it must vanish without taking its neighbours.
+      bool overLong = random() % 10 == 0;
+      Bytes frame(overLong ? SLIP::maximumFrameSize + 1 + random() % 2000 : 1 + random() % 300);
       for (auto& b : frame)
-        b = static_cast<std::uint8_t>(random() % 4 == 0 ? 0xC0 + random() % 0x1C : random());
-      frames.push_back(frame);
+        b = static_cast<std::uint8_t>(
+            overLong ? 0x20 + random() % 0x60
+                     : (random() % 4 == 0 ? 0xC0 + random() % 0x1C : random()));
+      if (!overLong) frames.push_back(frame);
+      afterOverLong = overLong;
       Bytes encoded = SLIP::encode(frame);
       line.insert(line.end(), encoded.begin(), encoded.end());
     }
@@ -106,8 +126,20 @@ TEST(ESPPacket, RequestsAreByteExact) {
   EXPECT_EQ(ESPPacket::spiFlashMD5(0x10000, 0x2000).size(), 8u + 16u);
   EXPECT_THROW(ESPPacket::request(ESPCommand::sync, Bytes(65536)), std::length_error);
 
+  const std::uint8_t opcodes[] = {0x02, 0x03, 0x04, 0x08, 0x09, 0x0A, 0x0B,
+                                  0x0D, 0x0F, 0x10, 0x11, 0x12, 0x13, 0x14};
+  int known = 0;
+  for (int raw = 0; raw < 256; ++raw) {
+    auto command = espCommandFromOpcode(static_cast<std::uint8_t>(raw));
+    bool listed = std::find(std::begin(opcodes), std::end(opcodes), raw) != std::end(opcodes);
+    ASSERT_EQ(command.has_value(), listed) << raw;
+    if (command) {
+      EXPECT_EQ(opcode(*command), raw);
+    }
+    known += listed;
+  }
+  EXPECT_EQ(known, 14);
   EXPECT_EQ(espCommandFromOpcode(0x13), ESPCommand::spiFlashMD5);
-  EXPECT_FALSE(espCommandFromOpcode(0x05));
   EXPECT_EQ(readLE32(Bytes{0x01, 0x02}), 0x0201u);
   EXPECT_EQ(readLE32(Bytes{0x01, 0x02, 0x03, 0x04, 0x05}), 0x04030201u);
 }
