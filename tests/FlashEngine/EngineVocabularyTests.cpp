@@ -45,6 +45,20 @@ TEST(FlashError, EnglishWordingsAndEveryLanguage) {
     EXPECT_EQ(FlashError::verifyFailed("app.bin").message(),
               "Verification failed: app.bin is not correct in flash memory.");
     EXPECT_EQ(FlashError::cancelled().message(), "Stopped.");
+    EXPECT_EQ(FlashError::noSync().message(),
+              "No connection with the bootloader. Check the port and the cable, or hold BOOT and "
+              "briefly press RESET (EN).");
+    EXPECT_EQ(FlashError::bootloaderPortNotFound().message(),
+              "The bootloader did not appear. Press the reset button twice quickly and flash "
+              "again at once.");
+    EXPECT_EQ(FlashError::avrNoResponse().message(),
+              "No answer from the bootloader. Is the board right (and the old or new bootloader "
+              "for a Nano)?");
+    // Opcodes and codes are always two upper-case hexadecimal digits.
+    EXPECT_EQ(FlashError::commandFailed(0x0D, 0xC1).message(),
+              "The bootloader refused command 0x0D (error 0xC1).");
+    EXPECT_EQ(FlashError::wrongSignature({0x00, 0x0A}, "ATmega328P").message(),
+              "Wrong chip: signature 00 0A, expected an ATmega328P. Choose the right board.");
   }
   const char* stopped[] = {"Stopped.", "Gestopt.", "Gestoppt.", "Arrêté.", "Detenido."};
   for (Language language : allLanguages) {
@@ -63,6 +77,21 @@ TEST(FlashError, EnglishWordingsAndEveryLanguage) {
   EXPECT_NE(FlashError::commandFailed(1, 2), FlashError::commandFailed(1, 3));
   EXPECT_NE(FlashError::noSync(), FlashError::avrNoResponse());
   EXPECT_TRUE(FlashError::cancelled().isCancelled());
+  EXPECT_NE(FlashError::wrongSignature({1}, "x"), FlashError::wrongSignature({2}, "x"));
+
+  // Events compare by case and payload.
+  EXPECT_EQ(FlashEvent(FlashEvents::Connected{"ESP32", "24:0A:C4:12:34:56"}),
+            FlashEvent(FlashEvents::Connected{"ESP32", "24:0A:C4:12:34:56"}));
+  EXPECT_NE(FlashEvent(FlashEvents::Connected{"ESP32", std::nullopt}),
+            FlashEvent(FlashEvents::Connected{"ESP32", "24:0A:C4:12:34:56"}));
+  EXPECT_NE(FlashEvent(FlashEvents::Verifying{"app"}), FlashEvent(FlashEvents::Verified{"app"}));
+  EXPECT_NE(FlashEvent(FlashEvents::Connecting{1, false}),
+            FlashEvent(FlashEvents::Connecting{1, true}));
+  FlashSummary summary{"ESP32-S3", std::nullopt, 1024, 1.5, "/dev/ttyUSB0"};
+  FlashSummary other = summary;
+  EXPECT_EQ(summary, other);
+  other.portPath = "/dev/ttyACM0";
+  EXPECT_NE(summary, other);
 }
 
 TEST(JobContext, CancellableWaitNoticesCancellationQuickly) {
