@@ -105,6 +105,9 @@ bool ESPLoader::syncChip() {
     } catch (const FlashError& error) {
       if (error.isCancelled()) throw;
       continue;
+    } catch (const FlashPortError&) {
+      // A line that hiccups while the chip is still resetting is an unanswered try, not the end.
+      continue;
     }
     // The ROM answers one sync request several times; let the rest arrive and drop it.
     auto deadline = deadlineAfter(0.1);

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <future>
+#include <numeric>
 #include <thread>
 
 #include "FlashEngine/ESPLoader.hpp"
@@ -116,20 +118,48 @@ TEST(ESPLoader, BoardThatNeedsSeveralResetsAndCancellation) {
 
   SimulatedESPOptions silent;
   silent.silent = true;
-  Session manual(silent);
-  Clock::time_point cancelledAt;
-  std::thread canceller([&] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(700));
-    cancelledAt = Clock::now();
-    manual.context.cancel();
-  });
-  auto error = flashErrorOf([&] { manual.loader.connect(ResetMode::manual, false); });
-  double late2 = since(cancelledAt);
-  canceller.join();
-  EXPECT_TRUE(error.isCancelled());
-  EXPECT_LT(late2, 0.2);
-  ASSERT_FALSE(manual.events.empty());
-  EXPECT_EQ(manual.events.front(), FlashEvent(FlashEvents::Connecting{1, true}));
+  {
+    // Cancelled while the user is asked to reset the board by hand.
+    Session manual(silent);
+    std::promise<void> waiting;
+    bool first = true;
+    manual.loader.setWaiter([&](double s) {
+      if (std::exchange(first, false)) waiting.set_value();
+      manual.context.wait(s);
+    });
+    Clock::time_point cancelledAt;
+    std::thread canceller([&] {
+      waiting.get_future().wait();
+      cancelledAt = Clock::now();
+      manual.context.cancel();
+    });
+    auto error = flashErrorOf([&] { manual.loader.connect(ResetMode::manual, false); });
+    auto noticed = Clock::now();
+    canceller.join();
+    EXPECT_TRUE(error.isCancelled());
+    // Waits sleep in 0.02 s slices; the rest is margin for a loaded machine.
+    EXPECT_LT(std::chrono::duration<double>(noticed - cancelledAt).count(), 0.1);
+    EXPECT_EQ(manual.events, (std::vector<FlashEvent>{FlashEvents::Connecting{1, true}}));
+    EXPECT_EQ(manual.board.requests(ESPCommand::sync), 0);
+  }
+  {
+    // Cancelled while waiting for a sync answer that never comes.
+    Session waiting(silent);
+    Clock::time_point cancelledAt;
+    std::thread canceller([&] {
+      while (waiting.board.requests(ESPCommand::sync) < 3)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      cancelledAt = Clock::now();
+      waiting.context.cancel();
+    });
+    auto error = flashErrorOf([&] { waiting.loader.connect(ResetMode::classic, false); });
+    auto noticed = Clock::now();
+    canceller.join();
+    EXPECT_TRUE(error.isCancelled());
+    // Reads are cut at 0.1 s, so a cancel is seen within one read and a margin.
+    EXPECT_LT(std::chrono::duration<double>(noticed - cancelledAt).count(), 0.25);
+    EXPECT_EQ(waiting.connectingEvents(), 1);
+  }
 
   // Cancelled before connecting: no attempt at all.
   Session before(silent);
@@ -138,59 +168,180 @@ TEST(ESPLoader, BoardThatNeedsSeveralResetsAndCancellation) {
   EXPECT_TRUE(before.events.empty());
 }
 
-TEST(ESPLoader, ResetSequencesAreExact) {
-  RecordingLink link;
-  JobContext context(nullptr);
-  ESPLoader loader(link, context);
-  loader.setWaiter([&](double s) { link.recordWait(s); });
-  loader.classicReset();
-  EXPECT_EQ(link.lineSteps(), (std::vector<std::string>{"DTR=0 RTS=1", "wait 0.10", "DTR=1 RTS=0",
-                                                        "wait 0.05", "DTR=0 RTS=-"}));
-  link.steps.clear();
-  loader.usbJTAGReset();
-  EXPECT_EQ(link.lineSteps(),
-            (std::vector<std::string>{"DTR=0 RTS=0", "wait 0.10", "DTR=1 RTS=0", "wait 0.10",
-                                      "DTR=0 RTS=1", "wait 0.10", "DTR=0 RTS=0"}));
+namespace {
 
-  // Automatic mode alternates, starting with the method asked for.
-  for (bool usbFirst : {false, true}) {
-    RecordingLink silent;
-    std::vector<std::string> resets;
-    JobContext* self = nullptr;
-    JobContext ctx([&](const FlashEvent& e) {
-      // Four attempts show the pattern; stop there rather than wait for all eight.
-      if (std::get<FlashEvents::Connecting>(e).attempt == 5) self->cancel();
-    });
-    self = &ctx;
-    ESPLoader auto_(silent, ctx);
-    auto_.setWaiter([&](double s) { silent.recordWait(s); });
-    EXPECT_THROW(auto_.connect(ResetMode::auto_, usbFirst), FlashError);
-    auto steps = silent.lineSteps();
-    // A classic sequence starts "DTR=0 RTS=1"; a USB-JTAG one "DTR=0 RTS=0".
-    for (std::size_t i = 0; i < steps.size(); ++i) {
-      if (i == 0 || steps[i - 1] == "DTR=0 RTS=-" ||
-          (steps[i - 1] == "DTR=0 RTS=0" && steps[i] != "wait 0.10")) {
-        resets.push_back(steps[i] == "DTR=0 RTS=1" ? "classic" : "usb");
-      }
-    }
-    ASSERT_GE(resets.size(), 4u);
-    EXPECT_EQ(resets[0], usbFirst ? "usb" : "classic");
-    EXPECT_EQ(resets[1], usbFirst ? "classic" : "usb");
-    EXPECT_EQ(resets[2], resets[0]);
+const std::vector<std::string> classicSteps = {"DTR=0 RTS=1", "wait 0.10", "DTR=1 RTS=0",
+                                               "wait 0.05", "DTR=0 RTS=-"};
+const std::vector<std::string> usbJTAGSteps = {"DTR=0 RTS=0", "wait 0.10",   "DTR=1 RTS=0",
+                                               "wait 0.10",   "DTR=0 RTS=1", "wait 0.10",
+                                               "DTR=0 RTS=0"};
+const std::vector<std::string> manualSteps = {"wait 0.40"};
+
+// A loader on a recording link whose waits are recorded instead of slept.
+struct Bench {
+  Bench() : context([this](const FlashEvent& e) { events.push_back(e); }), loader(link, context) {
+    loader.setWaiter([this](double s) { link.recordWait(s); });
   }
+  std::vector<int> attempts(bool manual) const {
+    std::vector<int> result;
+    for (const auto& e : events) {
+      const auto& connecting = std::get<FlashEvents::Connecting>(e);
+      EXPECT_EQ(connecting.manual, manual);
+      result.push_back(connecting.attempt);
+    }
+    return result;
+  }
+  RecordingLink link;
+  std::vector<FlashEvent> events;
+  JobContext context;
+  ESPLoader loader;
+};
 
-  // Manual mode never touches the lines; it waits 0.4 s per attempt.
-  RecordingLink untouched;
-  JobContext ctx(nullptr);
-  ESPLoader manual(untouched, ctx);
-  int waits = 0;
-  manual.setWaiter([&](double s) {
-    untouched.recordWait(s);
-    if (++waits == 3) ctx.cancel();
-  });
-  EXPECT_THROW(manual.connect(ResetMode::manual, false), FlashError);
-  EXPECT_EQ(untouched.lineSteps(),
-            (std::vector<std::string>{"wait 0.40", "wait 0.40", "wait 0.40"}));
+} // namespace
+
+TEST(ESPLoader, ResetSequencesOfEveryMethodAndAttempt) {
+  // Reads that fail at once make every sync try an unanswered one without waiting for it, so
+  // all attempts of a mode can be recorded: the reset of each, then its five sync requests.
+  enum Method { classic, usbJTAG, manual };
+  auto expected = [](std::vector<Method> methods) {
+    std::vector<std::string> steps;
+    for (Method method : methods) {
+      const auto& reset = method == classic   ? classicSteps
+                          : method == usbJTAG ? usbJTAGSteps
+                                              : manualSteps;
+      steps.insert(steps.end(), reset.begin(), reset.end());
+      steps.insert(steps.end(), 5, "write 0x08");
+    }
+    return steps;
+  };
+  struct Case {
+    ResetMode mode;
+    bool usbJTAGFirst;
+    std::vector<Method> methods;
+  };
+  const std::vector<Case> cases = {
+      {ResetMode::auto_,
+       false,
+       {classic, usbJTAG, classic, usbJTAG, classic, usbJTAG, classic, usbJTAG}},
+      {ResetMode::auto_,
+       true,
+       {usbJTAG, classic, usbJTAG, classic, usbJTAG, classic, usbJTAG, classic}},
+      {ResetMode::classic, true, std::vector<Method>(8, classic)},
+      {ResetMode::usbJTAG, false, std::vector<Method>(8, usbJTAG)},
+      // The user resets the board by hand: lines untouched, thirty attempts.
+      {ResetMode::manual, true, std::vector<Method>(30, manual)},
+  };
+  for (const auto& [mode, usbJTAGFirst, methods] : cases) {
+    SCOPED_TRACE(std::string(rawValue(mode)) + (usbJTAGFirst ? " usbJTAGFirst" : ""));
+    Bench bench;
+    bench.link.failReads = true;
+    EXPECT_EQ(flashErrorOf([&] { bench.loader.connect(mode, usbJTAGFirst); }),
+              FlashError::noSync());
+    EXPECT_EQ(bench.link.steps, expected(methods));
+    std::vector<int> numbers(methods.size());
+    std::iota(numbers.begin(), numbers.end(), 1);
+    EXPECT_EQ(bench.attempts(mode == ResetMode::manual), numbers);
+    EXPECT_FALSE(bench.loader.chip());
+  }
+}
+
+TEST(ESPLoader, LineFailuresAndCancellationAtEachPointOfConnecting) {
+  {
+    // A sync request that cannot be written ends the connection at once.
+    Bench bench;
+    bench.link.failWrites = {opcode(ESPCommand::sync)};
+    auto start = Clock::now();
+    EXPECT_THROW(bench.loader.connect(ResetMode::auto_, false), FlashPortError);
+    EXPECT_LT(since(start), 1.0);
+    auto steps = classicSteps;
+    steps.push_back("write 0x08");
+    EXPECT_EQ(bench.link.steps, steps);
+  }
+  {
+    // Old ROMs may choke on the security-info request; the magic register still tells.
+    Bench bench;
+    bench.link.answerRequests = true;
+    bench.link.failWrites = {opcode(ESPCommand::getSecurityInfo)};
+    bench.link.registers[ESPChips::magicRegister] = 0x00F01D83;
+    EXPECT_EQ(bench.loader.connect(ResetMode::classic, false), ESPChip::esp32);
+    std::vector<std::string> writes;
+    for (const auto& step : bench.link.steps)
+      if (step.starts_with("write")) writes.push_back(step);
+    EXPECT_EQ(writes, (std::vector<std::string>{"write 0x08", "write 0x14", "write 0x0A"}));
+  }
+  {
+    // Once the chip answered a sync, a failing read is the end, not another try.
+    Bench bench;
+    bench.link.answerRequests = true;
+    int reads = 0;
+    bench.link.onRead = [&] {
+      if (++reads == 2) bench.link.failReads = true;
+    };
+    try {
+      bench.loader.connect(ResetMode::classic, false);
+      ADD_FAILURE() << "connected";
+    } catch (const FlashPortError& error) {
+      EXPECT_EQ(error, FlashPortError::disconnected());
+    }
+    EXPECT_EQ(bench.attempts(false), std::vector<int>{1});
+  }
+  {
+    // Cancelled during a reset wait: no further line change.
+    Bench bench;
+    bench.loader.setWaiter([&](double s) {
+      bench.link.recordWait(s);
+      bench.context.cancel();
+      bench.context.wait(s);
+    });
+    EXPECT_TRUE(
+        flashErrorOf([&] { bench.loader.connect(ResetMode::usbJTAG, false); }).isCancelled());
+    EXPECT_EQ(bench.link.steps, (std::vector<std::string>{"DTR=0 RTS=0", "wait 0.10"}));
+  }
+  {
+    // Cancelled during the last sync try of an attempt: caught between attempts, before the
+    // next attempt's event and reset.
+    Bench bench;
+    bench.link.failReads = true;
+    int reads = 0;
+    bench.link.onRead = [&] {
+      if (++reads == 5) bench.context.cancel();
+    };
+    EXPECT_TRUE(
+        flashErrorOf([&] { bench.loader.connect(ResetMode::classic, false); }).isCancelled());
+    EXPECT_EQ(bench.attempts(false), std::vector<int>{1});
+    auto steps = classicSteps;
+    steps.insert(steps.end(), 5, "write 0x08");
+    EXPECT_EQ(bench.link.steps, steps);
+  }
+}
+
+TEST(ESPLoader, ESP8266MACPrefixes) {
+  struct Case {
+    std::uint32_t mac0, mac1, mac3;
+    std::optional<std::array<std::uint8_t, 6>> mac;
+  };
+  const Case cases[] = {
+      {0x9A000000, 0x00005678, 0, std::array<std::uint8_t, 6>{0x18, 0xFE, 0x34, 0x56, 0x78, 0x9A}},
+      {0x9A000000, 0x00015678, 0, std::array<std::uint8_t, 6>{0xAC, 0xD0, 0x74, 0x56, 0x78, 0x9A}},
+      // A programmed prefix in mac3 wins over the one told by mac1.
+      {0x9A000000, 0x00015678, 0x00112233,
+       std::array<std::uint8_t, 6>{0x11, 0x22, 0x33, 0x56, 0x78, 0x9A}},
+      {0x9A000000, 0x00025678, 0, std::nullopt},
+  };
+  for (const auto& c : cases) {
+    Bench bench;
+    bench.link.answerRequests = true;
+    bench.link.registers = {{ESPChips::magicRegister, 0xFFF0C101},
+                            {ESPChips::esp8266MACRegisters[0], c.mac0},
+                            {ESPChips::esp8266MACRegisters[1], c.mac1},
+                            {ESPChips::esp8266MACRegisters[2], c.mac3}};
+    ASSERT_EQ(bench.loader.connect(ResetMode::classic, false), ESPChip::esp8266);
+    EXPECT_EQ(bench.loader.readMAC(), c.mac) << std::hex << c.mac1 << " " << c.mac3;
+  }
+  // Without a connected chip nothing is asked.
+  Bench idle;
+  EXPECT_FALSE(idle.loader.readMAC());
+  EXPECT_TRUE(idle.link.steps.empty());
 }
 
 TEST(ESPLoader, RefusalsAndMissingAnswers) {
@@ -228,6 +379,17 @@ TEST(ESPLoader, RefusalsAndMissingAnswers) {
   Session d(unplugged);
   d.loader.connect(ResetMode::classic, false);
   EXPECT_THROW(d.loader.attachFlash(0x400000), FlashPortError);
+
+  // Unplugged right after detection: the MAC is simply unknown, the next request fails.
+  SimulatedESPOptions gone;
+  gone.chip = ESPChip::esp32;
+  gone.disconnectAfterRequests = 3; // sync, security info, magic register
+  Session e(gone);
+  EXPECT_EQ(e.loader.connect(ResetMode::classic, false), ESPChip::esp32);
+  auto start2 = Clock::now();
+  EXPECT_FALSE(e.loader.readMAC());
+  EXPECT_LT(since(start2), 1.0);
+  EXPECT_THROW(e.loader.attachFlash(0x400000), FlashPortError);
 }
 
 TEST(ESPLoader, SpeedChangesAndTheESP8266Exceptions) {

@@ -37,6 +37,7 @@ void RecordingLink::write(ByteView bytes) {
     char text[32];
     std::snprintf(text, sizeof text, "write 0x%02X", frame[1]);
     steps.push_back(text);
+    if (failWrites.contains(frame[1])) throw FlashPortError::writeFailed(5);
     if (!answerRequests) continue;
     std::uint32_t value = 0;
     if (frame[1] == opcode(ESPCommand::readRegister) && frame.size() >= 12) {
@@ -53,6 +54,8 @@ void RecordingLink::write(ByteView bytes) {
 }
 
 Bytes RecordingLink::read(double timeout) {
+  if (onRead) onRead();
+  if (failReads) throw FlashPortError::disconnected();
   if (pending_.empty()) {
     // Silence takes its time, as on a real line.
     std::this_thread::sleep_for(std::chrono::duration<double>(std::max(timeout, 0.0)));

@@ -2,8 +2,10 @@
 // A serial link without a device: it records line changes, waits and writes, and can answer
 // every ESP request with success, so reset sequences and refusals can be checked exactly.
 
+#include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,13 @@ public:
   std::map<std::uint32_t, std::uint32_t> registers;
   /// setBaudRate fails as an adapter that refuses the rate.
   bool refuseBaudRate = false;
+  /// Requests with these opcodes fail to write (writeFailed), after being recorded.
+  std::set<std::uint8_t> failWrites;
+  /// Every read fails (disconnected) at once.
+  bool failReads = false;
+  /// Called at the start of every read, before anything else; tests cancel from here to hit
+  /// an exact point of the loader's work.
+  std::function<void()> onRead;
 
   const std::string& path() const override { return path_; }
   std::int64_t baudRate() const override { return baud_; }
