@@ -40,10 +40,31 @@ Bytes firmwareLike(std::size_t size) {
   return out;
 }
 
-struct Phase {
-  Clock::time_point firstWrite{};
-  Clock::time_point lastWritten{};
+struct Timing {
+  FlashSummary summary;
+  double elapsed = 0;
+  double writing = 0;
+  double cpu = 0;
 };
+
+// Runs one job on this thread, timing the whole run, the writes and this thread's CPU time.
+Timing timedRun(const ProductWithFiles& p, const std::string& port) {
+  Clock::time_point firstWrite{}, lastWritten{};
+  FlashJob job(p.product, p.files, port, true, [&](const FlashEvent& e) {
+    if (std::holds_alternative<FlashEvents::Writing>(e) && firstWrite == Clock::time_point{}) {
+      firstWrite = Clock::now();
+    }
+    if (std::holds_alternative<FlashEvents::Written>(e)) lastWritten = Clock::now();
+  });
+  Timing timing;
+  auto start = Clock::now();
+  double cpuStart = threadCPUSeconds();
+  timing.summary = job.run();
+  timing.cpu = threadCPUSeconds() - cpuStart;
+  timing.elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+  timing.writing = std::chrono::duration<double>(lastWritten - firstWrite).count();
+  return timing;
+}
 
 void report(const char* what, std::int64_t bytes, std::uint64_t lineBytes, double elapsed,
             double writeElapsed, double linkLimit, double cpu) {
@@ -71,19 +92,10 @@ int main() {
     p.product.target = Target::esp(ESPChip::esp32);
     p.product.verify = true;
     p.add(FirmwareImage::Role::other, 0x10000, firmwareLike(1024 * 1024), "firmware.bin");
-    Phase phase;
-    FlashJob job(p.product, p.files, board.path(), true, [&](const FlashEvent& e) {
-      if (std::holds_alternative<FlashEvents::Writing>(e)) phase.firstWrite = Clock::now();
-      if (std::holds_alternative<FlashEvents::Written>(e)) phase.lastWritten = Clock::now();
-    });
-    auto start = Clock::now();
-    double cpuStart = threadCPUSeconds();
-    FlashSummary summary = job.run();
-    double cpu = threadCPUSeconds() - cpuStart;
-    double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
-    double writing = std::chrono::duration<double>(phase.lastWritten - phase.firstWrite).count();
-    report("ESP32, 1 MiB, 460800 baud (115200 while connecting)", summary.bytes,
-           board.bytesReceived() + board.bytesSent(), elapsed, writing, board.lineSeconds(), cpu);
+    Timing t = timedRun(p, board.path());
+    report("ESP32, 1 MiB, 460800 baud (115200 while connecting)", t.summary.bytes,
+           board.bytesReceived() + board.bytesSent(), t.elapsed, t.writing, board.lineSeconds(),
+           t.cpu);
   }
   {
     SimulatedAVROptions options;
@@ -93,20 +105,10 @@ int main() {
     auto p = avrProduct(AVRBoard::uno, 30 * 1024);
     p.files.begin()->second = firmwareLike(30 * 1024);
     p.product.images[0].size = 30 * 1024;
-    Phase phase;
-    FlashJob job(p.product, p.files, board.path(), true, [&](const FlashEvent& e) {
-      if (std::holds_alternative<FlashEvents::Writing>(e)) phase.firstWrite = Clock::now();
-      if (std::holds_alternative<FlashEvents::Written>(e)) phase.lastWritten = Clock::now();
-    });
-    auto start = Clock::now();
-    double cpuStart = threadCPUSeconds();
-    FlashSummary summary = job.run();
-    double cpu = threadCPUSeconds() - cpuStart;
-    double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
-    double writing = std::chrono::duration<double>(phase.lastWritten - phase.firstWrite).count();
+    Timing t = timedRun(p, board.path());
     std::uint64_t line = board.bytesReceived() + board.bytesSent();
-    report("Arduino Uno, 30 KB sketch with read-back, 115200 baud", summary.bytes, line, elapsed,
-           writing, static_cast<double>(line) * 10.0 / 115200.0, cpu);
+    report("Arduino Uno, 30 KB sketch with read-back, 115200 baud", t.summary.bytes, line,
+           t.elapsed, t.writing, static_cast<double>(line) * 10.0 / 115200.0, t.cpu);
   }
   return 0;
 }
