@@ -89,7 +89,15 @@ std::string flashSizeLabel() {
              "Tamaño de la flash"});
 }
 std::string flashSizeName(FlashSize size) {
-  return size == FlashSize::keep ? asInFile() : std::string(rawValue(size));
+  switch (size) {
+  case FlashSize::keep: return asInFile();
+  case FlashSize::mb1: return "1MB";
+  case FlashSize::mb2: return "2MB";
+  case FlashSize::mb4: return "4MB";
+  case FlashSize::mb8: return "8MB";
+  case FlashSize::mb16: return "16MB";
+  }
+  return {};
 }
 std::string clearOTASelection() {
   return tr({"Clear OTA selection", "OTA-keuze wissen", "OTA-Auswahl löschen",

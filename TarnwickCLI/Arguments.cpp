@@ -21,8 +21,8 @@ std::optional<CommandKind> commandNamed(const std::string& word) {
 // Which options each command takes; everything else is a usage error for it.
 bool accepts(CommandKind command, const std::string& option) {
   static const std::vector<std::string> flashOptions = {
-      "--port", "--test-device", "--target", "--baud", "--reset", "--no-verify",
-      "--flash-mode", "--flash-size", "--keep-otadata"};
+      "--port",      "--test-device", "--target",     "--baud",        "--reset",
+      "--no-verify", "--flash-mode",  "--flash-size", "--keep-otadata"};
   switch (command) {
   case CommandKind::flash:
     for (const auto& o : flashOptions) {
@@ -38,8 +38,9 @@ bool takesValue(const std::string& option) {
   return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata";
 }
 
-template <typename T> T parsed(std::optional<T> value, CommandKind command, const std::string& option,
-                               const std::string& text) {
+template <typename T>
+T parsed(std::optional<T> value, CommandKind command, const std::string& option,
+         const std::string& text) {
   if (!value) throw UsageError{L10n::Cli::badValue(option, text), command};
   return *value;
 }
@@ -100,24 +101,31 @@ Arguments parseArguments(const std::vector<std::string>& words) {
       throw UsageError{L10n::Cli::unexpectedValue(option), result.command};
     }
 
-    if (option == "--port") result.port = *value;
-    else if (option == "--test-device") result.testDevice = true;
-    else if (option == "--target") result.target = *value;
-    else if (option == "--out") result.out = *value;
-    else if (option == "--name") result.name = *value;
+    if (option == "--port")
+      result.port = *value;
+    else if (option == "--test-device")
+      result.testDevice = true;
+    else if (option == "--target")
+      result.target = *value;
+    else if (option == "--out")
+      result.out = *value;
+    else if (option == "--name")
+      result.name = *value;
     else if (option == "--baud")
       result.overrides.baud = parsed(baudFrom(*value), result.command, option, *value);
     else if (option == "--reset")
       result.overrides.reset =
           parsed(resetModeFromRawValue(*value), result.command, option, *value);
-    else if (option == "--no-verify") result.overrides.noVerify = true;
+    else if (option == "--no-verify")
+      result.overrides.noVerify = true;
     else if (option == "--flash-mode")
       result.overrides.flashMode =
           parsed(flashModeFromRawValue(*value), result.command, option, *value);
     else if (option == "--flash-size")
       result.overrides.flashSize =
           parsed(flashSizeFromRawValue(*value), result.command, option, *value);
-    else if (option == "--keep-otadata") result.overrides.keepOTAData = true;
+    else if (option == "--keep-otadata")
+      result.overrides.keepOTAData = true;
   }
 
   switch (result.command) {

@@ -9,4 +9,4 @@ scripts/build.sh
 if [ -x build/TarnwickCLI/tarnwick-cli ] && [ -x build/tests/support/tarnwick-simboard ]; then
   exec scripts/demo.sh
 fi
-echo "Tarnwick is built. The desktop application is not there yet; run scripts/test.sh for the tests."
+echo "Tarnwick is built, but the demo programs are missing; run scripts/test.sh for the tests."

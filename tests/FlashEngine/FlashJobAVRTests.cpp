@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "FlashEngine/FlashJob.hpp"
+#include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
 #include "support/SimulatedAVR.hpp"
 
@@ -12,54 +13,13 @@ using namespace tarnwick;
 using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 
-namespace {
-
-struct Recorder {
-  std::mutex mutex;
-  std::vector<FlashEvent> events;
-  void operator()(const FlashEvent& event) {
-    std::lock_guard lock(mutex);
-    events.push_back(event);
-  }
-  std::vector<std::string> kinds() {
-    static const char* names[] = {"connecting", "connected", "baudRate", "portChanged",
-                                  "writing",    "progress",  "written",  "verifying",
-                                  "verified",   "resetting"};
-    std::lock_guard lock(mutex);
-    std::vector<std::string> out;
-    for (const auto& e : events) {
-      if (!std::holds_alternative<FlashEvents::Progress>(e)) out.push_back(names[e.index()]);
-    }
-    return out;
-  }
-  std::vector<std::int64_t> progress() {
-    std::lock_guard lock(mutex);
-    std::vector<std::int64_t> out;
-    for (const auto& e : events) {
-      if (auto* p = std::get_if<FlashEvents::Progress>(&e)) out.push_back(p->done);
-    }
-    return out;
-  }
-};
-
-template <typename Error, typename F> std::optional<Error> errorOf(F&& f) {
-  try {
-    f();
-  } catch (const Error& error) {
-    return error;
-  }
-  return std::nullopt;
-}
-
-} // namespace
-
 TEST(FlashJobAVR, EveryProtocolWritesAndReadsBackASketch) {
   for (AVRBoard board : {AVRBoard::uno, AVRBoard::nanoOldBootloader, AVRBoard::mega2560}) {
     SimulatedAVROptions options;
     options.board = board;
     SimulatedAVR simulated(options);
     auto p = avrProduct(board, 1000);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
     FlashSummary summary = job.run();
     const Bytes& sketch = p.files.begin()->second;
@@ -93,7 +53,7 @@ TEST(FlashJobAVR, CaterinaMovesToTheBootloadersPort) {
   SimulatedAVR bootloader(options);
   PseudoTerminal sketchPort; // where the running sketch answers before the touch
   auto p = avrProduct(AVRBoard::leonardo, 5000);
-  Recorder recorder;
+  EventRecorder recorder;
   FlashJob job(p.product, p.files, sketchPort.path(), true, std::ref(recorder));
   std::string givenOldPath;
   job.findBootloaderPort = [&](const std::set<std::string>&, const std::string& oldPath) {
@@ -113,7 +73,7 @@ TEST(FlashJobAVR, CaterinaMovesToTheBootloadersPort) {
   EXPECT_EQ(bootloader.commands('E'), 1);
 
   // Back on the same path: no port change.
-  Recorder same;
+  EventRecorder same;
   FlashJob again(p.product, p.files, bootloader.path(), true, std::ref(same));
   again.findBootloaderPort = [&](const std::set<std::string>&, const std::string& old) {
     return old;
@@ -137,7 +97,7 @@ TEST(FlashJobAVR, RefusalsAndSilence) {
     options.signature = std::array<std::uint8_t, 3>{0x1E, 0x95, 0x0F};
     SimulatedAVR simulated(options);
     auto p = avrProduct(AVRBoard::mega2560, 300);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
     EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }),
               FlashError::wrongSignature({0x1E, 0x95, 0x0F}, "ATmega2560"));
@@ -149,7 +109,7 @@ TEST(FlashJobAVR, RefusalsAndSilence) {
     options.silent = true;
     SimulatedAVR simulated(options);
     auto p = avrProduct(AVRBoard::uno, 300);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, simulated.path(), true, std::ref(recorder));
     EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::avrNoResponse());
     EXPECT_EQ(recorder.kinds(), (std::vector<std::string>{"writing", "connecting", "connecting",

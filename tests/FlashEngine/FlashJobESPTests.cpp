@@ -9,6 +9,7 @@
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashSerial/FlashPort.hpp"
+#include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
 #include "support/SimulatedESP.hpp"
 
@@ -17,32 +18,6 @@ using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-struct Recorder {
-  std::mutex mutex;
-  std::vector<FlashEvent> events;
-  void operator()(const FlashEvent& event) {
-    std::lock_guard lock(mutex);
-    events.push_back(event);
-  }
-  template <typename T> int count() {
-    std::lock_guard lock(mutex);
-    return static_cast<int>(std::count_if(
-        events.begin(), events.end(), [](const auto& e) { return std::holds_alternative<T>(e); }));
-  }
-  // The kinds of events without progress, as short names.
-  std::vector<std::string> kinds() {
-    static const char* names[] = {"connecting", "connected", "baudRate", "portChanged",
-                                  "writing",    "progress",  "written",  "verifying",
-                                  "verified",   "resetting"};
-    std::lock_guard lock(mutex);
-    std::vector<std::string> out;
-    for (const auto& e : events) {
-      if (!std::holds_alternative<FlashEvents::Progress>(e)) out.push_back(names[e.index()]);
-    }
-    return out;
-  }
-};
 
 // The flash as the plan says it must be after the run.
 void expectFlashHoldsPlan(const SimulatedESP& board, const ProductWithFiles& p, ESPChip chip) {
@@ -53,15 +28,6 @@ void expectFlashHoldsPlan(const SimulatedESP& board, const ProductWithFiles& p, 
   }
 }
 
-template <typename Error, typename F> std::optional<Error> errorOf(F&& f) {
-  try {
-    f();
-  } catch (const Error& error) {
-    return error;
-  }
-  return std::nullopt;
-}
-
 } // namespace
 
 TEST(FlashJobESP, FlashesAWholeProductIntoAnESP32S3AndVerifies) {
@@ -70,7 +36,7 @@ TEST(FlashJobESP, FlashesAWholeProductIntoAnESP32S3AndVerifies) {
   SimulatedESP board(options);
   auto p = espProduct(ESPChip::esp32s3);
   p.product.flashMode = FlashMode::qio; // the bootloader header gets patched
-  Recorder recorder;
+  EventRecorder recorder;
   FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
   FlashSummary summary = job.run();
 
@@ -105,7 +71,7 @@ TEST(FlashJobESP, ESP32ErasesOTADataAndRepeatsIdentically) {
   SimulatedESP board;
   auto p = espProduct(ESPChip::esp32);
   p.product.flashBaud = 115200; // no speed change, no baudRate event
-  Recorder recorder;
+  EventRecorder recorder;
   FlashJob first(p.product, p.files, board.path(), true, std::ref(recorder));
   first.run();
   auto regions = board.beginRegions();
@@ -116,7 +82,7 @@ TEST(FlashJobESP, ESP32ErasesOTADataAndRepeatsIdentically) {
   EXPECT_EQ(recorder.count<FlashEvents::BaudRate>(), 0);
   Bytes once = board.flash();
 
-  Recorder again;
+  EventRecorder again;
   FlashJob second(p.product, p.files, board.path(), true, std::ref(again));
   second.run();
   EXPECT_EQ(board.flash(), once);
@@ -133,7 +99,7 @@ TEST(FlashJobESP, ESP8266WritesPlainAndSkipsVerification) {
   for (std::size_t i = 0; i < app.size(); ++i)
     app[i] = static_cast<std::uint8_t>(i * 31);
   p.add(FirmwareImage::Role::other, 0x0, app, "app.bin");
-  Recorder recorder;
+  EventRecorder recorder;
   FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
   auto summary = job.run();
   EXPECT_EQ(summary.chip, "ESP8266");
@@ -161,7 +127,7 @@ TEST(FlashJobESP, WrongChipRestartsTheBoardBeforeAnyConnectedEvent) {
   options.chip = ESPChip::esp32c3;
   SimulatedESP board(options);
   auto p = espProduct(ESPChip::esp32s3);
-  Recorder recorder;
+  EventRecorder recorder;
   FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
   auto error = errorOf<FlashError>([&] { job.run(); });
   EXPECT_EQ(error, FlashError::wrongChip("ESP32-C3", "ESP32-S3"));
@@ -180,7 +146,7 @@ TEST(FlashJobESP, FailuresEndTheRunWithTheirOwnErrors) {
     options.failOnNth = 3;
     options.failureCode = 0x0C;
     SimulatedESP board(options);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
     EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::commandFailed(0x11, 0x0C));
     EXPECT_EQ(recorder.kinds().back(), "resetting");
@@ -189,7 +155,7 @@ TEST(FlashJobESP, FailuresEndTheRunWithTheirOwnErrors) {
     SimulatedESPOptions options;
     options.wrongMD5 = true;
     SimulatedESP board(options);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
     EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::verifyFailed("bootloader.bin"));
   }
@@ -213,7 +179,7 @@ TEST(FlashJobESP, FailuresEndTheRunWithTheirOwnErrors) {
   }
   {
     // A port that cannot be opened: its error and no event at all.
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, "/dev/ttyUSB-does-not-exist", false, std::ref(recorder));
     auto error = errorOf<FlashPortError>([&] { job.run(); });
     ASSERT_TRUE(error);
@@ -225,7 +191,7 @@ TEST(FlashJobESP, CancellationStopsBeforeTheNextBlock) {
   {
     SimulatedESP board;
     auto p = espProduct(ESPChip::esp32);
-    Recorder recorder;
+    EventRecorder recorder;
     FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
     job.cancel();
     EXPECT_TRUE(errorOf<FlashError>([&] { job.run(); })->isCancelled());

@@ -102,6 +102,8 @@ void SimulatedESP::serve() {
 }
 
 void SimulatedESP::pace(std::size_t bytes) {
+  double seconds = static_cast<double>(bytes) * 10.0 / static_cast<double>(baud_.load());
+  lineMicroseconds_ += static_cast<std::uint64_t>(seconds * 1e6);
   if (!options_.paceLine) return;
   std::this_thread::sleep_for(std::chrono::duration<double>(static_cast<double>(bytes) * 10.0 /
                                                             static_cast<double>(baud_.load())));

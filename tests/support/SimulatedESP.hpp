@@ -83,6 +83,8 @@ public:
   /// Bytes received and sent on the line.
   std::uint64_t bytesReceived() const { return bytesReceived_; }
   std::uint64_t bytesSent() const { return bytesSent_; }
+  /// Time the bytes so far take on a real line at the speeds in force when they crossed it.
+  double lineSeconds() const { return static_cast<double>(lineMicroseconds_) / 1e6; }
   /// The speed the simulated ROM runs at now.
   std::int64_t baud() const { return baud_; }
   /// Sets every flash byte back to 0xFF and forgets the counters.
@@ -109,6 +111,7 @@ private:
   std::unique_ptr<WriteState> write_;
   std::atomic<std::uint64_t> bytesReceived_ = 0;
   std::atomic<std::uint64_t> bytesSent_ = 0;
+  std::atomic<std::uint64_t> lineMicroseconds_ = 0;
   std::atomic<std::int64_t> baud_;
   int syncsSeen_ = 0;
   int dataBlocks_ = 0;

@@ -1,0 +1,3 @@
+#include "TarnwickCLI/Cli.hpp"
+
+int main(int argc, char** argv) { return tarnwick::cli::run(argc, argv); }

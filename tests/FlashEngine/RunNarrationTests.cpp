@@ -1,0 +1,51 @@
+#include <gtest/gtest.h>
+
+#include "FlashEngine/RunNarration.hpp"
+#include "Localization/Language.hpp"
+
+using namespace tarnwick;
+using Kind = LogSegment::Kind;
+
+TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
+  LanguageOverride english(Language::en);
+  using namespace FlashEvents;
+  auto step = [](const FlashEvent& e, bool avr = false) { return RunNarration::narrate(e, avr); };
+
+  EXPECT_EQ(step(Connecting{1, false}),
+            (NarratedStep{"Connecting to the bootloader…",
+                          LogSegment{Kind::meta, "Connecting to the bootloader…"}}));
+  EXPECT_EQ(step(Connecting{3, false}),
+            (NarratedStep{"Connecting to the bootloader… (attempt 3)", std::nullopt}));
+  // In manual mode the instruction comes back every five attempts.
+  EXPECT_EQ(step(Connecting{1, true}).stage, "Hold BOOT and briefly press RESET…");
+  EXPECT_TRUE(step(Connecting{6, true}).line);
+  EXPECT_FALSE(step(Connecting{5, true}).line);
+  EXPECT_FALSE(step(Connecting{6, false}).line);
+
+  EXPECT_EQ(step(Connected{"ESP32", "24:0A:C4:12:34:56"}).line,
+            (LogSegment{Kind::response, "Chip: ESP32 · MAC 24:0A:C4:12:34:56"}));
+  EXPECT_EQ(step(Connected{"ATmega328P", std::nullopt}).line->text, "Chip: ATmega328P");
+  EXPECT_EQ(step(PortChanged{"/dev/ttyACM1"}).line->text, "Bootloader on ttyACM1");
+  EXPECT_EQ(step(BaudRate{460800}).line->text, "Speed 460800 baud");
+  EXPECT_EQ(
+      step(Writing{"app.bin", 0x10000, 1024 * 1024}),
+      (NarratedStep{"Writing app.bin…", LogSegment{Kind::request, "→ app.bin to 0x10000 (1 MB)"}}));
+  EXPECT_EQ(step(Writing{"Blink.hex", 0, 2000}, true).line->text, "→ Blink.hex (2 KB)");
+  EXPECT_EQ(step(Written{"app.bin", 2.04}).line->text, "← app.bin written in 2.0 s");
+  EXPECT_EQ(step(Verifying{"app.bin"}), (NarratedStep{"Verifying app.bin…", std::nullopt}));
+  EXPECT_EQ(step(Verified{"app.bin"}).line, (LogSegment{Kind::response, "✓ app.bin verified"}));
+  EXPECT_EQ(step(Resetting{}), (NarratedStep{"Restarting the board…", std::nullopt}));
+  EXPECT_EQ(step(Progress{1, 2}), NarratedStep{});
+
+  EXPECT_EQ(RunNarration::opening("", "ttyUSB0").text, "--- Flashing New product on ttyUSB0 ---");
+  EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}),
+            (NarratedStep{"Done", LogSegment{Kind::system, "--- Done in 3.4 s ---"}}));
+  EXPECT_EQ(RunNarration::failed("Stopped.", true),
+            (NarratedStep{"Stopped", LogSegment{Kind::warning, "✕ Stopped."}}));
+  EXPECT_EQ(RunNarration::failed("No answer.", false).line,
+            (LogSegment{Kind::error, "✕ No answer."}));
+
+  LanguageOverride german(Language::de);
+  EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}).line->text,
+            "--- Fertig in 3,4 s ---");
+}

@@ -1,0 +1,94 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <set>
+
+#include "Localization/AVRTexts.hpp"
+#include "Localization/CliTexts.hpp"
+#include "Localization/GeneralTexts.hpp"
+#include "Localization/IssueTexts.hpp"
+#include "Localization/Language.hpp"
+#include "Localization/PackageTexts.hpp"
+#include "Localization/ProductTexts.hpp"
+
+using namespace tarnwick;
+namespace L = tarnwick::L10n;
+
+// Every text exists in every language; texts that are sentences differ from the English one.
+TEST(Catalogue, EveryTextInEveryLanguage) {
+  std::vector<std::function<std::string()>> sentences = {
+      [] { return L::Errors::cannotOpen("a.twflash", "r."); },
+      [] { return L::Errors::cannotUse("a.bin", "r."); },
+      [] { return L::Errors::cannotRead("a.twflash"); },
+      [] { return L::Errors::savingFailed("d"); },
+      [] { return L::Errors::selectPortFirst(); },
+      [] { return L::Errors::somethingWentWrong(); },
+      [] { return L::Errors::missingFile("a.bin"); },
+      [] { return L::Errors::damagedFile("a.bin"); },
+      [] { return L::Errors::newerVersion(); },
+      [] { return L::Errors::notAPackage(); },
+      [] { return L::Issue::nothingToFlash(); },
+      [] { return L::Issue::fileMissing(); },
+      [] { return L::Issue::oneSketchOnly(); },
+      [] { return L::Issue::tooLargeForBoard(32256); },
+      [] { return L::Issue::overlaps("b.bin"); },
+      [] { return L::Issue::notAligned(); },
+      [] { return L::Issue::notAnImage(); },
+      [] { return L::Issue::builtFor("ESP32-S3", "ESP32"); },
+      [] { return L::Issue::bootloaderBelongsAt(0x1000); },
+      [] { return L::Issue::largerThanPartition("app0", 1280); },
+      [] { return L::Issue::notInPartition(); },
+      [] { return L::Settings::connection(); },
+      [] { return L::Settings::speedWhileFlashing(); },
+      [] { return L::Settings::resetIntoBootloader(); },
+      [] { return L::Settings::flashMemory(); },
+      [] { return L::Settings::clearOTASelection(); },
+      [] { return L::Settings::verifyAfterWriting(); },
+      [] { return L::Settings::flashModeName(FlashMode::keep); },
+      [] { return L::Product::newProduct(); },
+      [] { return L::Product::espDetectAutomatically(); },
+      [] { return L::Product::productName(); },
+      [] { return L::Product::boardName(AVRBoard::nanoOldBootloader); },
+      [] { return L::Product::damagedRecord("x"); },
+      [] { return L::Images::partitionTable(); },
+      [] { return L::Images::fileSystem(); },
+      [] { return L::Cli::unknownCommand("x"); },
+      [] { return L::Cli::unknownOption("--x"); },
+      [] { return L::Cli::missingValue("--x"); },
+      [] { return L::Cli::unexpectedValue("--x"); },
+      [] { return L::Cli::badValue("--x", "y"); },
+      [] { return L::Cli::missingOption("--x"); },
+      [] { return L::Cli::missingInput(); },
+      [] { return L::Cli::oneProductFile(); },
+      [] { return L::Cli::noInputs(); },
+      [] { return L::Cli::unknownTarget("x"); },
+      [] { return L::Cli::noUSBPort(); },
+      [] { return L::Cli::severalPorts({"/dev/ttyUSB0", "/dev/ttyUSB1"}); },
+      [] { return L::Cli::noPortsFound(); },
+      [] { return L::Cli::packed("P.twflash", 3); },
+      [] { return L::Cli::noFindings(); },
+      [] { return L::Cli::seeHelp(); },
+      [] { return L::Cli::helpOverview(); },
+      [] { return L::Cli::helpFlash(); },
+      [] { return L::Cli::helpPack(); },
+      [] { return L::Cli::helpCheck(); },
+      [] { return L::Cli::helpInfo(); },
+      [] { return L::Cli::helpPorts(); },
+  };
+  for (std::size_t i = 0; i < sentences.size(); ++i) {
+    std::set<std::string> versions;
+    for (Language language : allLanguages) {
+      LanguageOverride guard(language);
+      std::string text = sentences[i]();
+      EXPECT_FALSE(text.empty()) << i << " " << code(language);
+      versions.insert(text);
+    }
+    // At least four distinct versions: two languages may share a loanword ("Bootloader").
+    EXPECT_GE(versions.size(), 4u) << "text " << i;
+  }
+  LanguageOverride english(Language::en);
+  EXPECT_EQ(L::Errors::cannotOpen("P.twflash", "it is not a product file of this app."),
+            "Cannot open P.twflash: it is not a product file of this app.");
+  EXPECT_EQ(L::Issue::largerThanPartition("app0", 1280), "Larger than partition app0 (1280 KB).");
+  EXPECT_EQ(L::Settings::bootloaderName(AVRBoard::mega2560), "Wiring (STK500v2)");
+}

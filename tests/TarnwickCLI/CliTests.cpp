@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+#include "FlashCore/ProductCheck.hpp"
+#include "FlashCore/ProductPackage.hpp"
+#include "TarnwickCLI/Arguments.hpp"
+#include "support/BuildFolders.hpp"
+#include "support/HexFiles.hpp"
+#include "support/SimulatedAVR.hpp"
+#include "support/SimulatedESP.hpp"
+
+using namespace tarnwick;
+using namespace tarnwick::testing;
+namespace fs = std::filesystem;
+
+extern char** environ;
+
+namespace {
+
+struct Result {
+  int status = -1;
+  std::string out;
+  std::string err;
+  std::string lastLine() const {
+    std::string text = out;
+    while (!text.empty() && text.back() == '\n')
+      text.pop_back();
+    auto at = text.rfind('\n');
+    return at == std::string::npos ? text : text.substr(at + 1);
+  }
+};
+
+// Runs tarnwick-cli in English; with `interruptWhen`, sends SIGINT once stdout contains it.
+Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {}) {
+  int out[2], err[2];
+  EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+  EXPECT_EQ(::pipe2(err, O_CLOEXEC), 0);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, out[1], 1);
+  posix_spawn_file_actions_adddup2(&actions, err[1], 2);
+  std::vector<std::string> words = {TARNWICK_CLI};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& w : words)
+    argv.push_back(w.data());
+  argv.push_back(nullptr);
+  std::vector<std::string> env = {"LANGUAGE=en", "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
+  std::vector<char*> envp;
+  for (auto& e : env)
+    envp.push_back(e.data());
+  envp.push_back(nullptr);
+  pid_t pid = 0;
+  EXPECT_EQ(posix_spawn(&pid, TARNWICK_CLI, &actions, nullptr, argv.data(), envp.data()), 0);
+  posix_spawn_file_actions_destroy(&actions);
+  ::close(out[1]);
+  ::close(err[1]);
+
+  Result result;
+  bool interrupted = false;
+  pollfd fds[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+  int open = 2;
+  while (open > 0) {
+    if (::poll(fds, 2, 20000) <= 0) break;
+    for (int i = 0; i < 2; ++i) {
+      if (!(fds[i].revents & (POLLIN | POLLHUP))) continue;
+      char buffer[4096];
+      ssize_t n = ::read(fds[i].fd, buffer, sizeof buffer);
+      if (n <= 0) {
+        fds[i].fd = -1;
+        --open;
+        continue;
+      }
+      (i == 0 ? result.out : result.err).append(buffer, static_cast<std::size_t>(n));
+    }
+    if (!interruptWhen.empty() && !interrupted &&
+        result.out.find(interruptWhen) != std::string::npos) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+      ::kill(pid, SIGINT);
+      interrupted = true;
+    }
+  }
+  ::close(out[0]);
+  ::close(err[0]);
+  int status = 0;
+  ::waitpid(pid, &status, 0);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+class CLI : public ::testing::Test {
+protected:
+  void SetUp() override {
+    static int counter = 0;
+    root = fs::temp_directory_path() /
+           ("tw-cli-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+    fs::remove_all(root);
+    fs::create_directories(root);
+  }
+  void TearDown() override { fs::remove_all(root); }
+  fs::path root;
+};
+
+} // namespace
+
+TEST_F(CLI, PackedProductAndBuildFolderFlashTheSameContents) {
+  platformIOBuild("esp32dev", ChipIDs::esp32s3, Layouts::arduinoDefault())
+      .writeTo(root / "project");
+  SimulatedESPOptions options;
+  options.chip = ESPChip::esp32s3;
+  SimulatedESP board(options);
+
+  Result direct = runCLI({"flash", "--test-device", "--port", board.path(), "--target", "esp:auto",
+                          (root / "project").string()});
+  ASSERT_EQ(direct.status, 0) << direct.out << direct.err;
+  EXPECT_NE(direct.out.find("Chip: ESP32-S3 · MAC AB:CD:12:34:56:78"), std::string::npos);
+  EXPECT_NE(direct.out.find("✓ firmware.bin verified"), std::string::npos);
+  EXPECT_TRUE(direct.lastLine().starts_with("--- Done in ")) << direct.out;
+  // Output is not a terminal: no progress bar, plain lines only.
+  EXPECT_EQ(direct.out.find('\r'), std::string::npos);
+  Bytes fromFolder = board.flash();
+  board.reset();
+
+  Result packed = runCLI({"pack", "--target", "esp:auto", "--out", (root / "Sensor").string(),
+                          "--name", "Sensor v1", (root / "project").string()});
+  ASSERT_EQ(packed.status, 0) << packed.err;
+  ASSERT_TRUE(fs::exists(root / "Sensor.twflash" / "product.json"));
+  EXPECT_EQ(ProductPackage::read(root / "Sensor.twflash").product.name, "Sensor v1");
+
+  Result fromFile = runCLI(
+      {"flash", "--test-device", "--port", board.path(), (root / "Sensor.twflash").string()});
+  ASSERT_EQ(fromFile.status, 0) << fromFile.out << fromFile.err;
+  EXPECT_NE(fromFile.out.find("--- Flashing Sensor v1 on "), std::string::npos);
+  EXPECT_EQ(board.flash(), fromFolder);
+
+  Result info = runCLI({"info", (root / "Sensor.twflash").string()});
+  EXPECT_EQ(info.status, 0);
+  EXPECT_NE(info.out.find("ESP32-S3 (esp:esp32s3)"), std::string::npos);
+  EXPECT_NE(info.out.find("0x290000"), std::string::npos);
+  Result check = runCLI({"check", (root / "Sensor.twflash").string()});
+  EXPECT_EQ(check.status, 0);
+}
+
+TEST_F(CLI, SingleFilesAndArduinoSketches) {
+  SimulatedESP esp;
+  fs::create_directories(root / "files");
+  auto write = [&](const std::string& name, const Bytes& bytes) {
+    std::ofstream(root / "files" / name, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<long>(bytes.size()));
+    return (root / "files" / name).string();
+  };
+  std::string boot = write("bootloader.bin", espBootloader(ChipIDs::esp32));
+  std::string parts = write("partitions.bin", partitionTable(Layouts::arduinoDefault()));
+  std::string app = write("app.bin", espApplication(ChipIDs::esp32, 30000, 4));
+  Result r = runCLI({"flash", "--test-device", "--port", esp.path(), "--target", "esp:esp32",
+                     "--no-verify", "--keep-otadata", boot, parts, app});
+  ASSERT_EQ(r.status, 0) << r.out << r.err;
+  EXPECT_EQ(esp.requests(ESPCommand::spiFlashMD5), 0);
+  EXPECT_EQ(r.out.find("otadata"), std::string::npos);
+  EXPECT_NE(r.out.find("→ app.bin to 0x10000"), std::string::npos);
+
+  SimulatedAVR uno;
+  Bytes sketch = avrSketch(3000, 9);
+  std::ofstream(root / "Blink.ino.hex") << intelHexOf(sketch);
+  Result avr = runCLI({"flash", "--test-device", "--port", uno.path(), "--target", "avr:uno",
+                       (root / "Blink.ino.hex").string()});
+  ASSERT_EQ(avr.status, 0) << avr.out << avr.err;
+  Bytes flash = uno.flash();
+  EXPECT_TRUE(std::equal(sketch.begin(), sketch.end(), flash.begin()));
+  EXPECT_NE(avr.out.find("Chip: ATmega328P"), std::string::npos);
+}
+
+TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
+  // A damaged product file.
+  platformIOBuild("env", ChipIDs::esp32s3, Layouts::arduinoDefault()).writeTo(root / "p");
+  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--out", (root / "P.twflash").string(),
+                    (root / "p").string()})
+                .status,
+            0);
+  for (const auto& entry : fs::directory_iterator(root / "P.twflash" / "files")) {
+    if (entry.path().string().ends_with("firmware.bin")) {
+      std::fstream f(entry.path(), std::ios::in | std::ios::out | std::ios::binary);
+      f.seekp(100);
+      f.put('\x5A');
+    }
+  }
+  Result damaged =
+      runCLI({"flash", "--test-device", "--port", "/dev/null", (root / "P.twflash").string()});
+  EXPECT_EQ(damaged.status, 2);
+  EXPECT_NE(damaged.err.find("Cannot open P.twflash: firmware.bin is damaged or changed"),
+            std::string::npos)
+      << damaged.err;
+  EXPECT_EQ(runCLI({"info", (root / "nothing.twflash").string()}).status, 2);
+
+  // A board of another chip.
+  fs::remove_all(root / "P.twflash");
+  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--out", (root / "P.twflash").string(),
+                    (root / "p").string()})
+                .status,
+            0);
+  SimulatedESPOptions c3;
+  c3.chip = ESPChip::esp32c3;
+  SimulatedESP wrong(c3);
+  Result wrongChip =
+      runCLI({"flash", "--test-device", "--port", wrong.path(), (root / "P.twflash").string()});
+  EXPECT_EQ(wrongChip.status, 1);
+  EXPECT_EQ(wrongChip.lastLine(), "✕ ESP32-C3 is connected, but this product is for an ESP32-S3.");
+
+  // A board that never answers.
+  SimulatedESPOptions mute;
+  mute.silent = true;
+  SimulatedESP silent(mute);
+  Result noSync =
+      runCLI({"flash", "--test-device", "--port", silent.path(), (root / "P.twflash").string()});
+  EXPECT_EQ(noSync.status, 1);
+  EXPECT_TRUE(noSync.lastLine().starts_with("✕ No connection with the bootloader.")) << noSync.out;
+
+  // Usage errors.
+  EXPECT_EQ(runCLI({}).status, 0);
+  EXPECT_EQ(runCLI({"frobnicate"}).status, 2);
+  EXPECT_EQ(runCLI({"flash"}).status, 2);
+  EXPECT_EQ(runCLI({"flash", "--baud", "fast", "x.twflash"}).status, 2);
+  Result badTarget = runCLI({"flash", "--target", "esp:esp33", (root / "p").string()});
+  EXPECT_EQ(badTarget.status, 2);
+  EXPECT_NE(badTarget.err.find("Unknown target esp:esp33"), std::string::npos);
+  std::ofstream(root / "empty.hex").close();
+  Result empty = runCLI({"flash", "--target", "avr:uno", "--port", "/dev/null", (root / "empty.hex").string()});
+  EXPECT_EQ(empty.status, 2);
+  EXPECT_NE(empty.err.find("Cannot use empty.hex: the file is empty."), std::string::npos) << empty.err;
+  Result device = runCLI({"flash", "--target", "avr:uno", "--port", "/dev/null", "/dev/null"});
+  EXPECT_EQ(device.status, 2);
+  EXPECT_TRUE(device.err.starts_with("Cannot use null: ")) << device.err;
+}
+
+TEST_F(CLI, CtrlCStopsTheRunAndRestartsTheBoard) {
+  SimulatedESPOptions options;
+  options.paceLine = true;
+  SimulatedESP board(options);
+  platformIOBuild("env", ChipIDs::esp32, Layouts::arduinoDefault()).writeTo(root / "p");
+  Result r = runCLI({"flash", "--test-device", "--baud", "115200", "--port", board.path(),
+                     "--target", "esp:esp32", (root / "p").string()},
+                    "→ firmware.bin");
+  EXPECT_EQ(r.status, 1) << r.out;
+  EXPECT_EQ(r.lastLine(), "✕ Stopped.");
+}
+
+TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
+  using namespace tarnwick::cli;
+  Arguments a = parseArguments({"flash", "--port=/dev/ttyUSB0", "--reset", "usbJTAG",
+                                "--flash-size", "4MB", "--no-verify", "p.twflash"});
+  EXPECT_EQ(a.command, CommandKind::flash);
+  EXPECT_EQ(a.port, "/dev/ttyUSB0");
+  EXPECT_EQ(a.overrides.reset, ResetMode::usbJTAG);
+  EXPECT_EQ(a.overrides.flashSize, FlashSize::mb4);
+  EXPECT_TRUE(a.overrides.noVerify);
+  EXPECT_EQ(a.inputs, std::vector<std::string>{"p.twflash"});
+  EXPECT_EQ(parseArguments({"pack", "--help"}).helpFor, CommandKind::pack);
+  EXPECT_EQ(parseArguments({"help", "flash"}).helpFor, CommandKind::flash);
+  EXPECT_THROW(parseArguments({"check", "--port", "x", "p"}), UsageError);
+  EXPECT_THROW(parseArguments({"flash", "--reset", "sometimes", "p"}), UsageError);
+  EXPECT_THROW(parseArguments({"flash", "--baud", "100", "p"}), UsageError);
+  EXPECT_THROW(parseArguments({"flash", "--no-verify=yes", "p"}), UsageError);
+  EXPECT_THROW(parseArguments({"pack", "--target", "esp:auto", "dir"}), UsageError);
+  EXPECT_THROW(parseArguments({"ports", "extra"}), UsageError);
+  EXPECT_EQ(parseArguments({"flash", "--", "--odd-name.bin"}).inputs,
+            std::vector<std::string>{"--odd-name.bin"});
+}
