@@ -11,5 +11,7 @@ if [ "${1:-}" = "--sanitize" ]; then
   flags=(-DTARNWICK_SANITIZE=ON -DCMAKE_BUILD_TYPE=Debug)
 fi
 
+# ccache makes rebuilds and other checkouts of the same sources cheap; it is optional.
+command -v ccache >/dev/null && flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 cmake -S . -B "$dir" -G Ninja "${flags[@]}" >/dev/null
 cmake --build "$dir" --parallel "$(nproc)"
