@@ -1,0 +1,11 @@
+#include "Assets/AssetsLookup.hpp"
+
+#include <QFile>
+
+namespace tarnwick::assets {
+QString screenshotPath(const QString& name) {
+  QString file = name.endsWith(QLatin1String(".png")) ? name : name + QLatin1String(".png");
+  QString path = QStringLiteral(":/tarnwick/screenshots/") + file;
+  return QFile::exists(path) ? path : QString();
+}
+} // namespace tarnwick::assets

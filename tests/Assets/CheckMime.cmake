@@ -1,0 +1,20 @@
+# Builds a MIME database holding only our type and checks what it learnt from it.
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK}/packages)
+configure_file(${SOURCE} ${WORK}/packages/tarnwick.xml COPYONLY)
+execute_process(COMMAND update-mime-database -V ${WORK} RESULT_VARIABLE rc ERROR_VARIABLE err
+  OUTPUT_VARIABLE out)
+if(NOT rc EQUAL 0 OR err MATCHES "[Ee]rror|[Ww]arning")
+  message(FATAL_ERROR "update-mime-database failed: ${err}")
+endif()
+file(READ ${WORK}/globs2 globs)
+if(NOT globs MATCHES "application/x-tarnwick-product:\\*\\.twflash")
+  message(FATAL_ERROR "glob missing: ${globs}")
+endif()
+file(READ ${WORK}/magic magic HEX)
+# "application/x-tarnwick-product" in hex, preceded by the offset line ">38=".
+string(HEX "application/x-tarnwick-product" wanted)
+string(HEX ">38=" offset)
+if(NOT magic MATCHES "${offset}....${wanted}")
+  message(FATAL_ERROR "magic at offset 38 missing")
+endif()
