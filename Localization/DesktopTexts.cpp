@@ -1,0 +1,84 @@
+#include "Localization/DesktopTexts.hpp"
+
+#include "Localization/Text.hpp"
+
+namespace tarnwick::L10n::Desktop {
+
+std::string commandLineHelp() {
+  return tr({"Usage: tarnwick [OPTION]... [FILE.twflash]\n"
+             "Puts firmware onto ESP32, ESP8266 and Arduino boards over USB.\n"
+             "A product file given here is opened; when Tarnwick is already running, that\n"
+             "window opens it.\n\n"
+             "  --test-device PATH  offer a pseudo-terminal as a port, to flash a simulated\n"
+             "                      board (tarnwick-simboard); may be repeated\n"
+             "  --screenshots DIR   save pictures of the window's main states in DIR and quit\n"
+             "  --help              show this help and quit\n"
+             "  --version           show the version and quit\n",
+             "Gebruik: tarnwick [OPTIE]... [BESTAND.twflash]\n"
+             "Zet firmware via USB op ESP32-, ESP8266- en Arduino-borden.\n"
+             "Een hier opgegeven productbestand wordt geopend; draait Tarnwick al, dan opent\n"
+             "dat venster het.\n\n"
+             "  --test-device PAD   een pseudoterminal als poort aanbieden, om een gesimuleerd\n"
+             "                      bord te flashen (tarnwick-simboard); mag herhaald worden\n"
+             "  --screenshots MAP   afbeeldingen van de belangrijkste toestanden van het venster\n"
+             "                      in MAP opslaan en stoppen\n"
+             "  --help              deze hulp tonen en stoppen\n"
+             "  --version           de versie tonen en stoppen\n",
+             "Aufruf: tarnwick [OPTION]... [DATEI.twflash]\n"
+             "Schreibt Firmware per USB auf ESP32-, ESP8266- und Arduino-Boards.\n"
+             "Eine hier angegebene Produktdatei wird geöffnet; läuft Tarnwick schon, öffnet\n"
+             "das vorhandene Fenster sie.\n\n"
+             "  --test-device PFAD  ein Pseudo-Terminal als Schnittstelle anbieten, um ein\n"
+             "                      simuliertes Board zu flashen (tarnwick-simboard);\n"
+             "                      mehrfach möglich\n"
+             "  --screenshots ORDNER  Bilder der wichtigsten Zustände des Fensters in ORDNER\n"
+             "                      speichern und beenden\n"
+             "  --help              diese Hilfe zeigen und beenden\n"
+             "  --version           die Version zeigen und beenden\n",
+             "Utilisation : tarnwick [OPTION]... [FICHIER.twflash]\n"
+             "Transfère un micrologiciel sur des cartes ESP32, ESP8266 et Arduino par USB.\n"
+             "Le fichier produit indiqué est ouvert ; si Tarnwick tourne déjà, c’est sa fenêtre\n"
+             "qui l’ouvre.\n\n"
+             "  --test-device CHEMIN  proposer un pseudo-terminal comme port, pour flasher une\n"
+             "                      carte simulée (tarnwick-simboard) ; peut être répété\n"
+             "  --screenshots DOSSIER  enregistrer des images des principaux états de la\n"
+             "                      fenêtre dans DOSSIER, puis quitter\n"
+             "  --help              afficher cette aide et quitter\n"
+             "  --version           afficher la version et quitter\n",
+             "Uso: tarnwick [OPCIÓN]... [ARCHIVO.twflash]\n"
+             "Graba firmware en placas ESP32, ESP8266 y Arduino por USB.\n"
+             "Abre el archivo de producto indicado; si Tarnwick ya está abierto, lo abre esa\n"
+             "ventana.\n\n"
+             "  --test-device RUTA  ofrecer un pseudoterminal como puerto, para flashear una\n"
+             "                      placa simulada (tarnwick-simboard); se puede repetir\n"
+             "  --screenshots CARPETA  guardar imágenes de los estados principales de la\n"
+             "                      ventana en CARPETA y salir\n"
+             "  --help              mostrar esta ayuda y salir\n"
+             "  --version           mostrar la versión y salir\n"});
+}
+
+std::string seeHelp() {
+  return tr({"Run “tarnwick --help” for the options.",
+             "Gebruik ‘tarnwick --help’ voor de opties.", "„tarnwick --help“ zeigt die Optionen.",
+             "Lancez « tarnwick --help » pour voir les options.",
+             "Ejecuta «tarnwick --help» para ver las opciones."});
+}
+
+std::string testDevice(const std::string& path) {
+  return tr({"Test device (", "Testapparaat (", "Testgerät (", "Périphérique de test (",
+             "Dispositivo de prueba ("}) +
+         path + ")";
+}
+
+std::string savedScreenshot(const std::string& path) {
+  return tr({"Saved ", "Opgeslagen: ", "Gespeichert: ", "Enregistré : ", "Guardado: "}) + path;
+}
+
+std::string cannotWriteScreenshots(const std::string& folder) {
+  return tr({"Cannot write pictures into ", "Kan geen afbeeldingen schrijven in ",
+             "Bilder können nicht gespeichert werden in ", "Impossible d’enregistrer des images dans ",
+             "No se pueden guardar imágenes en "}) +
+         folder + ".";
+}
+
+} // namespace tarnwick::L10n::Desktop

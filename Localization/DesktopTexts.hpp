@@ -1,0 +1,17 @@
+#pragma once
+// Texts of the desktop program's own start-up: its command line and the test device ports.
+
+#include <string>
+
+namespace tarnwick::L10n::Desktop {
+/// Usage and options of `tarnwick`.
+std::string commandLineHelp();
+/// "Run “tarnwick --help” for the options."
+std::string seeHelp();
+/// "Test device (" + path + ")": the port name of a pseudo-terminal passed with --test-device.
+std::string testDevice(const std::string& path);
+/// Said by --screenshots for each picture it saved.
+std::string savedScreenshot(const std::string& path);
+/// The screenshot folder cannot be written.
+std::string cannotWriteScreenshots(const std::string& folder);
+} // namespace tarnwick::L10n::Desktop

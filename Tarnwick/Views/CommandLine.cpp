@@ -1,0 +1,61 @@
+#include "Tarnwick/Views/CommandLine.hpp"
+
+#include "Localization/CliTexts.hpp"
+#include "Localization/DesktopTexts.hpp"
+
+namespace tarnwick {
+
+CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
+  CommandLine line;
+  bool optionsEnded = false;
+  for (std::size_t i = 0; i < arguments.size() && line.error.empty(); ++i) {
+    std::string argument = arguments[i];
+    if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
+      line.files.push_back(argument);
+      continue;
+    }
+    if (argument == "--") {
+      optionsEnded = true;
+      continue;
+    }
+    std::string name = argument;
+    std::string value;
+    bool hasValue = false;
+    if (auto equals = argument.find('='); equals != std::string::npos) {
+      name = argument.substr(0, equals);
+      value = argument.substr(equals + 1);
+      hasValue = true;
+    }
+    auto takeValue = [&]() -> bool {
+      if (!hasValue) {
+        if (i + 1 >= arguments.size()) {
+          line.error = L10n::Cli::missingValue(name);
+          return false;
+        }
+        value = arguments[++i];
+      }
+      if (value.empty()) {
+        line.error = L10n::Cli::missingValue(name);
+        return false;
+      }
+      return true;
+    };
+    if (name == "--help" || name == "-h") {
+      line.help = true;
+    } else if (name == "--version") {
+      line.version = true;
+    } else if (name == "--test-device") {
+      if (takeValue()) line.testDevices.push_back(value);
+    } else if (name == "--screenshots") {
+      if (takeValue()) line.screenshotFolder = value;
+    } else {
+      line.error = L10n::Cli::unknownOption(name);
+    }
+    if (line.error.empty() && hasValue && (line.help || line.version) &&
+        (name == "--help" || name == "--version"))
+      line.error = L10n::Cli::unexpectedValue(name);
+  }
+  return line;
+}
+
+} // namespace tarnwick

@@ -1,0 +1,29 @@
+#pragma once
+// The command line of the desktop program, read before any window system is touched so that
+// --help and --version work without a display.
+
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+struct CommandLine {
+  /// Product files to open; the desktop entry passes them as %F.
+  std::vector<std::string> files;
+  /// Pseudo-terminals offered as ports, in the order given.
+  std::vector<std::string> testDevices;
+  /// Where --screenshots saves its pictures; empty when not asked.
+  std::string screenshotFolder;
+  bool help = false;
+  bool version = false;
+  /// A message for a command line that cannot be followed; empty when it can.
+  std::string error;
+
+  bool operator==(const CommandLine&) const = default;
+};
+
+/// Reads the arguments after the program name. Options may come in any order; "--" ends them,
+/// and "--option=value" is the same as "--option value".
+CommandLine parseCommandLine(const std::vector<std::string>& arguments);
+
+} // namespace tarnwick

@@ -1,2 +1,0 @@
-// The views library starts empty; the window, panels and menus join it.
-namespace tarnwick {}

@@ -1,0 +1,49 @@
+// The desktop program's command line.
+#include <functional>
+#include <gtest/gtest.h>
+
+#include "Localization/Language.hpp"
+#include "Tarnwick/Views/CommandLine.hpp"
+
+namespace tarnwick {
+namespace {
+
+TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
+  LanguageOverride english(Language::en);
+  struct Case {
+    std::vector<std::string> arguments;
+    std::function<void(CommandLine&)> expect;
+  };
+  const std::vector<Case> cases = {
+      {{}, [](CommandLine&) {}},
+      {{"Lamp.twflash"}, [](CommandLine& l) { l.files = {"Lamp.twflash"}; }},
+      {{"--test-device", "/dev/pts/3", "--test-device=/dev/pts/4", "a.twflash"},
+       [](CommandLine& l) {
+         l.files = {"a.twflash"};
+         l.testDevices = {"/dev/pts/3", "/dev/pts/4"};
+       }},
+      {{"--screenshots", "shots"}, [](CommandLine& l) { l.screenshotFolder = "shots"; }},
+      {{"--version"}, [](CommandLine& l) { l.version = true; }},
+      {{"-h"}, [](CommandLine& l) { l.help = true; }},
+      {{"--", "--odd name.twflash"}, [](CommandLine& l) { l.files = {"--odd name.twflash"}; }},
+      {{"-"}, [](CommandLine& l) { l.files = {"-"}; }},
+      {{"--test-device"}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
+      {{"--test-device="}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
+      {{"--frobnicate"}, [](CommandLine& l) { l.error = "Unknown option --frobnicate."; }},
+      {{"--version=2"},
+       [](CommandLine& l) {
+         l.version = true;
+         l.error = "--version takes no value.";
+       }},
+  };
+  for (const Case& c : cases) {
+    CommandLine expected;
+    c.expect(expected);
+    CommandLine line = parseCommandLine(c.arguments);
+    EXPECT_EQ(line, expected) << (c.arguments.empty() ? "" : c.arguments[0]) << ": "
+                                << line.error;
+  }
+}
+
+} // namespace
+} // namespace tarnwick
