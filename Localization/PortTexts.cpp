@@ -99,3 +99,18 @@ std::string portDisconnected() {
 #undef NBSP
 
 } // namespace tarnwick::L10n::Errors
+
+namespace tarnwick::L10n::Ports {
+
+std::string usbSerial(const std::string& chip) {
+  switch (currentLanguage()) {
+  case Language::en: return "USB serial (" + chip + ")";
+  case Language::nl: return "USB-serieel (" + chip + ")";
+  case Language::de: return "USB-Seriell (" + chip + ")";
+  case Language::fr: return "Port série USB (" + chip + ")";
+  case Language::es: return "Puerto serie USB (" + chip + ")";
+  }
+  return {};
+}
+
+} // namespace tarnwick::L10n::Ports

@@ -14,3 +14,8 @@ std::string portWriteFailed(const std::string& reason);
 std::string portNotOpen();
 std::string portDisconnected();
 } // namespace tarnwick::L10n::Errors
+
+namespace tarnwick::L10n::Ports {
+/// The name of a port behind a known USB-serial adapter chip, for example "USB serial (CH340)".
+std::string usbSerial(const std::string& chip);
+} // namespace tarnwick::L10n::Ports
