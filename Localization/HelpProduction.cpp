@@ -1,0 +1,277 @@
+// The help topics about working in series, privacy and the keyboard.
+
+#include "Localization/HelpContent.hpp"
+
+namespace tarnwick::L10n::Help::content {
+
+HelpTopic production() {
+  return {
+      "production",
+      tr({"A series of boards", "Een serie boards", "Eine Serie von Boards", "Une série de cartes",
+          "Una serie de placas"}),
+      "square.stack.3d.up",
+      {
+          paragraph(
+              {"Open the product once and flash board after board: plug in, press **Flash** "
+               "(Ctrl+R), unplug, next. A newly connected board is selected by itself.",
+               "Open het product één keer en flash het ene board na het andere: aansluiten, "
+               "**Flashen** (Ctrl+R), loskoppelen, volgende. Een nieuw aangesloten board wordt "
+               "vanzelf gekozen.",
+               "Öffne das Produkt einmal und flashe ein Board nach dem anderen: anstecken, "
+               "**Flashen** (Strg+R), abziehen, das nächste. Ein neu angeschlossenes Board wird "
+               "von selbst gewählt.",
+               "Ouvrez le produit une fois et flashez les cartes l’une après l’autre\u00A0: "
+               "branchez, **Flashage** (Ctrl+R), débranchez, la suivante. Une carte nouvellement "
+               "branchée est choisie d’elle-même.",
+               "Abre el producto una vez y flashea una placa tras otra: conectar, **Flasheo** "
+               "(Ctrl+R), desconectar, la siguiente. Una placa recién conectada se elige sola."}),
+          heading({"Flashing automatically", "Automatisch flashen", "Automatisch flashen",
+                   "Flashage automatique", "Flasheo automático"}),
+          bullets({
+              {"Switch on **Automatic** (or **Flash automatically when connected** in the "
+               "settings): every newly connected USB board is flashed about one second after it "
+               "appears, without a click.",
+               "Zet **Automatisch** aan (of **Automatisch flashen bij aansluiten** in de "
+               "instellingen): elk nieuw aangesloten USB-board wordt zo'n seconde nadat het "
+               "verschijnt geflasht, zonder klik.",
+               "Schalte **Automatisch** ein (oder **Beim Anschließen automatisch flashen** in "
+               "den Einstellungen): Jedes neu angeschlossene USB-Board wird etwa eine Sekunde "
+               "nach dem Erscheinen geflasht, ohne Klick.",
+               "Activez **Automatique** (ou **Flasher automatiquement au branchement** dans les "
+               "réglages)\u00A0: chaque carte USB nouvellement branchée est flashée environ une "
+               "seconde après son apparition, sans clic.",
+               "Activa **Automático** (o **Flashear automáticamente al conectar** en los "
+               "ajustes): cada placa USB recién conectada se flashea un segundo después de "
+               "aparecer, sin hacer clic."},
+              {"One board is flashed at a time. For a few seconds after each run new ports are "
+               "ignored, so a board that restarts is not taken for the next one.",
+               "Er wordt één board tegelijk geflasht. Een paar seconden na elke flash worden "
+               "nieuwe poorten genegeerd, zodat een herstartend board niet voor het volgende "
+               "wordt aangezien.",
+               "Es wird immer ein Board auf einmal geflasht. Einige Sekunden nach jedem "
+               "Durchlauf werden neue Schnittstellen übergangen, damit ein neu startendes Board "
+               "nicht für das nächste gehalten wird.",
+               "Une seule carte est flashée à la fois. Pendant quelques secondes après chaque "
+               "flashage, les nouveaux ports sont ignorés, pour qu’une carte qui redémarre ne "
+               "soit pas prise pour la suivante.",
+               "Se flashea una placa cada vez. Durante unos segundos después de cada flasheo se "
+               "ignoran los puertos nuevos, para que una placa que se reinicia no se tome por la "
+               "siguiente."},
+              {"With **Sound when done or failed** on, you hear whether a board succeeded "
+               "without looking at the screen.",
+               "Met **Geluid bij klaar of mislukt** aan hoor je of een board gelukt is zonder "
+               "naar het scherm te kijken.",
+               "Mit **Ton bei Erfolg oder Fehler** hörst du, ob ein Board gelungen ist, ohne auf "
+               "den Bildschirm zu sehen.",
+               "Avec **Son en fin de flashage ou en cas d’échec**, vous entendez si une carte a "
+               "réussi sans regarder l’écran.",
+               "Con **Sonido al terminar o fallar** activado, oyes si una placa salió bien sin "
+               "mirar la pantalla."},
+              {"The status line counts the boards: **Flashed** and **Failed**. **Clear Log** "
+               "(Ctrl+K) starts both counts again at zero.",
+               "De statusregel telt de boards: **Geflasht** en **Mislukt**. **Logboek wissen** "
+               "(Ctrl+K) zet beide tellers weer op nul.",
+               "Die Statuszeile zählt die Boards: **Geflasht** und **Fehlgeschlagen**. "
+               "**Protokoll leeren** (Strg+K) setzt beide Zähler auf null zurück.",
+               "La ligne d’état compte les cartes\u00A0: **Flashées** et **Échecs**. **Effacer "
+               "le journal** (Ctrl+K) remet les deux compteurs à zéro.",
+               "La línea de estado cuenta las placas: **Flasheadas** y **Fallidas**. **Borrar "
+               "registro** (Ctrl+K) pone los dos contadores a cero."},
+          }),
+          tip({"Save the log (Ctrl+Alt+S) at the end of a batch: it lists every board with its "
+               "chip, MAC address and result.",
+               "Bewaar het logboek (Ctrl+Alt+S) aan het eind van een serie: het vermeldt elk "
+               "board met chip, MAC-adres en resultaat.",
+               "Sichere am Ende einer Serie das Protokoll (Strg+Alt+S): Es führt jedes Board mit "
+               "Chip, MAC-Adresse und Ergebnis auf.",
+               "Enregistrez le journal (Ctrl+Alt+S) à la fin d’une série\u00A0: il recense "
+               "chaque carte avec sa puce, son adresse MAC et le résultat.",
+               "Guarda el registro (Ctrl+Alt+S) al final de una tanda: recoge cada placa con su "
+               "chip, su dirección MAC y el resultado."}),
+          heading({"Many boards at once: the flashing station",
+                   "Veel boards tegelijk: het flashstation",
+                   "Viele Boards gleichzeitig: die Flash-Station",
+                   "Plusieurs cartes à la fois\u00A0: la station de flashage",
+                   "Muchas placas a la vez: la estación de flasheo"}),
+          paragraph(
+              {"For a hub full of boards, the command `tarnwick-cli station PRODUCT.twflash` "
+               "flashes every newly connected board at once, several in parallel, with the same "
+               "product file. Boards that were already connected are left alone unless you add "
+               "`--now`.",
+               "Voor een hub vol boards flasht het commando `tarnwick-cli station "
+               "PRODUCT.twflash` elk nieuw aangesloten board meteen, meerdere tegelijk, met "
+               "hetzelfde productbestand. Boards die al aangesloten waren, blijven met rust, "
+               "tenzij je `--now` toevoegt.",
+               "Für einen Hub voller Boards flasht der Befehl `tarnwick-cli station "
+               "PRODUKT.twflash` jedes neu angeschlossene Board sofort, mehrere parallel, mit "
+               "derselben Produktdatei. Bereits angeschlossene Boards bleiben unberührt, außer "
+               "du gibst `--now` an.",
+               "Pour un hub rempli de cartes, la commande `tarnwick-cli station "
+               "PRODUIT.twflash` flashe aussitôt chaque carte nouvellement branchée, plusieurs "
+               "en parallèle, avec le même fichier produit. Les cartes déjà branchées ne sont "
+               "pas touchées, sauf si vous ajoutez `--now`.",
+               "Para un hub lleno de placas, la orden `tarnwick-cli station PRODUCTO.twflash` "
+               "flashea enseguida cada placa recién conectada, varias en paralelo, con el mismo "
+               "archivo de producto. Las placas que ya estaban conectadas no se tocan, salvo que "
+               "añadas `--now`."}),
+          table({
+              {same("`--port PATH`"),
+               {"Only watch these ports (repeatable).", "Alleen deze poorten bewaken (mag vaker).",
+                "Nur diese Schnittstellen beobachten (mehrfach möglich).",
+                "Ne surveiller que ces ports (répétable).",
+                "Vigilar solo estos puertos (se puede repetir)."}},
+              {same("`--limit N`"),
+               {"Stop taking new boards once N have succeeded or are running.",
+                "Geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn.",
+                "Keine neuen Boards mehr annehmen, sobald N erfolgreich sind oder laufen.",
+                "Ne plus prendre de nouvelles cartes dès que N ont réussi ou sont en cours.",
+                "Dejar de aceptar placas nuevas cuando N hayan salido bien o estén en curso."}},
+              {same("`--json`"),
+               {"One JSON object per line and event, for scripts.",
+                "Eén JSON-object per regel en gebeurtenis, voor scripts.",
+                "Ein JSON-Objekt pro Zeile und Ereignis, für Skripte.",
+                "Un objet JSON par ligne et par événement, pour les scripts.",
+                "Un objeto JSON por línea y evento, para scripts."}},
+              {same("`--record FILE`"),
+               {"Append one line per finished board: time, port, chip, MAC, product, result.",
+                "Per afgerond board één regel toevoegen: tijd, poort, chip, MAC, product, "
+                "resultaat.",
+                "Pro fertigem Board eine Zeile anhängen: Zeit, Schnittstelle, Chip, MAC, "
+                "Produkt, Ergebnis.",
+                "Ajouter une ligne par carte terminée\u00A0: heure, port, puce, MAC, produit, "
+                "résultat.",
+                "Añadir una línea por placa terminada: hora, puerto, chip, MAC, producto, "
+                "resultado."}},
+          }),
+          paragraph(
+              {"Each port has its own quiet time after its run, so a board that restarts is not "
+               "flashed twice. Leonardo, Micro and Pro Micro boards are flashed one at a time, "
+               "because their bootloader appears as a new port. The first Ctrl+C lets running "
+               "boards finish; a second one stops them.",
+               "Elke poort heeft na zijn flash een eigen rustperiode, zodat een herstartend board "
+               "niet twee keer geflasht wordt. Leonardo-, Micro- en Pro Micro-boards worden één "
+               "voor één geflasht, omdat hun bootloader als nieuwe poort verschijnt. De eerste "
+               "Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
+               "Jede Schnittstelle hat nach ihrem Durchlauf eine eigene Ruhezeit, damit ein neu "
+               "startendes Board nicht zweimal geflasht wird. Leonardo, Micro und Pro Micro "
+               "werden nacheinander geflasht, weil ihr Bootloader als neue Schnittstelle "
+               "erscheint. Das erste Strg+C lässt laufende Boards fertig werden, ein zweites "
+               "bricht sie ab.",
+               "Chaque port a son propre temps de repos après son flashage, pour qu’une carte "
+               "qui redémarre ne soit pas flashée deux fois. Les Leonardo, Micro et Pro Micro "
+               "sont flashées une par une, car leur bootloader apparaît comme un nouveau port. "
+               "Un premier Ctrl+C laisse finir les cartes en cours\u00A0; un second les arrête.",
+               "Cada puerto tiene su propio tiempo de espera tras su flasheo, para que una placa "
+               "que se reinicia no se flashee dos veces. Las Leonardo, Micro y Pro Micro se "
+               "flashean de una en una, porque su bootloader aparece como un puerto nuevo. El "
+               "primer Ctrl+C deja terminar las placas en curso; un segundo las detiene."}),
+      }};
+}
+
+HelpTopic privacy() {
+  return {
+      "privacy",
+      tr({"Privacy and security", "Privacy en veiligheid", "Datenschutz und Sicherheit",
+          "Confidentialité et sécurité", "Privacidad y seguridad"}),
+      "lock.shield",
+      {
+          paragraph(
+              {"Tarnwick uses **no network** at all: nothing is collected or sent. It opens only "
+               "the serial port you pick and the files and folders you choose, save or drop "
+               "yourself; besides those it keeps your settings and the work in progress in your "
+               "own home folder.",
+               "Tarnwick gebruikt **geen netwerk**: er wordt niets verzameld of verstuurd. Het "
+               "opent alleen de seriële poort die je kiest en de bestanden en mappen die je zelf "
+               "kiest, opslaat of erheen sleept; verder bewaart het je instellingen en je lopende "
+               "werk in je eigen thuismap.",
+               "Tarnwick nutzt **kein Netzwerk**: Nichts wird gesammelt oder gesendet. Es öffnet "
+               "nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
+               "du selbst auswählst, sicherst oder hineinziehst; außerdem legt es deine "
+               "Einstellungen und die laufende Arbeit in deinem eigenen Home-Ordner ab.",
+               "Tarnwick n’utilise **aucun réseau**\u00A0: rien n’est collecté ni envoyé. Il "
+               "n’ouvre que le port série que vous choisissez et les fichiers et dossiers que "
+               "vous sélectionnez, enregistrez ou glissez vous-même\u00A0; il conserve en outre "
+               "vos réglages et le travail en cours dans votre dossier personnel.",
+               "Tarnwick no usa **ninguna red**: no se recoge ni se envía nada. Solo abre el "
+               "puerto serie que eliges y los archivos y carpetas que tú mismo seleccionas, "
+               "guardas o arrastras; aparte de eso, guarda tus ajustes y el trabajo en curso en "
+               "tu propia carpeta personal."}),
+          paragraph(
+              {"The serial port is opened exclusively, so no other program can interfere while "
+               "flashing. Tarnwick cannot be quit while flashing: a half-written board does not "
+               "start.",
+               "De seriële poort wordt exclusief geopend, zodat geen ander programma tijdens het "
+               "flashen kan storen. Tarnwick kan tijdens het flashen niet worden afgesloten: een "
+               "half beschreven board start niet.",
+               "Die serielle Schnittstelle wird exklusiv geöffnet, sodass kein anderes Programm "
+               "beim Flashen dazwischenfunken kann. Während des Flashens lässt sich Tarnwick "
+               "nicht beenden: Ein halb beschriebenes Board startet nicht.",
+               "Le port série est ouvert en exclusivité\u00A0: aucun autre programme ne peut "
+               "interférer pendant le flashage. Tarnwick ne peut pas être quitté pendant le "
+               "flashage\u00A0: une carte à moitié écrite ne démarre pas.",
+               "El puerto serie se abre en exclusiva, así que ningún otro programa puede "
+               "interferir durante el flasheo. Tarnwick no se puede cerrar mientras flashea: una "
+               "placa escrita a medias no arranca."}),
+          paragraph(
+              {"On Linux, Tarnwick runs with your user's rights, without a sandbox. Whether you "
+               "may open a serial port is decided by the system: the package's udev rule or "
+               "membership of the `dialout` group (see **Troubleshooting**).",
+               "Onder Linux draait Tarnwick met de rechten van je gebruiker, zonder sandbox. Of "
+               "je een seriële poort mag openen, bepaalt het systeem: de udev-regel van het "
+               "pakket of lidmaatschap van de groep `dialout` (zie **Problemen oplossen**).",
+               "Unter Linux läuft Tarnwick mit den Rechten deines Benutzers, ohne Sandbox. Ob du "
+               "eine serielle Schnittstelle öffnen darfst, entscheidet das System: die "
+               "udev-Regel des Pakets oder die Mitgliedschaft in der Gruppe `dialout` (siehe "
+               "**Fehlerbehebung**).",
+               "Sous Linux, Tarnwick s’exécute avec les droits de votre utilisateur, sans bac à "
+               "sable. Le droit d’ouvrir un port série relève du système\u00A0: la règle udev du "
+               "paquet ou l’appartenance au groupe `dialout` (voir **Dépannage**).",
+               "En Linux, Tarnwick se ejecuta con los permisos de tu usuario, sin sandbox. Si "
+               "puedes abrir un puerto serie lo decide el sistema: la regla udev del paquete o "
+               "pertenecer al grupo `dialout` (ver **Solución de problemas**)."}),
+      }};
+}
+
+HelpTopic shortcuts() {
+  return {"shortcuts",
+          tr({"Keyboard shortcuts", "Sneltoetsen", "Tastenkürzel", "Raccourcis clavier",
+              "Atajos de teclado"}),
+          "keyboard",
+          {
+              table({
+                  {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Ctrl+R"},
+                   {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
+                    "Flashear / detener"}},
+                  {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
+                    "Ctrl+N / Ctrl+O"},
+                   {"New product / open product", "Nieuw product / product openen",
+                    "Neues Produkt / Produkt öffnen", "Nouveau produit / ouvrir un produit",
+                    "Producto nuevo / abrir producto"}},
+                  {{"Ctrl+S / Ctrl+Shift+S", "Ctrl+S / Ctrl+Shift+S", "Strg+S / Strg+Umschalt+S",
+                    "Ctrl+S / Ctrl+Maj+S", "Ctrl+S / Ctrl+Mayús+S"},
+                   {"Save product / save as", "Product opslaan / opslaan als",
+                    "Produkt sichern / sichern unter", "Enregistrer le produit / enregistrer sous",
+                    "Guardar producto / guardar como"}},
+                  {{"Delete", "Delete", "Entf", "Suppr", "Supr"},
+                   {"Remove the selected files", "Geselecteerde bestanden verwijderen",
+                    "Ausgewählte Dateien entfernen", "Retirer les fichiers sélectionnés",
+                    "Quitar los archivos seleccionados"}},
+                  {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Ctrl+L"},
+                   {"Show or hide the log", "Logboek tonen of verbergen",
+                    "Protokoll ein- oder ausblenden", "Afficher ou masquer le journal",
+                    "Mostrar u ocultar el registro"}},
+                  {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Ctrl+Alt+S"},
+                   {"Save log", "Logboek opslaan", "Protokoll sichern", "Enregistrer le journal",
+                    "Guardar el registro"}},
+                  {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Ctrl+K"},
+                   {"Clear log and counters", "Logboek en tellers wissen",
+                    "Protokoll und Zähler leeren", "Effacer le journal et les compteurs",
+                    "Borrar el registro y los contadores"}},
+                  {same("F1"),
+                   {"Open this help", "Deze help openen", "Diese Hilfe öffnen", "Ouvrir cette aide",
+                    "Abrir esta ayuda"}},
+              }),
+          }};
+}
+
+} // namespace tarnwick::L10n::Help::content
