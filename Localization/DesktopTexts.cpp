@@ -64,12 +64,6 @@ std::string seeHelp() {
              "Ejecuta «tarnwick --help» para ver las opciones."});
 }
 
-std::string testDevice(const std::string& path) {
-  return tr({"Test device (", "Testapparaat (", "Testgerät (", "Périphérique de test (",
-             "Dispositivo de prueba ("}) +
-         path + ")";
-}
-
 std::string savedScreenshot(const std::string& path) {
   return tr({"Saved ", "Opgeslagen: ", "Gespeichert: ", "Enregistré : ", "Guardado: "}) + path;
 }

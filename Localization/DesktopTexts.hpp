@@ -8,8 +8,6 @@ namespace tarnwick::L10n::Desktop {
 std::string commandLineHelp();
 /// "Run “tarnwick --help” for the options."
 std::string seeHelp();
-/// "Test device (" + path + ")": the port name of a pseudo-terminal passed with --test-device.
-std::string testDevice(const std::string& path);
 /// Said by --screenshots for each picture it saved.
 std::string savedScreenshot(const std::string& path);
 /// The screenshot folder cannot be written.

@@ -4,6 +4,8 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "Localization/RunTexts.hpp"
+
 namespace tarnwick {
 
 std::optional<std::uint32_t> parseAddress(const QString& text) {
@@ -31,10 +33,6 @@ std::optional<std::uint32_t> parseAddress(const QString& text) {
   return static_cast<std::uint32_t>(value);
 }
 
-QString formatAddress(std::uint32_t address) {
-  return QStringLiteral("0x") + QString::number(address, 16).toUpper();
-}
-
 namespace {
 QIcon invalidMarkIcon() {
   QPixmap pixmap(32, 32);
@@ -54,7 +52,7 @@ QIcon invalidMarkIcon() {
 AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
   mark_ = addAction(invalidMarkIcon(), QLineEdit::TrailingPosition);
   mark_->setVisible(false);
-  setText(formatAddress(address_));
+  setText(QString::fromStdString(formatAddress(address_)));
   connect(this, &QLineEdit::textEdited, this, &AddressField::textTyped);
 }
 
@@ -74,7 +72,7 @@ void AddressField::textTyped(const QString& text) {
 }
 
 void AddressField::restore() {
-  setText(formatAddress(address_));
+  setText(QString::fromStdString(formatAddress(address_)));
   setMarked(false);
 }
 

@@ -15,9 +15,6 @@ namespace tarnwick {
 /// including an empty text.
 std::optional<std::uint32_t> parseAddress(const QString& text);
 
-/// "0x" and the value in upper-case hexadecimal without leading zeros, as 0x10000.
-QString formatAddress(std::uint32_t address);
-
 class AddressField : public QLineEdit {
   Q_OBJECT
 public:

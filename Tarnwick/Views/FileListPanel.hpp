@@ -1,0 +1,73 @@
+#pragma once
+// The product's files: a table with enable boxes, roles, live addresses, sizes and what the
+// product check says of each, or an empty view; both take dropped files and folders.
+
+#include <QWidget>
+#include <filesystem>
+#include <vector>
+
+#include "FlashCore/UUID.hpp"
+
+class QLabel;
+class QPushButton;
+class QStackedWidget;
+class QTableWidget;
+class QMimeData;
+
+namespace tarnwick {
+
+class FlasherModel;
+class TableFitting;
+
+/// What a drop onto the file list does with its locations.
+struct DropAction {
+  enum class Kind { none, openProduct, importFolder, addFiles };
+  Kind kind = Kind::none;
+  std::vector<std::filesystem::path> locations;
+  bool operator==(const DropAction&) const = default;
+};
+
+/// A single folder is a product when named *.twflash and a build folder otherwise; a single
+/// product file opens; anything else is added as firmware files.
+DropAction dropActionFor(const std::vector<std::filesystem::path>& locations);
+
+class FileListPanel : public QWidget {
+  Q_OBJECT
+public:
+  enum Column { enabledColumn, fileColumn, roleColumn, addressColumn, sizeColumn, locationColumn };
+
+  explicit FileListPanel(FlasherModel& model, QWidget* parent = nullptr);
+
+  QTableWidget* table() const { return table_; }
+  /// The ids of the selected rows.
+  std::vector<UUID> selectedIDs() const;
+  /// Asks for firmware files / a build folder and hands them to the model.
+  void chooseFiles();
+  void chooseBuildFolder();
+  void removeSelected();
+
+protected:
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+private:
+  void refresh();
+  void rebuildRows();
+  void updateRow(int row);
+  void retitle();
+  void showContextMenu(const QPoint& position);
+  void chooseAnotherFile(const UUID& id);
+  void setDragHighlight(bool on);
+
+  FlasherModel& model_;
+  QStackedWidget* stack_;
+  QTableWidget* table_;
+  QLabel* emptyTitle_;
+  QLabel* emptyHint_;
+  TableFitting* fitting_;
+  std::vector<UUID> rowIDs_;
+  bool arduino_ = false;
+};
+
+} // namespace tarnwick

@@ -1,0 +1,675 @@
+#include "Tarnwick/Views/MainWindow.hpp"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QFrame>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPlainTextEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QSettings>
+#include <QSplitter>
+#include <QStandardPaths>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "Assets/AssetsLookup.hpp"
+#include "Localization/AVRTexts.hpp"
+#include "Localization/GeneralTexts.hpp"
+#include "Localization/Help.hpp"
+#include "Localization/ProductTexts.hpp"
+#include "Localization/RunTexts.hpp"
+#include "Localization/WindowTexts.hpp"
+#include "Tarnwick/Views/FileListPanel.hpp"
+#include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/LogView.hpp"
+#include "Tarnwick/Views/SettingsSheet.hpp"
+#include "Tarnwick/Views/ViewSupport.hpp"
+
+namespace tarnwick {
+
+namespace {
+namespace W = L10n::Window;
+
+/// The stored view preference: whether the log pane is shown.
+const QString showLogKey = QStringLiteral("showLog");
+
+QString targetName(const Target& target) {
+  if (auto board = target.avrBoard()) return qt(L10n::Product::boardName(*board));
+  if (auto chip = target.espChip()) return QString::fromUtf8(displayName(*chip).data());
+  return qt(L10n::Product::espDetectAutomatically());
+}
+
+QColor dotColor(const FlasherModel& model) {
+  if (model.isFlashing()) return QColor(0xF2, 0xC0, 0x1E);
+  if (const auto& outcome = model.outcome()) {
+    if (std::holds_alternative<FlashOutcome::Success>(outcome->value)) return QColor(0x2E, 0xB8, 0x4B);
+    if (std::holds_alternative<FlashOutcome::Failure>(outcome->value)) return QColor(0xE0, 0x3A, 0x3A);
+  }
+  return QColor(0x9A, 0x9A, 0x9A);
+}
+} // namespace
+
+StatusDot::StatusDot(QWidget* parent) : QWidget(parent) {
+  setFixedSize(14, 14);
+}
+
+void StatusDot::setColor(const QColor& color) {
+  if (color == color_) return;
+  color_ = color;
+  update();
+}
+
+void StatusDot::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(color_.darker(130), 1));
+  painter.setBrush(color_);
+  painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+}
+
+MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(parent), model_(model) {
+  setObjectName("mainWindow");
+  setWindowIcon(QIcon(assets::iconPath));
+  setAcceptDrops(false);
+
+  auto* central = new QWidget;
+  auto* layout = new QVBoxLayout(central);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(buildHeader());
+  layout->addWidget(buildBanner());
+
+  auto* top = new QWidget;
+  auto* topLayout = new QVBoxLayout(top);
+  topLayout->setContentsMargins(10, 8, 10, 4);
+  topLayout->addWidget(buildProductPanel());
+  fileList_ = new FileListPanel(model_);
+  topLayout->addWidget(fileList_, 1);
+
+  log_ = new LogView(model_.output());
+  log_->setObjectName("logView");
+  log_->setMinimumHeight(80);
+  splitter_ = new QSplitter(Qt::Vertical);
+  splitter_->addWidget(top);
+  auto* bottom = new QWidget;
+  auto* bottomLayout = new QVBoxLayout(bottom);
+  bottomLayout->setContentsMargins(0, 0, 0, 0);
+  bottomLayout->setSpacing(0);
+  bottomLayout->addWidget(buildStatusLine());
+  bottomLayout->addWidget(log_, 1);
+  splitter_->addWidget(bottom);
+  splitter_->setStretchFactor(0, 3);
+  splitter_->setStretchFactor(1, 2);
+  splitter_->setChildrenCollapsible(false);
+  layout->addWidget(splitter_, 1);
+  setCentralWidget(central);
+
+  buildMenus();
+
+  model_.setDialogs(this);
+  connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshPorts);
+  connect(&model_, &FlasherModel::selectedPathChanged, this, &MainWindow::refreshPorts);
+  connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshBanner);
+  connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshRunControls);
+  connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshBanner);
+  connect(&model_, &FlasherModel::canFlashChanged, this, &MainWindow::refreshRunControls);
+  connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshProduct);
+  connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshRunControls);
+  connect(&model_, &FlasherModel::filesChanged, this, &MainWindow::refreshRunControls);
+  for (auto signal : {&FlasherModel::stateChanged, &FlasherModel::progressChanged,
+                      &FlasherModel::stageTextChanged, &FlasherModel::outcomeChanged,
+                      &FlasherModel::statisticsChanged, &FlasherModel::productChanged,
+                      &FlasherModel::selectedPathChanged, &FlasherModel::filesChanged})
+    connect(&model_, signal, this, &MainWindow::refreshStatus);
+  connect(&model_, &FlasherModel::windowTitleChanged, this,
+          [this] { setWindowTitle(model_.windowTitle()); });
+  connect(&model_, &FlasherModel::autoFlashChanged, this, &MainWindow::refreshRunControls);
+  connect(&model_, &FlasherModel::autoscrollChanged, this,
+          [this] { autoscrollAction_->setChecked(model_.autoscroll()); });
+  connect(&model_, &FlasherModel::showTimestampsChanged, this,
+          [this] { timestampsAction_->setChecked(model_.showTimestamps()); });
+  connect(&model_, &FlasherModel::outputIsEmptyChanged, this, [this] {
+    saveLogAction_->setEnabled(!model_.outputIsEmpty());
+    log_->viewport()->update();
+  });
+  connect(&model_, &FlasherModel::recentDocumentsChanged, this, &MainWindow::refreshRecent);
+  // The alert comes from the event loop so a message set inside another dialog's handler does
+  // not stack a modal loop inside it.
+  connect(&model_, &FlasherModel::errorMessageChanged, this, &MainWindow::showErrorMessage,
+          Qt::QueuedConnection);
+
+  setWindowTitle(model_.windowTitle());
+  autoscrollAction_->setChecked(model_.autoscroll());
+  timestampsAction_->setChecked(model_.showTimestamps());
+  saveLogAction_->setEnabled(!model_.outputIsEmpty());
+  setLogShown(QSettings().value(showLogKey, false).toBool());
+  refreshPorts();
+  refreshProduct();
+  refreshRunControls();
+  refreshStatus();
+  refreshBanner();
+  refreshRecent();
+  if (!model_.errorMessage().isEmpty())
+    QMetaObject::invokeMethod(this, &MainWindow::showErrorMessage, Qt::QueuedConnection);
+  resize(980, 720);
+}
+
+MainWindow::~MainWindow() { model_.setDialogs(nullptr); }
+
+QWidget* MainWindow::buildHeader() {
+  auto* header = new QFrame;
+  header->setObjectName("header");
+  header->setFrameShape(QFrame::StyledPanel);
+  auto* layout = new QHBoxLayout(header);
+  layout->setContentsMargins(10, 8, 10, 8);
+  auto* portLabel = new QLabel(qt(W::serialPort()));
+  portPicker_ = new QComboBox;
+  portPicker_->setObjectName("portPicker");
+  portPicker_->setMinimumContentsLength(24);
+  portPicker_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  portLabel->setBuddy(portPicker_);
+  connect(portPicker_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
+    QString path = portPicker_->itemData(index).toString();
+    if (!path.isEmpty()) model_.setSelectedPath(path);
+  });
+  statusDot_ = new StatusDot;
+  statusDot_->setObjectName("statusDot");
+  flashButton_ = new QPushButton;
+  flashButton_->setObjectName("flashButton");
+  flashButton_->setDefault(true);
+  flashButton_->setMinimumWidth(96);
+  connect(flashButton_, &QPushButton::clicked, &model_, &FlasherModel::toggleFlash);
+  automatic_ = new QCheckBox(qt(W::automatic()));
+  automatic_->setObjectName("automaticSwitch");
+  automatic_->setToolTip(qt(W::flashAutomaticallyExplanation()));
+  connect(automatic_, &QCheckBox::clicked, &model_, &FlasherModel::setAutoFlash);
+  settingsButton_ = new QToolButton;
+  settingsButton_->setObjectName("settingsButton");
+  settingsButton_->setIcon(QIcon::fromTheme("preferences-system",
+                                            style()->standardIcon(QStyle::SP_FileDialogDetailedView)));
+  settingsButton_->setText(qt(L10n::Settings::connection()));
+  settingsButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  connect(settingsButton_, &QToolButton::clicked, this, &MainWindow::showSettings);
+  layout->addWidget(portLabel);
+  layout->addWidget(portPicker_, 1);
+  layout->addWidget(statusDot_);
+  layout->addSpacing(8);
+  layout->addWidget(flashButton_);
+  layout->addSpacing(8);
+  layout->addWidget(automatic_);
+  layout->addWidget(settingsButton_);
+  return header;
+}
+
+QWidget* MainWindow::buildBanner() {
+  banner_ = new QFrame;
+  banner_->setObjectName("noBoardBanner");
+  banner_->setFrameShape(QFrame::StyledPanel);
+  banner_->setAutoFillBackground(true);
+  QPalette shade = banner_->palette();
+  shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
+                                       ? QColor(0xFF, 0xF4, 0xD6)
+                                       : QColor(0x4A, 0x3B, 0x12));
+  banner_->setPalette(shade);
+  auto* layout = new QHBoxLayout(banner_);
+  layout->setContentsMargins(12, 6, 12, 6);
+  auto* symbol = new QLabel;
+  symbol->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(20, 20));
+  auto* text = new QLabel(qt(W::noUSBBoard()));
+  text->setWordWrap(true);
+  auto* dismiss = new QPushButton(qt(W::dismiss()));
+  dismiss->setFlat(true);
+  connect(dismiss, &QPushButton::clicked, this, [this] {
+    bannerDismissed_ = true;
+    refreshBanner();
+  });
+  layout->addWidget(symbol);
+  layout->addWidget(text, 1);
+  layout->addWidget(dismiss);
+  return banner_;
+}
+
+QWidget* MainWindow::buildProductPanel() {
+  auto* panel = new QGroupBox(qt(W::productTitle()));
+  panel->setObjectName("productPanel");
+  auto* layout = new QHBoxLayout(panel);
+  auto* nameLabel = new QLabel(qt(L10n::Product::productName()));
+  productName_ = new QLineEdit;
+  productName_->setObjectName("productName");
+  productName_->setPlaceholderText(qt(L10n::Product::newProduct()));
+  nameLabel->setBuddy(productName_);
+  connect(productName_, &QLineEdit::textEdited, this, [this](const QString& text) {
+    Product product = model_.product();
+    product.name = text.toStdString();
+    model_.setProduct(product);
+  });
+  auto* targetLabel = new QLabel(qt(L10n::Product::target()));
+  targetPicker_ = new QComboBox;
+  targetPicker_->setObjectName("targetPicker");
+  targetPicker_->setToolTip(qt(W::targetTooltip()));
+  targetLabel->setBuddy(targetPicker_);
+  for (const Target& target : Target::all())
+    targetPicker_->addItem(targetName(target), QString::fromStdString(target.text()));
+  connect(targetPicker_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
+    auto target = Target::parse(targetPicker_->itemData(index).toString().toStdString());
+    if (!target) return;
+    Product product = model_.product();
+    product.target = *target;
+    model_.setProduct(product);
+  });
+  notesButton_ = new QToolButton;
+  notesButton_->setText(qt(L10n::Product::notes()));
+  notesButton_->setToolTip(qt(W::notesPlaceholder()));
+  connect(notesButton_, &QToolButton::clicked, this, &MainWindow::showNotes);
+
+  auto productButton = [this](const std::string& text, QStyle::StandardPixmap icon, auto slot) {
+    auto* button = new QToolButton;
+    button->setText(qt(text));
+    button->setIcon(style()->standardIcon(icon));
+    button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    button->setToolTip(qt(W::productButtonsTooltip()));
+    connect(button, &QToolButton::clicked, &model_, slot);
+    productButtons_ << button;
+    return button;
+  };
+  layout->addWidget(nameLabel);
+  layout->addWidget(productName_, 2);
+  layout->addWidget(targetLabel);
+  layout->addWidget(targetPicker_, 1);
+  layout->addWidget(notesButton_);
+  layout->addSpacing(12);
+  layout->addWidget(productButton(W::newButton(), QStyle::SP_FileIcon, &FlasherModel::newProduct));
+  layout->addWidget(productButton(W::openButton(), QStyle::SP_DialogOpenButton,
+                                  &FlasherModel::openProductWithPanel));
+  layout->addWidget(productButton(W::saveButton(), QStyle::SP_DialogSaveButton,
+                                  &FlasherModel::saveProduct));
+  return panel;
+}
+
+QWidget* MainWindow::buildStatusLine() {
+  auto* line = new QFrame;
+  line->setObjectName("statusLine");
+  line->setFrameShape(QFrame::StyledPanel);
+  auto* layout = new QHBoxLayout(line);
+  layout->setContentsMargins(10, 4, 10, 4);
+  statusText_ = new QLabel;
+  statusText_->setObjectName("statusText");
+  statusText_->setMinimumWidth(120);
+  progress_ = new QProgressBar;
+  progress_->setRange(0, 1000);
+  progress_->setTextVisible(false);
+  progress_->setMaximumHeight(12);
+  counters_ = new QLabel;
+  counters_->setObjectName("counters");
+  logToggle_ = new QToolButton;
+  logToggle_->setObjectName("logToggle");
+  logToggle_->setCheckable(true);
+  logToggle_->setText(qt(L10n::Log::log()));
+  logToggle_->setToolTip(qt(W::logToggleTooltip(shortcutText(Shortcuts::showLog()))));
+  connect(logToggle_, &QToolButton::clicked, this, &MainWindow::setLogShown);
+  logOptions_ = new QToolButton;
+  logOptions_->setObjectName("logOptions");
+  logOptions_->setText(qt(W::logOptions()));
+  logOptions_->setToolTip(qt(W::logOptions()));
+  logOptions_->setPopupMode(QToolButton::InstantPopup);
+  layout->addWidget(statusText_, 1);
+  layout->addWidget(progress_, 2);
+  layout->addWidget(counters_);
+  layout->addSpacing(8);
+  layout->addWidget(logToggle_);
+  layout->addWidget(logOptions_);
+  return line;
+}
+
+void MainWindow::buildMenus() {
+  QMenu* file = menuBar()->addMenu(qt(W::fileMenu()));
+  auto add = [this](QMenu* menu, const std::string& text, auto slot, QKeySequence keys = {}) {
+    QAction* action = menu->addAction(qt(text));
+    if (!keys.isEmpty()) action->setShortcut(keys);
+    connect(action, &QAction::triggered, this, slot);
+    return action;
+  };
+  editActions_ << add(file, W::newProduct(), [this] { model_.newProduct(); },
+                      QKeySequence(QKeySequence::New));
+  editActions_ << add(file, W::openProduct(), [this] { model_.openProductWithPanel(); },
+                      QKeySequence(QKeySequence::Open));
+  recentMenu_ = file->addMenu(qt(W::openRecent()));
+  editActions_ << recentMenu_->menuAction();
+  file->addSeparator();
+  add(file, W::saveProduct(), [this] { model_.saveProduct(); }, QKeySequence(QKeySequence::Save));
+  add(file, W::saveProductAs(), [this] { model_.saveProductAs(); },
+      QKeySequence(QKeySequence::SaveAs));
+  saveLogAction_ = add(file, W::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
+  saveLogAction_->setToolTip(qt(W::saveLogTooltip(shortcutText(Shortcuts::saveLog()))));
+  file->addSeparator();
+  QAction* quit = add(file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
+  quit->setMenuRole(QAction::QuitRole);
+
+  QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
+  flashAction_ = add(board, L10n::State::flash(), [this] { model_.toggleFlash(); },
+                     Shortcuts::flash());
+  flashAction_->setObjectName("flashAction");
+  autoFlashAction_ = board->addAction(qt(W::flashAutomatically()));
+  autoFlashAction_->setCheckable(true);
+  connect(autoFlashAction_, &QAction::triggered, &model_, &FlasherModel::setAutoFlash);
+  editActions_ << autoFlashAction_;
+
+  QMenu* view = menuBar()->addMenu(qt(W::viewMenu()));
+  showLogAction_ = view->addAction(qt(W::showLog()));
+  showLogAction_->setCheckable(true);
+  showLogAction_->setShortcut(Shortcuts::showLog());
+  connect(showLogAction_, &QAction::triggered, this, &MainWindow::setLogShown);
+  clearLogAction_ = add(view, W::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
+  clearLogAction_->setToolTip(qt(W::clearLogTooltip(shortcutText(Shortcuts::clearLog()))));
+  view->addSeparator();
+  autoscrollAction_ = view->addAction(qt(W::autoscroll()));
+  autoscrollAction_->setCheckable(true);
+  connect(autoscrollAction_, &QAction::triggered, &model_, &FlasherModel::setAutoscroll);
+  timestampsAction_ = view->addAction(qt(W::timestamps()));
+  timestampsAction_->setCheckable(true);
+  connect(timestampsAction_, &QAction::triggered, &model_, &FlasherModel::setShowTimestamps);
+
+  QMenu* help = menuBar()->addMenu(qt(W::helpMenu()));
+  add(help, L10n::Help::windowTitle(), [this] { showHelp(); },
+      QKeySequence(QKeySequence::HelpContents));
+
+  // The log options popover of the status line: the same actions as the menu.
+  auto* options = new QMenu(logOptions_);
+  options->addAction(autoscrollAction_);
+  options->addAction(timestampsAction_);
+  options->addSeparator();
+  QAction* saveLog = options->addAction(qt(W::saveLogButton()), this, [this] { model_.saveLog(); });
+  saveLog->setToolTip(saveLogAction_->toolTip());
+  QAction* clearLog = options->addAction(qt(W::clearLogButton()), this, [this] { model_.clearLog(); });
+  clearLog->setToolTip(clearLogAction_->toolTip());
+  options->setToolTipsVisible(true);
+  logOptions_->setMenu(options);
+}
+
+SettingsSheet* MainWindow::settingsSheet() {
+  if (!settings_) settings_ = new SettingsSheet(model_, this);
+  return settings_;
+}
+
+HelpWindow* MainWindow::helpWindow() {
+  if (!help_) {
+    help_ = new HelpWindow;
+    help_->setAttribute(Qt::WA_DeleteOnClose);
+    help_->setWindowIcon(windowIcon());
+  }
+  return help_;
+}
+
+void MainWindow::showSettings() {
+  SettingsSheet* sheet = settingsSheet();
+  sheet->show();
+  sheet->raise();
+  sheet->activateWindow();
+}
+
+void MainWindow::showHelp() {
+  HelpWindow* help = helpWindow();
+  help->show();
+  help->raise();
+  help->activateWindow();
+}
+
+void MainWindow::showNotes() {
+  QDialog sheet(this);
+  sheet.setWindowTitle(qt(L10n::Product::notes()));
+  auto* layout = new QVBoxLayout(&sheet);
+  auto* notes = new QPlainTextEdit;
+  notes->setPlaceholderText(qt(W::notesPlaceholder()));
+  notes->setPlainText(qt(model_.product().notes));
+  notes->setReadOnly(model_.isFlashing());
+  layout->addWidget(notes);
+  auto* buttons = new QDialogButtonBox;
+  buttons->addButton(qt(W::close()), QDialogButtonBox::AcceptRole);
+  connect(buttons, &QDialogButtonBox::accepted, &sheet, &QDialog::accept);
+  layout->addWidget(buttons);
+  connect(notes, &QPlainTextEdit::textChanged, this, [this, notes] {
+    Product product = model_.product();
+    product.notes = notes->toPlainText().toStdString();
+    model_.setProduct(product);
+  });
+  sheet.resize(480, 280);
+  sheet.exec();
+}
+
+bool MainWindow::logShown() const { return log_->isVisible() || !log_->isHidden(); }
+
+void MainWindow::setLogShown(bool shown) {
+  log_->setVisible(shown);
+  logToggle_->setChecked(shown);
+  showLogAction_->setChecked(shown);
+  QSettings().setValue(showLogKey, shown);
+}
+
+void MainWindow::refreshPorts() {
+  QSignalBlocker quiet(portPicker_);
+  portPicker_->clear();
+  const auto& ports = model_.ports();
+  QString selected = model_.selectedPath();
+  if (ports.empty() && selected.isEmpty()) {
+    portPicker_->addItem(qt(W::noPortsFound()));
+  } else if (selected.isEmpty()) {
+    portPicker_->addItem(qt(W::selectAPort()));
+  }
+  bool listed = false;
+  for (const SerialPortInfo& port : ports) {
+    QString path = QString::fromStdString(port.path);
+    portPicker_->addItem(model_.portLabel(path), path);
+    listed = listed || path == selected;
+  }
+  if (!selected.isEmpty() && !listed)
+    portPicker_->insertItem(0, qt(W::notConnected(selected.toStdString())), selected);
+  int index = selected.isEmpty() ? 0 : portPicker_->findData(selected);
+  portPicker_->setCurrentIndex(std::max(index, 0));
+}
+
+void MainWindow::refreshRunControls() {
+  bool flashing = model_.isFlashing();
+  QString flashTip = qt(W::flashTooltip(shortcutText(Shortcuts::flash())));
+  QString stopTip = qt(W::stopTooltip(shortcutText(Shortcuts::flash())));
+  flashButton_->setText(qt(flashing ? W::stop() : L10n::State::flash()));
+  flashButton_->setToolTip(flashing ? stopTip : flashTip);
+  flashButton_->setEnabled(flashing || model_.canFlash());
+  flashAction_->setText(flashButton_->text());
+  flashAction_->setEnabled(flashButton_->isEnabled());
+  automatic_->setChecked(model_.autoFlash());
+  autoFlashAction_->setChecked(model_.autoFlash());
+
+  // While a run goes, nothing that would change it may be touched; the tooltip says why.
+  QString wait = qt(W::waitUntilFinished());
+  auto guard = [&](QWidget* widget, const QString& normal) {
+    widget->setEnabled(!flashing);
+    widget->setToolTip(flashing ? wait : normal);
+  };
+  guard(portPicker_, QString());
+  guard(automatic_, qt(W::flashAutomaticallyExplanation()));
+  guard(settingsButton_, qt(W::settingsTooltip()));
+  guard(productName_, QString());
+  guard(targetPicker_, qt(W::targetTooltip()));
+  for (QWidget* button : productButtons_) guard(button, qt(W::productButtonsTooltip()));
+  fileList_->setEnabled(!flashing);
+  for (QAction* action : editActions_) action->setEnabled(!flashing);
+  if (settings_) settings_->setEnabled(!flashing);
+}
+
+void MainWindow::refreshProduct() {
+  const Product& product = model_.product();
+  if (productName_->text().toStdString() != product.name) productName_->setText(qt(product.name));
+  int index = targetPicker_->findData(QString::fromStdString(product.target.text()));
+  targetPicker_->setCurrentIndex(index);
+  QFont font = notesButton_->font();
+  font.setItalic(!product.notes.empty());
+  notesButton_->setFont(font);
+}
+
+void MainWindow::refreshStatus() {
+  statusDot_->setColor(dotColor(model_));
+  const FlashStatistics& counts = model_.statistics();
+  counters_->setText(qt(W::counters(counts.flashed, counts.failed)));
+  bool flashing = model_.isFlashing();
+  progress_->setVisible(flashing);
+  if (flashing) {
+    statusText_->setText(model_.stageText());
+    progress_->setValue(static_cast<int>(model_.progressFraction() * 1000));
+    return;
+  }
+  QString text;
+  const auto& outcome = model_.outcome();
+  if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value))
+    text = qt(L10n::State::lastFlashSucceeded());
+  else if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+    text = qt(L10n::State::lastFlashFailed());
+  else if (model_.product().enabledImages().empty())
+    text = qt(W::addFirmwareToBegin());
+  else if (model_.selectedPath().isEmpty())
+    text = qt(L10n::State::ready()) + QStringLiteral(" · ") + qt(W::noPort());
+  else if (model_.canFlash())
+    text = qt(W::readyToFlash());
+  else
+    text = qt(L10n::State::ready());
+  statusText_->setText(text);
+  if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+    statusText_->setToolTip(qt(std::get<FlashOutcome::Failure>(outcome->value).message));
+  else
+    statusText_->setToolTip(QString());
+}
+
+void MainWindow::refreshBanner() {
+  bool usbBoard = std::any_of(model_.ports().begin(), model_.ports().end(),
+                              [](const SerialPortInfo& port) { return port.vendorID.has_value(); });
+  // A test device counts as a board: the user chose to flash it.
+  bool testDevice = !model_.selectedPath().isEmpty() &&
+                    model_.selectedPath().startsWith(QLatin1String("/dev/pts/"));
+  if (usbBoard) bannerDismissed_ = false;
+  banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !bannerDismissed_);
+}
+
+void MainWindow::refreshRecent() {
+  recentMenu_->clear();
+  QStringList recent = model_.recentDocuments();
+  for (const QString& location : recent) {
+    QAction* action = recentMenu_->addAction(QFileInfo(location).completeBaseName());
+    action->setToolTip(location);
+    connect(action, &QAction::triggered, this, [this, location] { model_.openRecent(location); });
+  }
+  recentMenu_->addSeparator();
+  QAction* clear = recentMenu_->addAction(qt(W::clearRecent()), &model_,
+                                          &FlasherModel::clearRecentDocuments);
+  clear->setEnabled(!recent.isEmpty());
+  recentMenu_->setToolTipsVisible(true);
+}
+
+void MainWindow::showErrorMessage() {
+  QString message = model_.errorMessage();
+  if (message.isEmpty()) {
+    if (alert_) alert_->close();
+    return;
+  }
+  if (alert_) {
+    // One alert at a time: a newer message replaces the one not yet read.
+    alert_->setText(message);
+    return;
+  }
+  alert_ = new QMessageBox(QMessageBox::Warning, qt(L10n::Errors::somethingWentWrong()), message,
+                           QMessageBox::NoButton, this);
+  alert_->setObjectName("errorAlert");
+  alert_->addButton(qt(W::ok()), QMessageBox::AcceptRole);
+  alert_->setAttribute(Qt::WA_DeleteOnClose);
+  connect(alert_, &QMessageBox::finished, this, [this] {
+    alert_ = nullptr;
+    model_.clearErrorMessage();
+  });
+  alert_->open();
+}
+
+std::optional<std::filesystem::path> MainWindow::chooseProductToOpen() {
+  QString file = QFileDialog::getOpenFileName(this, qt(W::openProduct()), QString(),
+                                              qt(W::productFileFilter()));
+  if (file.isEmpty()) return std::nullopt;
+  return std::filesystem::path(file.toStdString());
+}
+
+std::optional<std::filesystem::path> MainWindow::chooseProductSaveLocation(
+    const QString& proposedName) {
+  QString folder = model_.productURL()
+                       ? QString::fromStdString(model_.productURL()->parent_path().string())
+                       : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  QString file = QFileDialog::getSaveFileName(this, qt(W::saveProductAs()),
+                                              folder + u'/' + proposedName,
+                                              qt(W::productFileFilter()));
+  if (file.isEmpty()) return std::nullopt;
+  if (!file.endsWith(QLatin1String(".twflash"), Qt::CaseInsensitive)) file += ".twflash";
+  return std::filesystem::path(file.toStdString());
+}
+
+std::optional<std::filesystem::path> MainWindow::chooseLogSaveLocation(const QString& proposedName) {
+  QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  QString file = QFileDialog::getSaveFileName(this, qt(W::saveLog()), folder + u'/' + proposedName,
+                                              qt(W::textFileFilter()));
+  if (file.isEmpty()) return std::nullopt;
+  return std::filesystem::path(file.toStdString());
+}
+
+FlasherDialogs::SaveChangesAnswer MainWindow::askSaveChanges() {
+  QMessageBox question(QMessageBox::Question, qt(W::saveCurrentProduct()),
+                       qt(W::saveCurrentProduct()), QMessageBox::NoButton, this);
+  question.setInformativeText(qt(W::unsavedChangesText()));
+  QPushButton* save = question.addButton(qt(W::saveEllipsis()), QMessageBox::AcceptRole);
+  QPushButton* dontSave = question.addButton(qt(W::dontSave()), QMessageBox::DestructiveRole);
+  question.addButton(qt(W::cancel()), QMessageBox::RejectRole);
+  question.setDefaultButton(save);
+  question.exec();
+  if (question.clickedButton() == save) return SaveChangesAnswer::save;
+  if (question.clickedButton() == dontSave) return SaveChangesAnswer::dontSave;
+  return SaveChangesAnswer::cancel;
+}
+
+void MainWindow::alert(const QString& message) {
+  QMessageBox box(QMessageBox::Information, qt(L10n::Errors::somethingWentWrong()), message,
+                  QMessageBox::NoButton, this);
+  box.addButton(qt(W::cancel()), QMessageBox::RejectRole);
+  box.exec();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!model_.requestQuit()) {
+    event->ignore();
+    return;
+  }
+  if (help_) help_->close();
+  event->accept();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+  // The banner's tint is picked for the palette; a switch between light and dark repaints it.
+  if (event->type() == QEvent::PaletteChange && banner_ != nullptr) {
+    QPalette shade = QApplication::palette();
+    shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
+                                         ? QColor(0xFF, 0xF4, 0xD6)
+                                         : QColor(0x4A, 0x3B, 0x12));
+    banner_->setPalette(shade);
+  }
+  QMainWindow::changeEvent(event);
+}
+
+} // namespace tarnwick

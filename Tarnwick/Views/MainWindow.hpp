@@ -1,0 +1,133 @@
+#pragma once
+// The main window over the flasher model: header with port and run controls, the no-board
+// notice, product and files, status line and log; the menus; the model's dialogs.
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include "Tarnwick/Model/FlasherModel.hpp"
+
+class QAction;
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QMessageBox;
+class QProgressBar;
+class QPushButton;
+class QSplitter;
+class QToolButton;
+
+namespace tarnwick {
+
+class FileListPanel;
+class HelpWindow;
+class LogView;
+class SettingsSheet;
+
+/// The coloured dot beside the port: the state of the run and of the last outcome.
+class StatusDot : public QWidget {
+  Q_OBJECT
+public:
+  explicit StatusDot(QWidget* parent = nullptr);
+  void setColor(const QColor& color);
+  QColor color() const { return color_; }
+  QSize sizeHint() const override { return {14, 14}; }
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+
+private:
+  QColor color_;
+};
+
+class MainWindow : public QMainWindow, public FlasherDialogs {
+  Q_OBJECT
+public:
+  explicit MainWindow(FlasherModel& model, QWidget* parent = nullptr);
+  ~MainWindow() override;
+
+  FlasherModel& model() const { return model_; }
+
+  // The parts tests and the screenshot mode reach for.
+  QComboBox* portPicker() const { return portPicker_; }
+  QPushButton* flashButton() const { return flashButton_; }
+  QAction* flashAction() const { return flashAction_; }
+  QFrame* noBoardBanner() const { return banner_; }
+  QComboBox* targetPicker() const { return targetPicker_; }
+  FileListPanel* fileList() const { return fileList_; }
+  SettingsSheet* settingsSheet();
+  HelpWindow* helpWindow();
+  StatusDot* statusDot() const { return statusDot_; }
+  QLabel* statusText() const { return statusText_; }
+  /// The alert showing `errorMessage`, while it is open.
+  QMessageBox* alertBox() const { return alert_; }
+  bool logShown() const;
+  void setLogShown(bool shown);
+
+  // FlasherDialogs.
+  std::optional<std::filesystem::path> chooseProductToOpen() override;
+  std::optional<std::filesystem::path> chooseProductSaveLocation(const QString& proposedName) override;
+  std::optional<std::filesystem::path> chooseLogSaveLocation(const QString& proposedName) override;
+  SaveChangesAnswer askSaveChanges() override;
+  void alert(const QString& message) override;
+
+public slots:
+  void showSettings();
+  void showHelp();
+  void showNotes();
+
+protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+private:
+  QWidget* buildHeader();
+  QWidget* buildBanner();
+  QWidget* buildProductPanel();
+  QWidget* buildStatusLine();
+  void buildMenus();
+  void refreshPorts();
+  void refreshRunControls();
+  void refreshProduct();
+  void refreshStatus();
+  void refreshBanner();
+  void refreshRecent();
+  void showErrorMessage();
+
+  FlasherModel& model_;
+  QComboBox* portPicker_ = nullptr;
+  StatusDot* statusDot_ = nullptr;
+  QPushButton* flashButton_ = nullptr;
+  QCheckBox* automatic_ = nullptr;
+  QToolButton* settingsButton_ = nullptr;
+  QFrame* banner_ = nullptr;
+  bool bannerDismissed_ = false;
+  QLineEdit* productName_ = nullptr;
+  QComboBox* targetPicker_ = nullptr;
+  QToolButton* notesButton_ = nullptr;
+  QList<QWidget*> productButtons_;
+  FileListPanel* fileList_ = nullptr;
+  QLabel* statusText_ = nullptr;
+  QProgressBar* progress_ = nullptr;
+  QLabel* counters_ = nullptr;
+  QToolButton* logToggle_ = nullptr;
+  QToolButton* logOptions_ = nullptr;
+  LogView* log_ = nullptr;
+  QSplitter* splitter_ = nullptr;
+  QAction* flashAction_ = nullptr;
+  QAction* autoFlashAction_ = nullptr;
+  QAction* showLogAction_ = nullptr;
+  QAction* autoscrollAction_ = nullptr;
+  QAction* timestampsAction_ = nullptr;
+  QAction* saveLogAction_ = nullptr;
+  QAction* clearLogAction_ = nullptr;
+  QMenu* recentMenu_ = nullptr;
+  QList<QAction*> editActions_;
+  QPointer<SettingsSheet> settings_;
+  QPointer<HelpWindow> help_;
+  QPointer<QMessageBox> alert_;
+};
+
+} // namespace tarnwick

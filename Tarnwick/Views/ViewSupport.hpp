@@ -1,0 +1,26 @@
+#pragma once
+// Small helpers shared by the views.
+
+#include <QKeySequence>
+#include <QString>
+#include <string>
+
+namespace tarnwick {
+
+/// A catalogue text as Qt wants it.
+inline QString qt(const std::string& text) { return QString::fromStdString(text); }
+
+/// How this platform writes a shortcut, for texts that name one.
+inline std::string shortcutText(const QKeySequence& keys) {
+  return keys.toString(QKeySequence::NativeText).toStdString();
+}
+
+/// The shortcuts of the window's commands, in one place so menus, tooltips and help agree.
+namespace Shortcuts {
+inline QKeySequence flash() { return QKeySequence(Qt::CTRL | Qt::Key_R); }
+inline QKeySequence showLog() { return QKeySequence(Qt::CTRL | Qt::Key_L); }
+inline QKeySequence clearLog() { return QKeySequence(Qt::CTRL | Qt::Key_K); }
+inline QKeySequence saveLog() { return QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S); }
+} // namespace Shortcuts
+
+} // namespace tarnwick
