@@ -12,7 +12,7 @@ cleanup() {
 }
 trap cleanup EXIT
 
-build/tests/support/tarnwick-simboard esp32 --pace --demo-folder "$work/project" >"$work/port" &
+build/Simulator/tarnwick-simboard esp32 --pace --demo-folder "$work/project" >"$work/port" &
 sim=$!
 for _ in $(seq 50); do
   [ -s "$work/port" ] && break

@@ -6,7 +6,7 @@ cd "$(dirname "$0")/.."
 scripts/setup.sh
 scripts/build.sh
 
-if [ -x build/TarnwickCLI/tarnwick-cli ] && [ -x build/tests/support/tarnwick-simboard ]; then
+if [ -x build/TarnwickCLI/tarnwick-cli ] && [ -x build/Simulator/tarnwick-simboard ]; then
   exec scripts/demo.sh
 fi
 echo "Tarnwick is built, but the demo programs are missing; run scripts/test.sh for the tests."
