@@ -9,3 +9,10 @@ QString screenshotPath(const QString& name) {
   return QFile::exists(path) ? path : QString();
 }
 } // namespace tarnwick::assets
+
+namespace tarnwick::assets {
+QString iconResource(const QString& name) {
+  QString path = QStringLiteral(":/tarnwick/icons/") + name + QStringLiteral(".svg");
+  return QFile::exists(path) ? path : QString();
+}
+} // namespace tarnwick::assets

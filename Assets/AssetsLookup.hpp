@@ -12,3 +12,9 @@ inline const QString iconPath = QStringLiteral(":/tarnwick/tarnwick.svg");
 /// empty when no such image is compiled in.
 QString screenshotPath(const QString& name);
 } // namespace tarnwick::assets
+
+namespace tarnwick::assets {
+/// The resource path of one of the program's own icons by its name, for symbols the icon theme
+/// has no picture for; empty when there is none.
+QString iconResource(const QString& name);
+} // namespace tarnwick::assets

@@ -1,5 +1,6 @@
 #include "Tarnwick/Views/LogView.hpp"
 
+#include <QEvent>
 #include <QPainter>
 #include <QScrollBar>
 #include <QSvgRenderer>

@@ -3,9 +3,12 @@
 // notice, product and files, status line and log; the menus; the model's dialogs.
 
 #include <QMainWindow>
+#include <QMessageBox>
 #include <QPointer>
 
 #include "Tarnwick/Model/FlasherModel.hpp"
+#include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/SettingsSheet.hpp"
 
 class QAction;
 class QCheckBox;
@@ -13,7 +16,6 @@ class QComboBox;
 class QFrame;
 class QLabel;
 class QLineEdit;
-class QMessageBox;
 class QProgressBar;
 class QPushButton;
 class QSplitter;

@@ -1,0 +1,243 @@
+#include "Tarnwick/Views/HelpWindow.hpp"
+
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QImage>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QTextBlock>
+#include <QTextBrowser>
+#include <QTextCursor>
+#include <QTextFrame>
+#include <QTextList>
+#include <QTextTable>
+#include <QVBoxLayout>
+
+#include "Assets/AssetsLookup.hpp"
+#include "Tarnwick/Views/ViewSupport.hpp"
+
+namespace tarnwick {
+
+namespace {
+QIcon topicIcon(const std::string& symbol, const QStyle* style) {
+  HelpIcon icon = L10n::Help::icon(symbol);
+  QString name = QString::fromStdString(icon.name);
+  if (icon.own) {
+    QString path = assets::iconResource(name);
+    if (!path.isEmpty()) return QIcon(path);
+  }
+  return QIcon::fromTheme(name, style->standardIcon(QStyle::SP_MessageBoxInformation));
+}
+
+/// Screenshots are shown at most this wide, in device-independent pixels.
+constexpr int screenshotWidth = 560;
+} // namespace
+
+HelpWindow::HelpWindow(QWidget* parent)
+    : QWidget(parent, Qt::Window), index_(L10n::Help::topics()) {
+  setObjectName("help");
+  setWindowTitle(qt(L10n::Help::windowTitle()));
+  auto* layout = new QHBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* splitter = new QSplitter;
+  layout->addWidget(splitter);
+
+  auto* side = new QWidget;
+  auto* sideLayout = new QVBoxLayout(side);
+  sideLayout->setContentsMargins(8, 8, 4, 8);
+  search_ = new QLineEdit;
+  search_->setObjectName("helpSearch");
+  search_->setPlaceholderText(qt(L10n::Help::searchPlaceholder()));
+  search_->setClearButtonEnabled(true);
+  sidebar_ = new QStackedWidget;
+  list_ = new QListWidget;
+  list_->setObjectName("helpTopics");
+  list_->setIconSize(QSize(20, 20));
+  nothing_ = new QLabel(qt(L10n::Help::noTopicsFound()));
+  nothing_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+  nothing_->setForegroundRole(QPalette::PlaceholderText);
+  sidebar_->addWidget(list_);
+  sidebar_->addWidget(nothing_);
+  sideLayout->addWidget(search_);
+  sideLayout->addWidget(sidebar_, 1);
+  splitter->addWidget(side);
+
+  page_ = new QTextBrowser;
+  page_->setObjectName("helpPage");
+  page_->setOpenExternalLinks(false);
+  page_->setFrameShape(QFrame::NoFrame);
+  page_->document()->setDocumentMargin(18);
+  splitter->addWidget(page_);
+  splitter->setStretchFactor(0, 0);
+  splitter->setStretchFactor(1, 1);
+  splitter->setSizes({230, 620});
+
+  connect(search_, &QLineEdit::textChanged, this, &HelpWindow::searchChanged);
+  connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+    if (row < 0) return;
+    std::size_t position = list_->item(row)->data(Qt::UserRole).toULongLong();
+    const HelpTopic& topic = index_.topics()[position];
+    if (topic.id == selected_) return;
+    selected_ = topic.id;
+    render(topic);
+  });
+  searchChanged();
+  resize(880, 640);
+}
+
+void HelpWindow::selectTopic(const std::string& id) {
+  for (int row = 0; row < list_->count(); ++row) {
+    std::size_t position = list_->item(row)->data(Qt::UserRole).toULongLong();
+    if (index_.topics()[position].id == id) {
+      list_->setCurrentRow(row);
+      return;
+    }
+  }
+  search_->clear();
+  selectTopic(id);
+}
+
+void HelpWindow::searchChanged() {
+  std::vector<std::size_t> listed = index_.search(search_->text());
+  std::optional<std::string> keep = index_.selection(listed, selected_);
+  QSignalBlocker quiet(list_);
+  list_->clear();
+  int current = -1;
+  for (std::size_t position : listed) {
+    const HelpTopic& topic = index_.topics()[position];
+    auto* item = new QListWidgetItem(topicIcon(topic.symbol, style()), qt(topic.title));
+    item->setData(Qt::UserRole, qulonglong(position));
+    list_->addItem(item);
+    if (keep && topic.id == *keep) current = list_->count() - 1;
+  }
+  sidebar_->setCurrentWidget(listed.empty() ? static_cast<QWidget*>(nothing_) : list_);
+  list_->setCurrentRow(current);
+  if (!keep) {
+    selected_.clear();
+    page_->clear();
+    return;
+  }
+  if (*keep != selected_) {
+    selected_ = *keep;
+    render(index_.topics()[listed[static_cast<std::size_t>(current)]]);
+  }
+}
+
+void HelpWindow::render(const HelpTopic& topic) {
+  QTextDocument* document = page_->document();
+  document->clear();
+  QTextCursor cursor(document);
+  QTextBlockFormat body;
+  body.setBottomMargin(8);
+  body.setLineHeight(115, QTextBlockFormat::ProportionalHeight);
+  QTextCharFormat plain;
+
+  auto heading = [&](const std::string& text, double scale, bool first) {
+    QTextBlockFormat format;
+    format.setTopMargin(first ? 0 : 12);
+    format.setBottomMargin(6);
+    format.setHeadingLevel(scale > 1.4 ? 1 : 2);
+    if (!first) cursor.insertBlock(format, plain);
+    else cursor.setBlockFormat(format);
+    QTextCharFormat title;
+    title.setFontWeight(QFont::Bold);
+    title.setFontPointSize(page_->font().pointSizeF() * scale);
+    cursor.insertText(qt(text), title);
+  };
+  heading(topic.title, 1.6, true);
+
+  for (const HelpBlock& block : topic.blocks) {
+    std::visit(
+        [&](const auto& content) {
+          using Block = std::decay_t<decltype(content)>;
+          if constexpr (std::is_same_v<Block, HelpBlock::heading>) {
+            heading(content.text, 1.2, false);
+          } else if constexpr (std::is_same_v<Block, HelpBlock::paragraph>) {
+            cursor.insertBlock(body, plain);
+            cursor.insertFragment(HelpText::fragment(content.text));
+          } else if constexpr (std::is_same_v<Block, HelpBlock::bullets>) {
+            QTextListFormat list;
+            list.setStyle(QTextListFormat::ListDisc);
+            list.setIndent(1);
+            bool first = true;
+            for (const std::string& item : content.items) {
+              cursor.insertBlock(body, plain);
+              if (first) cursor.createList(list);
+              else cursor.currentList()->add(cursor.block());
+              first = false;
+              cursor.insertFragment(HelpText::fragment(item));
+            }
+          } else if constexpr (std::is_same_v<Block, HelpBlock::table>) {
+            cursor.insertBlock(body, plain);
+            QTextTableFormat format;
+            format.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+            format.setBorder(0.5);
+            format.setBorderBrush(palette().color(QPalette::Mid));
+            format.setCellPadding(5);
+            format.setCellSpacing(0);
+            format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+            format.setColumnWidthConstraints({QTextLength(QTextLength::PercentageLength, 32),
+                                              QTextLength(QTextLength::PercentageLength, 68)});
+            QTextTable* table = cursor.insertTable(static_cast<int>(content.rows.size()), 2, format);
+            for (int row = 0; row < table->rows(); ++row) {
+              const HelpRow& data = content.rows[static_cast<std::size_t>(row)];
+              QTextCursor key = table->cellAt(row, 0).firstCursorPosition();
+              QTextCharFormat bold;
+              bold.setFontWeight(QFont::DemiBold);
+              key.setCharFormat(bold);
+              key.insertFragment(HelpText::fragment(data.key));
+              table->cellAt(row, 1).firstCursorPosition().insertFragment(
+                  HelpText::fragment(data.value));
+            }
+            cursor.movePosition(QTextCursor::End);
+          } else if constexpr (std::is_same_v<Block, HelpBlock::tip>) {
+            cursor.insertBlock(body, plain);
+            QTextFrameFormat frame;
+            frame.setBackground(palette().color(QPalette::Highlight).lighter(
+                palette().color(QPalette::Base).value() > 128 ? 185 : 60));
+            frame.setPadding(8);
+            frame.setBorder(0);
+            frame.setMargin(2);
+            cursor.insertFrame(frame);
+            QTextCharFormat label;
+            label.setFontWeight(QFont::Bold);
+            cursor.insertText(qt(L10n::Help::tipLabel()) + QStringLiteral("  "), label);
+            cursor.insertFragment(HelpText::fragment(content.text));
+            cursor.movePosition(QTextCursor::End);
+          } else if constexpr (std::is_same_v<Block, HelpBlock::screenshot>) {
+            QString path = assets::screenshotPath(QString::fromStdString(content.name));
+            if (!path.isEmpty()) {
+              QImage image(path);
+              QTextBlockFormat centred = body;
+              centred.setAlignment(Qt::AlignHCenter);
+              cursor.insertBlock(centred, plain);
+              QString url = QStringLiteral("help-image://") + QString::fromStdString(content.name);
+              document->addResource(QTextDocument::ImageResource, QUrl(url), image);
+              QTextImageFormat picture;
+              picture.setName(url);
+              // Wide captures are scaled down to fit the page; the pixels stay in the resource, so
+              // a high-density screen still shows them sharp.
+              double width = std::min<double>(screenshotWidth, image.width());
+              picture.setWidth(width);
+              picture.setHeight(width * image.height() / std::max(1, image.width()));
+              cursor.insertImage(picture);
+            }
+            QTextBlockFormat caption = body;
+            caption.setAlignment(Qt::AlignHCenter);
+            cursor.insertBlock(caption, plain);
+            QTextCharFormat small;
+            small.setFontItalic(true);
+            small.setForeground(palette().color(QPalette::PlaceholderText));
+            cursor.insertText(HelpText::plainText(content.caption), small);
+          }
+        },
+        block.value);
+  }
+  page_->moveCursor(QTextCursor::Start);
+}
+
+} // namespace tarnwick

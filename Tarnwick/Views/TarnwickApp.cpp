@@ -1,0 +1,124 @@
+#include "Tarnwick/Views/TarnwickApp.hpp"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include "Tarnwick/Model/FlasherModel.hpp"
+#include "Tarnwick/Model/SoundSink.hpp"
+#include "Tarnwick/Views/MainWindow.hpp"
+
+namespace tarnwick {
+
+namespace {
+class SilentSounds : public SoundSink {
+public:
+  void play(const std::string&) override {}
+};
+
+/// How long a second instance waits for the first to take its files.
+constexpr int handOverTimeoutMilliseconds = 3000;
+
+QStringList absoluteFiles(const std::vector<std::string>& files) {
+  QStringList absolute;
+  for (const std::string& file : files)
+    absolute << QFileInfo(QString::fromStdString(file)).absoluteFilePath();
+  return absolute;
+}
+} // namespace
+
+TarnwickApp::TarnwickApp(CommandLine line, QObject* parent)
+    : QObject(parent), line_(std::move(line)) {}
+
+TarnwickApp::~TarnwickApp() {
+  // The window refers to the model; it goes first.
+  window_.reset();
+  model_.reset();
+}
+
+QString TarnwickApp::instanceName() {
+  // Under the user's runtime directory the socket is private to the session; the name is a path.
+  QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+  QString user = qEnvironmentVariable("USER", QStringLiteral("user"));
+  if (runtime.isEmpty()) return QStringLiteral("tarnwick-") + user;
+  return runtime + QStringLiteral("/tarnwick-") + QCoreApplication::applicationName() +
+         QStringLiteral(".socket");
+}
+
+bool TarnwickApp::claimInstance() {
+  QString name = instanceName();
+  {
+    QLocalSocket running;
+    running.connectToServer(name);
+    if (running.waitForConnected(handOverTimeoutMilliseconds / 3)) {
+      // One file per line; an empty message only raises the running window.
+      QByteArray message = absoluteFiles(line_.files).join(u'\n').toUtf8() + '\n';
+      running.write(message);
+      running.waitForBytesWritten(handOverTimeoutMilliseconds);
+      running.disconnectFromServer();
+      if (running.state() != QLocalSocket::UnconnectedState)
+        running.waitForDisconnected(handOverTimeoutMilliseconds);
+      return false;
+    }
+  }
+  // Nobody answered: a socket left by a crashed instance is stale.
+  QLocalServer::removeServer(name);
+  server_ = std::make_unique<QLocalServer>();
+  server_->setSocketOptions(QLocalServer::UserAccessOption);
+  if (server_->listen(name))
+    connect(server_.get(), &QLocalServer::newConnection, this, &TarnwickApp::acceptConnection);
+  // Without the socket the program still runs; it just cannot take files from a second start.
+  return true;
+}
+
+void TarnwickApp::acceptConnection() {
+  while (QLocalSocket* socket = server_->nextPendingConnection()) {
+    connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    connect(socket, &QLocalSocket::readyRead, this, [this, socket] {
+      if (!socket->canReadLine()) return;
+      QByteArray all = socket->readAll();
+      QStringList files;
+      for (const QByteArray& line : all.split('\n'))
+        if (!line.isEmpty()) files << QString::fromUtf8(line);
+      openFiles(files);
+      if (window_) {
+        window_->show();
+        window_->raise();
+        window_->activateWindow();
+      }
+    });
+  }
+}
+
+void TarnwickApp::start() {
+  FlasherModel::Options options;
+  options.testDevices = line_.testDevices;
+  options.portSource = makeScannerPortSource();
+  if (!line_.screenshotFolder.empty()) {
+    // Pictures are taken from a clean slate and leave the user's own work alone.
+    scratch_ = std::make_unique<QTemporaryDir>();
+    options.autosaveLocation = scratch_->filePath(QStringLiteral("Current.twflash")).toStdString();
+    options.sounds = std::make_shared<SilentSounds>();
+  }
+  model_ = std::make_unique<FlasherModel>(std::move(options));
+  window_ = std::make_unique<MainWindow>(*model_);
+  pending_ << absoluteFiles(line_.files);
+  openFiles({});
+  connect(qApp, &QCoreApplication::aboutToQuit, model_.get(), &FlasherModel::saveWorkNow);
+}
+
+void TarnwickApp::openFiles(const QStringList& files) {
+  pending_ << files;
+  if (!model_ || pending_.isEmpty()) return;
+  QString first = pending_.front();
+  pending_.clear();
+  // A run in progress keeps its product; the file can be opened again when it is done.
+  if (model_->isFlashing()) return;
+  model_->openProduct(first.toStdString());
+}
+
+} // namespace tarnwick

@@ -1,0 +1,54 @@
+#pragma once
+// The running application: one instance per user session, the model and its window, product
+// files handed over by the desktop, and the screenshot mode.
+
+#include <QObject>
+#include <QString>
+#include <memory>
+
+#include "Tarnwick/Views/CommandLine.hpp"
+
+class QLocalServer;
+class QTemporaryDir;
+
+namespace tarnwick {
+
+class FlasherModel;
+class MainWindow;
+
+class TarnwickApp : public QObject {
+  Q_OBJECT
+public:
+  explicit TarnwickApp(CommandLine line, QObject* parent = nullptr);
+  ~TarnwickApp() override;
+
+  /// The name of the session's instance socket.
+  static QString instanceName();
+
+  /// Becomes the session's instance. When another one is running it gets this command line's
+  /// files (or is raised) and false is returned: this process should end.
+  bool claimInstance();
+  /// Creates the model and the window and opens the first file given.
+  void start();
+  /// Drives the window through its main states and saves a picture of each; the exit code.
+  int takeScreenshots();
+
+  FlasherModel* model() const { return model_.get(); }
+  MainWindow* window() const { return window_.get(); }
+
+  /// Opens the first of `files` as a product handed over by the desktop: no unsaved-changes
+  /// question. Files that arrive before the model exists wait for it.
+  void openFiles(const QStringList& files);
+
+private:
+  void acceptConnection();
+
+  CommandLine line_;
+  QStringList pending_;
+  std::unique_ptr<QLocalServer> server_;
+  std::unique_ptr<QTemporaryDir> scratch_;
+  std::unique_ptr<FlasherModel> model_;
+  std::unique_ptr<MainWindow> window_;
+};
+
+} // namespace tarnwick
