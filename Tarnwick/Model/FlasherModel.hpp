@@ -289,8 +289,12 @@ signals:
   /// A board appeared and will be flashed once the delay has passed.
   void autoFlashScheduled(const QString& path);
 
+public:
+  /// One event of the running job, on the main thread: stage text, throttled progress and log
+  /// lines. Ignored unless flashing.
+  void handle(const tarnwick::FlashEvent& event);
+
 private:
-  void handle(const FlashEvent& event);
   /// The end of a run: a summary, or the failure with its message (cancelled: no message).
   void finish(std::optional<FlashSummary> summary, bool cancelled, const std::string& message);
   void appendLine(const LogSegment& line);
