@@ -163,12 +163,11 @@ void HelpWindow::render(const HelpTopic& topic) {
             QTextListFormat list;
             list.setStyle(QTextListFormat::ListDisc);
             list.setIndent(1);
-            bool first = true;
+            QTextList* items = nullptr;
             for (const std::string& item : content.items) {
               cursor.insertBlock(body, plain);
-              if (first) cursor.createList(list);
-              else cursor.currentList()->add(cursor.block());
-              first = false;
+              if (items == nullptr) items = cursor.createList(list);
+              else items->add(cursor.block());
               cursor.insertFragment(HelpText::fragment(item));
             }
           } else if constexpr (std::is_same_v<Block, HelpBlock::table>) {

@@ -10,6 +10,7 @@
 
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
+#include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
 
 namespace tarnwick {
@@ -106,8 +107,8 @@ void TarnwickApp::start() {
   }
   model_ = std::make_unique<FlasherModel>(std::move(options));
   window_ = std::make_unique<MainWindow>(*model_);
-  pending_ << absoluteFiles(line_.files);
-  openFiles({});
+  // The screenshot mode takes its file itself, between two pictures.
+  if (line_.screenshotFolder.empty()) openFiles(absoluteFiles(line_.files));
   connect(qApp, &QCoreApplication::aboutToQuit, model_.get(), &FlasherModel::saveWorkNow);
 }
 
@@ -118,7 +119,15 @@ void TarnwickApp::openFiles(const QStringList& files) {
   pending_.clear();
   // A run in progress keeps its product; the file can be opened again when it is done.
   if (model_->isFlashing()) return;
-  model_->openProduct(first.toStdString());
+  // A build folder or a firmware file given instead of a product is taken as a drop would be.
+  DropAction action = dropActionFor({first.toStdString()});
+  if (action.kind == DropAction::Kind::importFolder)
+    model_->importFolder(action.locations.front());
+  else if (first.endsWith(QLatin1String(".bin"), Qt::CaseInsensitive) ||
+           first.endsWith(QLatin1String(".hex"), Qt::CaseInsensitive))
+    model_->addFiles(action.locations);
+  else
+    model_->openProduct(first.toStdString());
 }
 
 } // namespace tarnwick
