@@ -89,7 +89,10 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   buttons->addWidget(files);
   buttons->addWidget(folder);
   buttons->addStretch();
-  layout->addLayout(buttons);
+  topButtons_ = new QWidget;
+  topButtons_->setLayout(buttons);
+  buttons->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(topButtons_);
 
   stack_ = new QStackedWidget;
   layout->addWidget(stack_, 1);
@@ -108,7 +111,7 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   emptyHint_->setWordWrap(true);
   emptyHint_->setAlignment(Qt::AlignCenter);
   emptyHint_->setForegroundRole(QPalette::PlaceholderText);
-  emptyHint_->setMaximumWidth(560);
+  emptyHint_->setFixedWidth(480);
   emptyLayout->addWidget(emptyTitle_);
   emptyLayout->addWidget(emptyHint_, 0, Qt::AlignHCenter);
   auto* emptyButtons = new QHBoxLayout;
@@ -195,6 +198,8 @@ void FileListPanel::refresh() {
   std::vector<UUID> ids;
   for (const FirmwareImage& image : product.images) ids.push_back(image.id);
   stack_->setCurrentIndex(ids.empty() ? 0 : 1);
+  // The empty view has the same buttons in its middle.
+  topButtons_->setVisible(!ids.empty());
   // Rows are rebuilt only when entries come or go: rebuilding under an address being typed would
   // take the field away from the user's fingers.
   if (ids != rowIDs_) {

@@ -61,6 +61,7 @@ private:
   void setDragHighlight(bool on);
 
   FlasherModel& model_;
+  QWidget* topButtons_;
   QStackedWidget* stack_;
   QTableWidget* table_;
   QLabel* emptyTitle_;

@@ -455,7 +455,13 @@ void MainWindow::showNotes() {
 bool MainWindow::logShown() const { return log_->isVisible() || !log_->isHidden(); }
 
 void MainWindow::setLogShown(bool shown) {
+  bool wasShown = !log_->isHidden();
   log_->setVisible(shown);
+  if (shown && !wasShown) {
+    // The log opens at a useful height: about two fifths of the window.
+    int total = splitter_->height();
+    splitter_->setSizes({total * 3 / 5, total * 2 / 5});
+  }
   logToggle_->setChecked(shown);
   showLogAction_->setChecked(shown);
   QSettings().setValue(showLogKey, shown);

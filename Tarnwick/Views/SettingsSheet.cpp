@@ -23,11 +23,15 @@ namespace {
 namespace W = L10n::Window;
 
 /// Line speeds offered for ESP flashing; the ROM starts at the first.
+constexpr int explanationWidth = 460;
+
 constexpr std::int64_t flashSpeeds[] = {115200, 230400, 460800, 921600, 1500000, 2000000};
 
 QLabel* explanation(const std::string& text) {
   auto* label = new QLabel(qt(text));
   label->setWordWrap(true);
+  // A wrapped label only gets the height it needs once its width is known.
+  label->setFixedWidth(explanationWidth);
   label->setForegroundRole(QPalette::PlaceholderText);
   QFont small = label->font();
   small.setPointSizeF(small.pointSizeF() * 0.9);

@@ -1,0 +1,255 @@
+// The main window driven as a user drives it: ports and the banner, the target switch, drops,
+// addresses typed into the table, Ctrl+R against a simulated board, and the alert.
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTest>
+#include <fstream>
+
+#include "FlashCore/ProductPackage.hpp"
+#include "Localization/Language.hpp"
+#include "Simulator/SimulatedESP.hpp"
+#include "Tarnwick/Model/ModelFixture.hpp"
+#include "Tarnwick/Views/AddressField.hpp"
+#include "Tarnwick/Views/FileListPanel.hpp"
+#include "Tarnwick/Views/MainWindow.hpp"
+#include "support/BuildFolders.hpp"
+
+namespace tarnwick::testing {
+namespace {
+
+using simulator::SimulatedESP;
+using simulator::SimulatedESPOptions;
+
+class WindowTest : public ModelTest {
+protected:
+  MainWindow& open(std::vector<std::string> testDevices = {}) {
+    model = makeModel(std::move(testDevices));
+    window = std::make_unique<MainWindow>(*model);
+    // The real dialogs would wait for a person; the scripted ones answer at once.
+    model->setDialogs(&dialogs);
+    window->show();
+    window->activateWindow();
+    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    return *window;
+  }
+  void TearDown() override {
+    window.reset();
+    model.reset();
+    ModelTest::TearDown();
+  }
+
+  void drop(const std::vector<std::filesystem::path>& locations) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const auto& location : locations)
+      urls << QUrl::fromLocalFile(QString::fromStdString(location.string()));
+    data.setUrls(urls);
+    FileListPanel* target = window->fileList();
+    QPoint middle = target->rect().center();
+    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &enter);
+    ASSERT_TRUE(enter.isAccepted());
+    QDropEvent event(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &event);
+  }
+
+  std::filesystem::path writeFile(const std::string& name, const Bytes& bytes) {
+    auto location = path(name);
+    std::ofstream(location, std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return location;
+  }
+
+  std::vector<std::string> fileNames() const {
+    std::vector<std::string> names;
+    for (const auto& image : model->product().images) names.push_back(image.fileName);
+    return names;
+  }
+
+  std::unique_ptr<FlasherModel> model;
+  std::unique_ptr<MainWindow> window;
+};
+
+SerialPortInfo port(const std::string& path, std::optional<int> vendor) {
+  return {path, vendor ? std::optional<std::string>("USB Serial") : std::nullopt, vendor,
+          vendor ? std::optional<int>(0x7523) : std::nullopt};
+}
+
+TEST_F(WindowTest, PortPickerBannerAndFlashFollowThePortsAndTheProduct) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  EXPECT_EQ(w.portPicker()->currentText(), "No ports found");
+  EXPECT_TRUE(w.noBoardBanner()->isVisible());
+  EXPECT_FALSE(w.flashButton()->isEnabled());
+
+  // A Bluetooth serial port is no board: the banner stays, nothing is chosen for the user.
+  model->portsChanged({port("/dev/rfcomm0", std::nullopt)});
+  EXPECT_TRUE(w.noBoardBanner()->isVisible());
+  EXPECT_EQ(w.portPicker()->currentText(), "Select a port…");
+
+  model->portsChanged({port("/dev/rfcomm0", std::nullopt), port("/dev/ttyUSB0", 0x1A86)});
+  EXPECT_FALSE(w.noBoardBanner()->isVisible());
+  EXPECT_EQ(w.portPicker()->currentData().toString(), "/dev/ttyUSB0");
+  EXPECT_FALSE(w.flashButton()->isEnabled()); // no firmware yet
+  EXPECT_FALSE(w.flashAction()->isEnabled());
+
+  load(*model, espProduct(ESPChip::esp32, 16 * 1024));
+  EXPECT_TRUE(w.flashButton()->isEnabled());
+  EXPECT_TRUE(w.flashAction()->isEnabled());
+  EXPECT_EQ(w.statusText()->text(), "Ready to flash");
+
+  // Choosing the other port from the picker, as a user does with the keyboard.
+  w.portPicker()->setFocus();
+  QTest::keyClick(w.portPicker(), Qt::Key_Up);
+  EXPECT_EQ(model->selectedPath(), "/dev/rfcomm0");
+
+  // A remembered port that has gone is still shown, marked.
+  model->setSelectedPath("/dev/ttyUSB7");
+  EXPECT_EQ(w.portPicker()->currentText(), "/dev/ttyUSB7 (not connected)");
+}
+
+TEST_F(WindowTest, TargetSwitchShowsTheSectionsAndColumnsOfTheBoard) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  SettingsSheet* sheet = w.settingsSheet();
+  sheet->show();
+  auto espShown = [&] {
+    return sheet->connectionSection()->isVisible() && sheet->flashMemorySection()->isVisible() &&
+           !sheet->boardSection()->isVisible();
+  };
+  QTableWidget* table = w.fileList()->table();
+  EXPECT_TRUE(espShown());
+
+  w.targetPicker()->setFocus();
+  QTest::keyClick(w.targetPicker(), Qt::Key_End); // the last board: Pro Micro
+  EXPECT_EQ(model->product().target, Target::avr(AVRBoard::proMicro));
+  EXPECT_FALSE(sheet->connectionSection()->isVisible());
+  EXPECT_FALSE(sheet->flashMemorySection()->isVisible());
+  EXPECT_TRUE(sheet->boardSection()->isVisible());
+  EXPECT_TRUE(table->isColumnHidden(FileListPanel::addressColumn));
+  EXPECT_EQ(table->horizontalHeaderItem(FileListPanel::fileColumn)->text(), "Sketch");
+
+  QTest::keyClick(w.targetPicker(), Qt::Key_Home);
+  EXPECT_EQ(model->product().target, Target::esp());
+  EXPECT_TRUE(espShown());
+  EXPECT_FALSE(table->isColumnHidden(FileListPanel::addressColumn));
+  EXPECT_EQ(table->horizontalHeaderItem(FileListPanel::fileColumn)->text(), "File");
+}
+
+TEST_F(WindowTest, DropsAddFilesImportBuildFoldersAndOpenProductsWithoutAsking) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  std::vector<std::filesystem::path> bins;
+  for (const char* name : {"a.bin", "b.bin", "c.bin"}) bins.push_back(writeFile(name, Bytes(4096, 0x5A)));
+  drop(bins);
+  EXPECT_EQ(fileNames(), (std::vector<std::string>{"a.bin", "b.bin", "c.bin"}));
+  EXPECT_EQ(w.fileList()->table()->rowCount(), 3);
+
+  auto project = path("project");
+  platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoDefault()).writeTo(project);
+  drop({project / ".pio" / "build" / "esp32dev"});
+  auto names = fileNames();
+  EXPECT_EQ(std::count(names.begin(), names.end(), "a.bin"), 0);
+  EXPECT_EQ(std::count(names.begin(), names.end(), "firmware.bin"), 1);
+  EXPECT_EQ(w.fileList()->table()->rowCount(), static_cast<int>(names.size()));
+
+  // A modified product is replaced by a dropped product file without the question.
+  Product edited = model->product();
+  edited.name = "Edited";
+  model->setProduct(edited);
+  ASSERT_TRUE(model->hasUnsavedChanges());
+  auto saved = espProduct(ESPChip::esp32s3, 8 * 1024);
+  saved.product.name = "Lamp";
+  ProductPackage::write({saved.product, saved.files}, path("Lamp.twflash"));
+  drop({path("Lamp.twflash")});
+  EXPECT_EQ(model->product().name, "Lamp");
+  EXPECT_FALSE(model->hasUnsavedChanges());
+  EXPECT_EQ(dialogs.questions, 0);
+  EXPECT_EQ(w.windowTitle(), "Lamp");
+}
+
+TEST_F(WindowTest, AddressesAreTypedIntoTheTableAndDeleteRemovesFiles) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  load(*model, espProduct(ESPChip::esp32, 8 * 1024));
+  QTableWidget* table = w.fileList()->table();
+  int last = table->rowCount() - 1;
+  auto* field = qobject_cast<AddressField*>(table->cellWidget(last, FileListPanel::addressColumn));
+  ASSERT_NE(field, nullptr);
+  QTest::mouseClick(field, Qt::LeftButton);
+  field->selectAll();
+  QTest::keyClicks(field, "0x3f0000");
+  EXPECT_EQ(model->product().images.back().offset, 0x3F0000u);
+  QTest::keyClicks(field, "z");
+  EXPECT_TRUE(field->isMarkedInvalid());
+  EXPECT_EQ(model->product().images.back().offset, 0x3F0000u);
+  QTest::keyClick(field, Qt::Key_Return);
+  EXPECT_EQ(field->text(), "0x3F0000");
+
+  // The enable box of the first row.
+  auto* box = table->cellWidget(0, FileListPanel::enabledColumn)->findChild<QCheckBox*>();
+  QTest::mouseClick(box, Qt::LeftButton);
+  EXPECT_FALSE(model->product().images.front().enabled);
+
+  std::size_t before = model->product().images.size();
+  std::string second = model->product().images[1].fileName;
+  table->setFocus();
+  table->selectRow(1);
+  QTest::keyClick(table, Qt::Key_Delete);
+  ASSERT_EQ(model->product().images.size(), before - 1);
+  auto names = fileNames();
+  EXPECT_EQ(std::count(names.begin(), names.end(), second), 0);
+  EXPECT_EQ(table->rowCount(), static_cast<int>(before - 1));
+}
+
+TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
+  LanguageOverride english(Language::en);
+  SimulatedESPOptions options;
+  options.paceLine = true; // real line speed, so the run is still going when it is stopped
+  SimulatedESP board(options);
+  MainWindow& w = open({board.path()});
+  load(*model, espProduct(ESPChip::esp32, 256 * 1024));
+  ASSERT_TRUE(w.flashButton()->isEnabled());
+
+  QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
+  ASSERT_TRUE(model->isFlashing());
+  EXPECT_EQ(w.flashButton()->text(), "Stop");
+  EXPECT_FALSE(w.portPicker()->isEnabled());
+  EXPECT_EQ(w.portPicker()->toolTip(), "Wait until flashing has finished");
+  EXPECT_FALSE(w.noBoardBanner()->isVisible());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return model->progressDone() > 0; }, 20000));
+
+  QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
+  ASSERT_TRUE(waitUntilIdle(*model));
+  ASSERT_TRUE(model->outcome());
+  EXPECT_TRUE(std::holds_alternative<FlashOutcome::Cancelled>(model->outcome()->value));
+  EXPECT_EQ(w.flashButton()->text(), "Flash");
+  EXPECT_TRUE(w.portPicker()->isEnabled());
+  EXPECT_EQ(w.statusDot()->color(), QColor(0x9A, 0x9A, 0x9A));
+}
+
+TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  drop({writeFile("empty.bin", {})});
+  ASSERT_TRUE(model->errorMessage().startsWith("Cannot use empty.bin: "));
+  ASSERT_TRUE(QTest::qWaitFor([&] { return w.alertBox() != nullptr; }, 2000));
+  QMessageBox* alert = w.alertBox();
+  EXPECT_EQ(alert->windowTitle(), "Something went wrong");
+  EXPECT_EQ(alert->text(), model->errorMessage());
+  ASSERT_EQ(alert->buttons().size(), 1);
+  EXPECT_EQ(alert->buttons().front()->text(), "OK");
+  QTest::mouseClick(alert->buttons().front(), Qt::LeftButton);
+  EXPECT_TRUE(model->errorMessage().isEmpty());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return w.alertBox() == nullptr; }, 2000));
+}
+
+} // namespace
+} // namespace tarnwick::testing
