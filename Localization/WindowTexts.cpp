@@ -40,7 +40,7 @@ std::string clearLog() {
 }
 std::string quit() { return tr({"&Quit", "&Stoppen", "&Beenden", "&Quitter", "&Salir"}); }
 std::string showLog() {
-  return tr({"Show Log", "Log tonen", "Protokoll zeigen", "Afficher le journal",
+  return tr({"Show Log", "Log tonen", "Protokoll einblenden", "Afficher le journal",
              "Mostrar registro"});
 }
 std::string autoscroll() {

@@ -36,6 +36,8 @@ QLabel* explanation(const std::string& text) {
   QFont small = label->font();
   small.setPointSizeF(small.pointSizeF() * 0.9);
   label->setFont(small);
+  // The height follows the font just set; a form layout would otherwise squeeze the lines.
+  label->setFixedHeight(label->heightForWidth(explanationWidth));
   return label;
 }
 } // namespace

@@ -5,6 +5,8 @@
 #include <QString>
 #include <string>
 
+#include "Localization/Language.hpp"
+
 namespace tarnwick {
 
 /// A catalogue text as Qt wants it.
@@ -12,7 +14,10 @@ inline QString qt(const std::string& text) { return QString::fromStdString(text)
 
 /// How this platform writes a shortcut, for texts that name one.
 inline std::string shortcutText(const QKeySequence& keys) {
-  return keys.toString(QKeySequence::NativeText).toStdString();
+  QString text = keys.toString(QKeySequence::NativeText);
+  // German keyboards label the control key "Strg"; Qt says so only with its own translations.
+  if (currentLanguage() == Language::de) text.replace(QLatin1String("Ctrl"), QLatin1String("Strg"));
+  return text.toStdString();
 }
 
 /// The shortcuts of the window's commands, in one place so menus, tooltips and help agree.
