@@ -186,6 +186,7 @@ void FileListPanel::retitle() {
   table_->horizontalHeaderItem(sizeColumn)->setText(qt(W::columnSize()));
   table_->horizontalHeaderItem(locationColumn)->setText(qt(W::columnLocation()));
   emptyHint_->setText(qt(arduino_ ? W::emptyHintArduino() : W::emptyHintESP()));
+  emptyHint_->setFixedHeight(emptyHint_->heightForWidth(emptyHint_->width()));
 }
 
 void FileListPanel::refresh() {
