@@ -34,6 +34,8 @@ public:
   int takeScreenshots();
 
   FlasherModel* model() const { return model_.get(); }
+  /// Files handed over before the model exists.
+  const QStringList& pendingFiles() const { return pending_; }
   MainWindow* window() const { return window_.get(); }
 
   /// Opens the first of `files` as a product handed over by the desktop: no unsaved-changes

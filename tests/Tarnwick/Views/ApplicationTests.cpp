@@ -1,0 +1,91 @@
+// What happens around the window: where drops go, the hand-over from a second start, and the
+// log's shortcuts.
+#include <QSettings>
+#include <QTest>
+#include <fstream>
+
+#include "Localization/Language.hpp"
+#include "Tarnwick/Model/ModelFixture.hpp"
+#include "Tarnwick/Views/FileListPanel.hpp"
+#include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/TarnwickApp.hpp"
+
+namespace tarnwick::testing {
+namespace {
+
+/// A model in a scratch folder, as the window tests use it.
+class ApplicationTest : public ModelTest {};
+
+TEST_F(ApplicationTest, DropsGoWhereTheirKindSays) {
+  std::filesystem::create_directories(path("Lamp.twflash"));
+  std::filesystem::create_directories(path("build"));
+  std::ofstream(path("Sensor.TWFLASH")) << "zip";
+  std::ofstream(path("app.bin")) << "bin";
+  using Kind = DropAction::Kind;
+  struct Case {
+    std::vector<std::filesystem::path> dropped;
+    Kind kind;
+  };
+  const std::vector<Case> cases = {
+      {{}, Kind::none},
+      {{path("Lamp.twflash")}, Kind::openProduct},   // a product in its folder form
+      {{path("Sensor.TWFLASH")}, Kind::openProduct}, // the single file, any case
+      {{path("build")}, Kind::importFolder},
+      {{path("app.bin")}, Kind::addFiles},
+      {{path("build"), path("app.bin")}, Kind::addFiles},
+      {{path("Lamp.twflash"), path("app.bin")}, Kind::addFiles},
+  };
+  for (const Case& c : cases) {
+    DropAction action = dropActionFor(c.dropped);
+    EXPECT_EQ(action.kind, c.kind) << (c.dropped.empty() ? "" : c.dropped.front().string());
+    if (c.kind != Kind::none) {
+      EXPECT_EQ(action.locations, c.dropped);
+    }
+  }
+}
+
+TEST(TarnwickApp, ASecondStartHandsItsFilesToTheFirstAndEnds) {
+  CommandLine first;
+  TarnwickApp running(first);
+  ASSERT_TRUE(running.claimInstance());
+
+  CommandLine second;
+  second.files = {"/tmp/Lamp.twflash", "relative.twflash"};
+  TarnwickApp late(second);
+  EXPECT_FALSE(late.claimInstance());
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !running.pendingFiles().isEmpty(); }, 5000));
+  // Without a model yet the files wait; paths arrive absolute, in their order.
+  ASSERT_EQ(running.pendingFiles().size(), 2);
+  EXPECT_EQ(running.pendingFiles()[0], "/tmp/Lamp.twflash");
+  EXPECT_TRUE(running.pendingFiles()[1].endsWith("/relative.twflash"));
+  EXPECT_TRUE(running.pendingFiles()[1].startsWith('/'));
+}
+
+TEST_F(ApplicationTest, LogShortcutsShowTheLogAndClearItWithTheCounters) {
+  LanguageOverride english(Language::en);
+  auto model = makeModel();
+  {
+    MainWindow window(*model);
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    ASSERT_FALSE(window.logShown());
+    QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
+    EXPECT_TRUE(window.logShown());
+    EXPECT_TRUE(QSettings().value("showLog").toBool());
+
+    model->appendLog({{LogSegment::Kind::text, "line"}});
+    ASSERT_FALSE(model->outputIsEmpty());
+    QTest::keyClick(&window, Qt::Key_K, Qt::ControlModifier);
+    EXPECT_TRUE(model->outputIsEmpty());
+    QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
+    EXPECT_FALSE(window.logShown());
+  }
+  // The choice is remembered for the next window.
+  QSettings().setValue("showLog", true);
+  MainWindow again(*model);
+  EXPECT_TRUE(again.logShown());
+}
+
+} // namespace
+} // namespace tarnwick::testing
