@@ -563,9 +563,12 @@ void MainWindow::refreshStatus() {
 void MainWindow::refreshBanner() {
   bool usbBoard = std::any_of(model_.ports().begin(), model_.ports().end(),
                               [](const SerialPortInfo& port) { return port.vendorID.has_value(); });
-  // A test device counts as a board: the user chose to flash it.
-  bool testDevice = !model_.selectedPath().isEmpty() &&
-                    model_.selectedPath().startsWith(QLatin1String("/dev/pts/"));
+  // Pseudo-terminals are only ever listed when given with --test-device: the simulated board
+  // the user asked for is the board, so the advice about cables would be wrong.
+  bool testDevice = std::any_of(model_.ports().begin(), model_.ports().end(),
+                                [](const SerialPortInfo& port) {
+                                  return port.path.rfind("/dev/pts/", 0) == 0;
+                                });
   if (usbBoard) bannerDismissed_ = false;
   banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !bannerDismissed_);
 }
@@ -651,7 +654,7 @@ FlasherDialogs::SaveChangesAnswer MainWindow::askSaveChanges() {
 }
 
 void MainWindow::alert(const QString& message) {
-  QMessageBox box(QMessageBox::Information, qt(L10n::Errors::somethingWentWrong()), message,
+  QMessageBox box(QMessageBox::Information, QApplication::applicationDisplayName(), message,
                   QMessageBox::NoButton, this);
   box.addButton(qt(W::cancel()), QMessageBox::RejectRole);
   box.exec();

@@ -225,6 +225,11 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   EXPECT_EQ(w.portPicker()->toolTip(), "Wait until flashing has finished");
   EXPECT_FALSE(w.noBoardBanner()->isVisible());
   ASSERT_TRUE(QTest::qWaitFor([&] { return model->progressDone() > 0; }, 20000));
+  // Closing the window mid-run is refused with the reason.
+  EXPECT_FALSE(w.close());
+  EXPECT_TRUE(w.isVisible());
+  ASSERT_EQ(dialogs.alerts.size(), 1u);
+  EXPECT_TRUE(dialogs.alerts.front().startsWith("Wait until flashing has finished."));
 
   QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
   ASSERT_TRUE(waitUntilIdle(*model));
