@@ -58,8 +58,8 @@ std::string commandLineHelp() {
 }
 
 std::string seeHelp() {
-  return tr({"Run “tarnwick --help” for the options.",
-             "Gebruik ‘tarnwick --help’ voor de opties.", "„tarnwick --help“ zeigt die Optionen.",
+  return tr({"Run “tarnwick --help” for the options.", "Gebruik ‘tarnwick --help’ voor de opties.",
+             "„tarnwick --help“ zeigt die Optionen.",
              "Lancez « tarnwick --help » pour voir les options.",
              "Ejecuta «tarnwick --help» para ver las opciones."});
 }
@@ -70,8 +70,8 @@ std::string savedScreenshot(const std::string& path) {
 
 std::string cannotWriteScreenshots(const std::string& folder) {
   return tr({"Cannot write pictures into ", "Kan geen afbeeldingen schrijven in ",
-             "Bilder können nicht gespeichert werden in ", "Impossible d’enregistrer des images dans ",
-             "No se pueden guardar imágenes en "}) +
+             "Bilder können nicht gespeichert werden in ",
+             "Impossible d’enregistrer des images dans ", "No se pueden guardar imágenes en "}) +
          folder + ".";
 }
 

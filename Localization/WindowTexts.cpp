@@ -35,13 +35,13 @@ std::string saveLog() {
              "Guardar registro…"});
 }
 std::string clearLog() {
-  return tr({"Clear Log", "Log wissen", "Protokoll leeren", "Effacer le journal",
-             "Borrar registro"});
+  return tr(
+      {"Clear Log", "Log wissen", "Protokoll leeren", "Effacer le journal", "Borrar registro"});
 }
 std::string quit() { return tr({"&Quit", "&Stoppen", "&Beenden", "&Quitter", "&Salir"}); }
 std::string showLog() {
-  return tr({"Show Log", "Log tonen", "Protokoll einblenden", "Afficher le journal",
-             "Mostrar registro"});
+  return tr(
+      {"Show Log", "Log tonen", "Protokoll einblenden", "Afficher le journal", "Mostrar registro"});
 }
 std::string autoscroll() {
   return tr({"Autoscroll", "Automatisch scrollen", "Automatisch scrollen", "Défilement auto",
@@ -53,8 +53,10 @@ std::string timestamps() {
 std::string stop() { return tr({"Stop", "Stoppen", "Stopp", "Arrêter", "Detener"}); }
 
 std::string flashTooltip(const std::string& shortcut) {
-  return tr({"Put the product onto the connected board (", "Het product op het aangesloten bord "
-             "zetten (", "Das Produkt auf das angeschlossene Board schreiben (",
+  return tr({"Put the product onto the connected board (",
+             "Het product op het aangesloten bord "
+             "zetten (",
+             "Das Produkt auf das angeschlossene Board schreiben (",
              "Transférer le produit sur la carte connectée (",
              "Grabar el producto en la placa conectada ("}) +
          shortcut + ")";
@@ -76,16 +78,16 @@ std::string automatic() {
   return tr({"Automatic", "Automatisch", "Automatisch", "Automatique", "Automático"});
 }
 std::string serialPort() {
-  return tr({"Serial port", "Seriële poort", "Serielle Schnittstelle", "Port série",
-             "Puerto serie"});
+  return tr(
+      {"Serial port", "Seriële poort", "Serielle Schnittstelle", "Port série", "Puerto serie"});
 }
 std::string noPortsFound() {
   return tr({"No ports found", "Geen poorten gevonden", "Keine Schnittstellen gefunden",
              "Aucun port trouvé", "No se encontraron puertos"});
 }
 std::string selectAPort() {
-  return tr({"Select a port…", "Kies een poort…", "Schnittstelle wählen …",
-             "Choisissez un port…", "Elige un puerto…"});
+  return tr({"Select a port…", "Kies een poort…", "Schnittstelle wählen …", "Choisissez un port…",
+             "Elige un puerto…"});
 }
 std::string notConnected(const std::string& path) {
   return path + tr({" (not connected)", " (niet aangesloten)", " (nicht verbunden)",
@@ -104,13 +106,9 @@ std::string noUSBBoard() {
              "No se encontró ninguna placa USB. Conecta la placa con un cable de datos (no uno "
              "solo de carga)."});
 }
-std::string dismiss() {
-  return tr({"Dismiss", "Sluiten", "Ausblenden", "Masquer", "Descartar"});
-}
+std::string dismiss() { return tr({"Dismiss", "Sluiten", "Ausblenden", "Masquer", "Descartar"}); }
 
-std::string productTitle() {
-  return tr({"Product", "Product", "Produkt", "Produit", "Producto"});
-}
+std::string productTitle() { return tr({"Product", "Product", "Produkt", "Produit", "Producto"}); }
 std::string productButtonsTooltip() {
   return tr({"Start a new product, open a product or save this one, with all its files inside",
              "Een nieuw product beginnen, een product openen of dit opslaan, met al zijn "
@@ -121,12 +119,8 @@ std::string productButtonsTooltip() {
              "Crear un producto, abrir uno o guardar este con todos sus archivos dentro"});
 }
 std::string newButton() { return tr({"New", "Nieuw", "Neu", "Nouveau", "Nuevo"}); }
-std::string openButton() {
-  return tr({"Open…", "Openen…", "Öffnen …", "Ouvrir…", "Abrir…"});
-}
-std::string saveButton() {
-  return tr({"Save", "Opslaan", "Speichern", "Enregistrer", "Guardar"});
-}
+std::string openButton() { return tr({"Open…", "Openen…", "Öffnen …", "Ouvrir…", "Abrir…"}); }
+std::string saveButton() { return tr({"Save", "Opslaan", "Speichern", "Enregistrer", "Guardar"}); }
 std::string targetTooltip() {
   return tr({"What this product goes onto: an ESP chip (or whichever chip is connected) or an "
              "Arduino board",
@@ -167,12 +161,9 @@ std::string saveEllipsis() {
   return tr({"Save…", "Opslaan…", "Speichern …", "Enregistrer…", "Guardar…"});
 }
 std::string dontSave() {
-  return tr({"Don't Save", "Niet opslaan", "Nicht speichern", "Ne pas enregistrer",
-             "No guardar"});
+  return tr({"Don't Save", "Niet opslaan", "Nicht speichern", "Ne pas enregistrer", "No guardar"});
 }
-std::string cancel() {
-  return tr({"Cancel", "Annuleren", "Abbrechen", "Annuler", "Cancelar"});
-}
+std::string cancel() { return tr({"Cancel", "Annuleren", "Abbrechen", "Annuler", "Cancelar"}); }
 std::string productFileFilter() {
   return tr({"Tarnwick products (*.twflash)", "Tarnwick-producten (*.twflash)",
              "Tarnwick-Produkte (*.twflash)", "Produits Tarnwick (*.twflash)",
@@ -337,17 +328,15 @@ std::string chooseAnotherFile() {
 std::string columnFile() { return tr({"File", "Bestand", "Datei", "Fichier", "Archivo"}); }
 std::string columnSketch() { return tr({"Sketch", "Sketch", "Sketch", "Croquis", "Sketch"}); }
 std::string columnKind() { return tr({"Kind", "Soort", "Art", "Type", "Tipo"}); }
-std::string columnAddress() {
-  return tr({"Address", "Adres", "Adresse", "Adresse", "Dirección"});
-}
+std::string columnAddress() { return tr({"Address", "Adres", "Adresse", "Adresse", "Dirección"}); }
 std::string columnSize() { return tr({"Size", "Grootte", "Größe", "Taille", "Tamaño"}); }
 std::string columnLocation() {
   return tr({"Location and checks", "Plaats en controles", "Ort und Prüfungen",
              "Emplacement et contrôles", "Ubicación y comprobaciones"});
 }
 std::string flashThisFile() {
-  return tr({"Flash this file", "Dit bestand flashen", "Diese Datei flashen",
-             "Flasher ce fichier", "Flashear este archivo"});
+  return tr({"Flash this file", "Dit bestand flashen", "Diese Datei flashen", "Flasher ce fichier",
+             "Flashear este archivo"});
 }
 std::string addressTooltip() {
   return tr({"Address in flash memory, hexadecimal (for example 0x10000)",
@@ -448,8 +437,10 @@ std::string logOptions() {
              "Opciones del registro"});
 }
 std::string logToggleTooltip(const std::string& shortcut) {
-  return tr({"Show or hide the log (", "Log tonen of verbergen (", "Protokoll zeigen oder "
-             "ausblenden (", "Afficher ou masquer le journal (", "Mostrar u ocultar el registro ("}) +
+  return tr({"Show or hide the log (", "Log tonen of verbergen (",
+             "Protokoll zeigen oder "
+             "ausblenden (",
+             "Afficher ou masquer le journal (", "Mostrar u ocultar el registro ("}) +
          shortcut + ")";
 }
 std::string saveLogButton() { return saveEllipsis(); }
@@ -461,8 +452,8 @@ std::string saveLogTooltip(const std::string& shortcut) {
          shortcut + ")";
 }
 std::string clearLogButton() {
-  return tr({"Clear log", "Log wissen", "Protokoll leeren", "Effacer le journal",
-             "Borrar registro"});
+  return tr(
+      {"Clear log", "Log wissen", "Protokoll leeren", "Effacer le journal", "Borrar registro"});
 }
 std::string clearLogTooltip(const std::string& shortcut) {
   return tr({"Clear the log and counters (", "Log en tellers wissen (",

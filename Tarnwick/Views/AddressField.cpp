@@ -13,7 +13,8 @@ std::optional<std::uint32_t> parseAddress(const QString& text) {
   // Only spaces and tabs count as blanks: a pasted line break is not part of an address.
   while (!digits.isEmpty() && (digits.front() == u' ' || digits.front() == u'\t'))
     digits.remove(0, 1);
-  while (!digits.isEmpty() && (digits.back() == u' ' || digits.back() == u'\t')) digits.chop(1);
+  while (!digits.isEmpty() && (digits.back() == u' ' || digits.back() == u'\t'))
+    digits.chop(1);
   digits = digits.toLower();
   if (digits.startsWith(QLatin1String("0x"))) digits.remove(0, 2);
   if (digits.startsWith(u'+')) digits.remove(0, 1);

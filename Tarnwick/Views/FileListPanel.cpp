@@ -45,7 +45,8 @@ QString roleName(FirmwareImage::Role role) {
 
 bool isProductLocation(const std::filesystem::path& location) {
   std::string extension = location.extension().string();
-  for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  for (char& c : extension)
+    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
   return extension == ".twflash";
 }
 
@@ -145,7 +146,8 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
     table_->setHorizontalHeaderItem(column, item);
   }
   const int widths[] = {36, 200, 130, 110, 80, 260};
-  for (int column = 0; column < 6; ++column) table_->setColumnWidth(column, widths[column]);
+  for (int column = 0; column < 6; ++column)
+    table_->setColumnWidth(column, widths[column]);
   fitting_ = new TableFitting(table_, {{"enabled", {36, 36}},
                                        {"file", {100, 100000}},
                                        {"role", {110, 220}},
@@ -169,7 +171,8 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
 
 std::vector<UUID> FileListPanel::selectedIDs() const {
   std::set<int> rows;
-  for (const QModelIndex& index : table_->selectionModel()->selectedRows()) rows.insert(index.row());
+  for (const QModelIndex& index : table_->selectionModel()->selectedRows())
+    rows.insert(index.row());
   std::vector<UUID> ids;
   for (int row : rows)
     if (row >= 0 && row < static_cast<int>(rowIDs_.size())) ids.push_back(rowIDs_[row]);
@@ -179,8 +182,8 @@ std::vector<UUID> FileListPanel::selectedIDs() const {
 void FileListPanel::retitle() {
   table_->horizontalHeaderItem(enabledColumn)->setText(QString());
   table_->horizontalHeaderItem(enabledColumn)->setToolTip(qt(W::flashThisFile()));
-  table_->horizontalHeaderItem(fileColumn)->setText(qt(arduino_ ? W::columnSketch()
-                                                                : W::columnFile()));
+  table_->horizontalHeaderItem(fileColumn)
+      ->setText(qt(arduino_ ? W::columnSketch() : W::columnFile()));
   table_->horizontalHeaderItem(roleColumn)->setText(qt(W::columnKind()));
   table_->horizontalHeaderItem(addressColumn)->setText(qt(W::columnAddress()));
   table_->horizontalHeaderItem(sizeColumn)->setText(qt(W::columnSize()));
@@ -197,7 +200,8 @@ void FileListPanel::refresh() {
   table_->setColumnHidden(addressColumn, arduino_);
   if (addressShown == arduino_) fitting_->fit();
   std::vector<UUID> ids;
-  for (const FirmwareImage& image : product.images) ids.push_back(image.id);
+  for (const FirmwareImage& image : product.images)
+    ids.push_back(image.id);
   stack_->setCurrentIndex(ids.empty() ? 0 : 1);
   // The empty view has the same buttons in its middle.
   topButtons_->setVisible(!ids.empty());
@@ -207,7 +211,8 @@ void FileListPanel::refresh() {
     rowIDs_ = ids;
     rebuildRows();
   }
-  for (int row = 0; row < table_->rowCount(); ++row) updateRow(row);
+  for (int row = 0; row < table_->rowCount(); ++row)
+    updateRow(row);
   table_->resizeRowsToContents();
 }
 
@@ -230,12 +235,14 @@ void FileListPanel::rebuildRows() {
     boxLayout->setContentsMargins(0, 0, 0, 0);
     boxLayout->setAlignment(Qt::AlignCenter);
     boxLayout->addWidget(box);
-    connect(box, &QCheckBox::toggled, this,
-            [editImage](bool on) { editImage([on](FirmwareImage& image) { image.enabled = on; }); });
+    connect(box, &QCheckBox::toggled, this, [editImage](bool on) {
+      editImage([on](FirmwareImage& image) { image.enabled = on; });
+    });
     table_->setCellWidget(row, enabledColumn, boxCell);
 
     auto* role = new QComboBox;
-    for (FirmwareImage::Role each : allRoles) role->addItem(roleName(each), static_cast<int>(each));
+    for (FirmwareImage::Role each : allRoles)
+      role->addItem(roleName(each), static_cast<int>(each));
     connect(role, qOverload<int>(&QComboBox::activated), this, [editImage, role](int index) {
       auto chosen = static_cast<FirmwareImage::Role>(role->itemData(index).toInt());
       editImage([chosen](FirmwareImage& image) { image.role = chosen; });
@@ -294,7 +301,8 @@ void FileListPanel::updateRow(int row) {
       lines << qt(W::partitionCount(static_cast<std::int64_t>(own->size())));
   } else if (partitions) {
     for (const Partition& partition : *partitions)
-      if (image.offset >= partition.offset && image.offset < partition.end() && partition.size > 0) {
+      if (image.offset >= partition.offset && image.offset < partition.end() &&
+          partition.size > 0) {
         int percent = static_cast<int>((image.size * 100 + partition.size - 1) / partition.size);
         lines << qt(W::partitionUse(partition.label, formatByteCount(partition.size), percent));
         break;
@@ -323,7 +331,8 @@ void FileListPanel::chooseFiles() {
       this, qt(arduino_ ? W::chooseSketch() : W::chooseFirmwareFiles()), QString(),
       qt(W::firmwareFileFilter()));
   std::vector<std::filesystem::path> locations;
-  for (const QString& file : chosen) locations.emplace_back(file.toStdString());
+  for (const QString& file : chosen)
+    locations.emplace_back(file.toStdString());
   if (!locations.empty()) model_.addFiles(locations);
 }
 
@@ -357,8 +366,8 @@ void FileListPanel::showContextMenu(const QPoint& position) {
 
 void FileListPanel::setDragHighlight(bool on) {
   QPalette shade = palette();
-  shade.setColor(QPalette::Window,
-                 on ? palette().color(QPalette::Highlight).lighter(170) : QPalette().color(QPalette::Window));
+  shade.setColor(QPalette::Window, on ? palette().color(QPalette::Highlight).lighter(170)
+                                      : QPalette().color(QPalette::Window));
   setBackgroundRole(QPalette::Window);
   setPalette(on ? shade : QPalette());
 }

@@ -141,8 +141,10 @@ void HelpWindow::render(const HelpTopic& topic) {
     format.setTopMargin(first ? 0 : 12);
     format.setBottomMargin(6);
     format.setHeadingLevel(scale > 1.4 ? 1 : 2);
-    if (!first) cursor.insertBlock(format, plain);
-    else cursor.setBlockFormat(format);
+    if (!first)
+      cursor.insertBlock(format, plain);
+    else
+      cursor.setBlockFormat(format);
     QTextCharFormat title;
     title.setFontWeight(QFont::Bold);
     title.setFontPointSize(page_->font().pointSizeF() * scale);
@@ -166,8 +168,10 @@ void HelpWindow::render(const HelpTopic& topic) {
             QTextList* items = nullptr;
             for (const std::string& item : content.items) {
               cursor.insertBlock(body, plain);
-              if (items == nullptr) items = cursor.createList(list);
-              else items->add(cursor.block());
+              if (items == nullptr)
+                items = cursor.createList(list);
+              else
+                items->add(cursor.block());
               cursor.insertFragment(HelpText::fragment(item));
             }
           } else if constexpr (std::is_same_v<Block, HelpBlock::table>) {
@@ -181,7 +185,8 @@ void HelpWindow::render(const HelpTopic& topic) {
             format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
             format.setColumnWidthConstraints({QTextLength(QTextLength::PercentageLength, 32),
                                               QTextLength(QTextLength::PercentageLength, 68)});
-            QTextTable* table = cursor.insertTable(static_cast<int>(content.rows.size()), 2, format);
+            QTextTable* table =
+                cursor.insertTable(static_cast<int>(content.rows.size()), 2, format);
             for (int row = 0; row < table->rows(); ++row) {
               const HelpRow& data = content.rows[static_cast<std::size_t>(row)];
               QTextCursor key = table->cellAt(row, 0).firstCursorPosition();
@@ -196,8 +201,10 @@ void HelpWindow::render(const HelpTopic& topic) {
           } else if constexpr (std::is_same_v<Block, HelpBlock::tip>) {
             cursor.insertBlock(body, plain);
             QTextFrameFormat frame;
-            frame.setBackground(palette().color(QPalette::Highlight).lighter(
-                palette().color(QPalette::Base).value() > 128 ? 185 : 60));
+            frame.setBackground(
+                palette()
+                    .color(QPalette::Highlight)
+                    .lighter(palette().color(QPalette::Base).value() > 128 ? 185 : 60));
             frame.setPadding(8);
             frame.setBorder(0);
             frame.setMargin(2);

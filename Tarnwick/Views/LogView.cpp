@@ -41,8 +41,8 @@ LogView::LogView(OutputBuffer& buffer, QWidget* parent) : QTextEdit(parent) {
 
 void LogView::renderLogo() {
   QSize pane = viewport()->size();
-  int side = std::min<int>(logoMaximum, static_cast<int>(std::min(pane.width(), pane.height()) *
-                                                          logoShareOfPane));
+  int side = std::min<int>(
+      logoMaximum, static_cast<int>(std::min(pane.width(), pane.height()) * logoShareOfPane));
   QSize wanted(side, side);
   if (side <= 0 || (wanted == logoFor_ && !logo_.isNull())) return;
   logoFor_ = wanted;

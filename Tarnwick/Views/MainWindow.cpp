@@ -58,16 +58,16 @@ QString targetName(const Target& target) {
 QColor dotColor(const FlasherModel& model) {
   if (model.isFlashing()) return QColor(0xF2, 0xC0, 0x1E);
   if (const auto& outcome = model.outcome()) {
-    if (std::holds_alternative<FlashOutcome::Success>(outcome->value)) return QColor(0x2E, 0xB8, 0x4B);
-    if (std::holds_alternative<FlashOutcome::Failure>(outcome->value)) return QColor(0xE0, 0x3A, 0x3A);
+    if (std::holds_alternative<FlashOutcome::Success>(outcome->value))
+      return QColor(0x2E, 0xB8, 0x4B);
+    if (std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+      return QColor(0xE0, 0x3A, 0x3A);
   }
   return QColor(0x9A, 0x9A, 0x9A);
 }
 } // namespace
 
-StatusDot::StatusDot(QWidget* parent) : QWidget(parent) {
-  setFixedSize(14, 14);
-}
+StatusDot::StatusDot(QWidget* parent) : QWidget(parent) { setFixedSize(14, 14); }
 
 void StatusDot::setColor(const QColor& color) {
   if (color == color_) return;
@@ -201,8 +201,8 @@ QWidget* MainWindow::buildHeader() {
   connect(automatic_, &QCheckBox::clicked, &model_, &FlasherModel::setAutoFlash);
   settingsButton_ = new QToolButton;
   settingsButton_->setObjectName("settingsButton");
-  settingsButton_->setIcon(QIcon::fromTheme("preferences-system",
-                                            style()->standardIcon(QStyle::SP_FileDialogDetailedView)));
+  settingsButton_->setIcon(QIcon::fromTheme(
+      "preferences-system", style()->standardIcon(QStyle::SP_FileDialogDetailedView)));
   settingsButton_->setText(qt(L10n::Settings::connection()));
   settingsButton_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   connect(settingsButton_, &QToolButton::clicked, this, &MainWindow::showSettings);
@@ -297,8 +297,8 @@ QWidget* MainWindow::buildProductPanel() {
   layout->addWidget(productButton(W::newButton(), QStyle::SP_FileIcon, &FlasherModel::newProduct));
   layout->addWidget(productButton(W::openButton(), QStyle::SP_DialogOpenButton,
                                   &FlasherModel::openProductWithPanel));
-  layout->addWidget(productButton(W::saveButton(), QStyle::SP_DialogSaveButton,
-                                  &FlasherModel::saveProduct));
+  layout->addWidget(
+      productButton(W::saveButton(), QStyle::SP_DialogSaveButton, &FlasherModel::saveProduct));
   return panel;
 }
 
@@ -345,25 +345,30 @@ void MainWindow::buildMenus() {
     connect(action, &QAction::triggered, this, slot);
     return action;
   };
-  editActions_ << add(file, W::newProduct(), [this] { model_.newProduct(); },
-                      QKeySequence(QKeySequence::New));
-  editActions_ << add(file, W::openProduct(), [this] { model_.openProductWithPanel(); },
-                      QKeySequence(QKeySequence::Open));
+  editActions_ << add(
+      file, W::newProduct(), [this] { model_.newProduct(); }, QKeySequence(QKeySequence::New));
+  editActions_ << add(
+      file, W::openProduct(), [this] { model_.openProductWithPanel(); },
+      QKeySequence(QKeySequence::Open));
   recentMenu_ = file->addMenu(qt(W::openRecent()));
   editActions_ << recentMenu_->menuAction();
   file->addSeparator();
-  add(file, W::saveProduct(), [this] { model_.saveProduct(); }, QKeySequence(QKeySequence::Save));
-  add(file, W::saveProductAs(), [this] { model_.saveProductAs(); },
+  add(
+      file, W::saveProduct(), [this] { model_.saveProduct(); }, QKeySequence(QKeySequence::Save));
+  add(
+      file, W::saveProductAs(), [this] { model_.saveProductAs(); },
       QKeySequence(QKeySequence::SaveAs));
-  saveLogAction_ = add(file, W::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
+  saveLogAction_ = add(
+      file, W::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
   saveLogAction_->setToolTip(qt(W::saveLogTooltip(shortcutText(Shortcuts::saveLog()))));
   file->addSeparator();
-  QAction* quit = add(file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
+  QAction* quit = add(
+      file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
   quit->setMenuRole(QAction::QuitRole);
 
   QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
-  flashAction_ = add(board, L10n::State::flash(), [this] { model_.toggleFlash(); },
-                     Shortcuts::flash());
+  flashAction_ = add(
+      board, L10n::State::flash(), [this] { model_.toggleFlash(); }, Shortcuts::flash());
   flashAction_->setObjectName("flashAction");
   autoFlashAction_ = board->addAction(qt(W::flashAutomatically()));
   autoFlashAction_->setCheckable(true);
@@ -375,7 +380,8 @@ void MainWindow::buildMenus() {
   showLogAction_->setCheckable(true);
   showLogAction_->setShortcut(Shortcuts::showLog());
   connect(showLogAction_, &QAction::triggered, this, &MainWindow::setLogShown);
-  clearLogAction_ = add(view, W::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
+  clearLogAction_ = add(
+      view, W::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
   clearLogAction_->setToolTip(qt(W::clearLogTooltip(shortcutText(Shortcuts::clearLog()))));
   view->addSeparator();
   autoscrollAction_ = view->addAction(qt(W::autoscroll()));
@@ -386,7 +392,8 @@ void MainWindow::buildMenus() {
   connect(timestampsAction_, &QAction::triggered, &model_, &FlasherModel::setShowTimestamps);
 
   QMenu* help = menuBar()->addMenu(qt(W::helpMenu()));
-  add(help, L10n::Help::windowTitle(), [this] { showHelp(); },
+  add(
+      help, L10n::Help::windowTitle(), [this] { showHelp(); },
       QKeySequence(QKeySequence::HelpContents));
 
   // The log options popover of the status line: the same actions as the menu.
@@ -396,7 +403,8 @@ void MainWindow::buildMenus() {
   options->addSeparator();
   QAction* saveLog = options->addAction(qt(W::saveLogButton()), this, [this] { model_.saveLog(); });
   saveLog->setToolTip(saveLogAction_->toolTip());
-  QAction* clearLog = options->addAction(qt(W::clearLogButton()), this, [this] { model_.clearLog(); });
+  QAction* clearLog =
+      options->addAction(qt(W::clearLogButton()), this, [this] { model_.clearLog(); });
   clearLog->setToolTip(clearLogAction_->toolTip());
   options->setToolTipsVisible(true);
   logOptions_->setMenu(options);
@@ -512,9 +520,11 @@ void MainWindow::refreshRunControls() {
   guard(settingsButton_, qt(W::settingsTooltip()));
   guard(productName_, QString());
   guard(targetPicker_, qt(W::targetTooltip()));
-  for (QWidget* button : productButtons_) guard(button, qt(W::productButtonsTooltip()));
+  for (QWidget* button : productButtons_)
+    guard(button, qt(W::productButtonsTooltip()));
   fileList_->setEnabled(!flashing);
-  for (QAction* action : editActions_) action->setEnabled(!flashing);
+  for (QAction* action : editActions_)
+    action->setEnabled(!flashing);
   if (settings_) settings_->setEnabled(!flashing);
 }
 
@@ -565,10 +575,9 @@ void MainWindow::refreshBanner() {
                               [](const SerialPortInfo& port) { return port.vendorID.has_value(); });
   // Pseudo-terminals are only ever listed when given with --test-device: the simulated board
   // the user asked for is the board, so the advice about cables would be wrong.
-  bool testDevice = std::any_of(model_.ports().begin(), model_.ports().end(),
-                                [](const SerialPortInfo& port) {
-                                  return port.path.rfind("/dev/pts/", 0) == 0;
-                                });
+  bool testDevice =
+      std::any_of(model_.ports().begin(), model_.ports().end(),
+                  [](const SerialPortInfo& port) { return port.path.rfind("/dev/pts/", 0) == 0; });
   if (usbBoard) bannerDismissed_ = false;
   banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !bannerDismissed_);
 }
@@ -582,8 +591,8 @@ void MainWindow::refreshRecent() {
     connect(action, &QAction::triggered, this, [this, location] { model_.openRecent(location); });
   }
   recentMenu_->addSeparator();
-  QAction* clear = recentMenu_->addAction(qt(W::clearRecent()), &model_,
-                                          &FlasherModel::clearRecentDocuments);
+  QAction* clear =
+      recentMenu_->addAction(qt(W::clearRecent()), &model_, &FlasherModel::clearRecentDocuments);
   clear->setEnabled(!recent.isEmpty());
   recentMenu_->setToolTipsVisible(true);
 }
@@ -618,20 +627,20 @@ std::optional<std::filesystem::path> MainWindow::chooseProductToOpen() {
   return std::filesystem::path(file.toStdString());
 }
 
-std::optional<std::filesystem::path> MainWindow::chooseProductSaveLocation(
-    const QString& proposedName) {
+std::optional<std::filesystem::path>
+MainWindow::chooseProductSaveLocation(const QString& proposedName) {
   QString folder = model_.productURL()
                        ? QString::fromStdString(model_.productURL()->parent_path().string())
                        : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  QString file = QFileDialog::getSaveFileName(this, qt(W::saveProductAs()),
-                                              folder + u'/' + proposedName,
-                                              qt(W::productFileFilter()));
+  QString file = QFileDialog::getSaveFileName(
+      this, qt(W::saveProductAs()), folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   if (!file.endsWith(QLatin1String(".twflash"), Qt::CaseInsensitive)) file += ".twflash";
   return std::filesystem::path(file.toStdString());
 }
 
-std::optional<std::filesystem::path> MainWindow::chooseLogSaveLocation(const QString& proposedName) {
+std::optional<std::filesystem::path>
+MainWindow::chooseLogSaveLocation(const QString& proposedName) {
   QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   QString file = QFileDialog::getSaveFileName(this, qt(W::saveLog()), folder + u'/' + proposedName,
                                               qt(W::textFileFilter()));

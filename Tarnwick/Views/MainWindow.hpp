@@ -70,7 +70,8 @@ public:
 
   // FlasherDialogs.
   std::optional<std::filesystem::path> chooseProductToOpen() override;
-  std::optional<std::filesystem::path> chooseProductSaveLocation(const QString& proposedName) override;
+  std::optional<std::filesystem::path>
+  chooseProductSaveLocation(const QString& proposedName) override;
   std::optional<std::filesystem::path> chooseLogSaveLocation(const QString& proposedName) override;
   SaveChangesAnswer askSaveChanges() override;
   void alert(const QString& message) override;

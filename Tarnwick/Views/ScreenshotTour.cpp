@@ -32,7 +32,9 @@ bool waitFor(const std::function<bool()>& done, int timeoutMilliseconds) {
   return true;
 }
 
-void settle() { waitFor([] { return false; }, 250); }
+void settle() {
+  waitFor([] { return false; }, 250);
+}
 } // namespace
 
 int TarnwickApp::takeScreenshots() {

@@ -57,7 +57,8 @@ SettingsSheet::SettingsSheet(FlasherModel& model, QWidget* parent)
   connection_ = new QGroupBox(qt(L10n::Settings::connection()));
   auto* connectionForm = new QFormLayout(connection_);
   speed_ = new QComboBox;
-  for (std::int64_t speed : flashSpeeds) speed_->addItem(qt(W::baud(speed)), qint64(speed));
+  for (std::int64_t speed : flashSpeeds)
+    speed_->addItem(qt(W::baud(speed)), qint64(speed));
   connectionForm->addRow(qt(L10n::Settings::speedWhileFlashing()), speed_);
   connectionForm->addRow(explanation(W::speedExplanation()));
   reset_ = new QComboBox;

@@ -14,7 +14,8 @@ std::optional<std::vector<double>> fitColumns(const std::vector<FittedColumn>& c
                                               double available) {
   if (available <= 0 || columns.empty()) return std::nullopt;
   double current = 0;
-  for (const FittedColumn& column : columns) current += column.current;
+  for (const FittedColumn& column : columns)
+    current += column.current;
   if (std::abs(current - available) <= 1.0) return std::nullopt;
 
   std::vector<double> widths(columns.size(), 0);
@@ -103,8 +104,8 @@ void TableFitting::fit() {
   // exact, so no sideways scrolling ever appears.
   int left = table_->viewport()->width();
   for (std::size_t i = 0; i < visible.size(); ++i) {
-    int width = i + 1 == visible.size() ? std::max(left, 1)
-                                        : static_cast<int>(std::floor((*widths)[i]));
+    int width =
+        i + 1 == visible.size() ? std::max(left, 1) : static_cast<int>(std::floor((*widths)[i]));
     header->resizeSection(visible[i], width);
     left -= width;
   }

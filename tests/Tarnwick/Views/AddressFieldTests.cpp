@@ -14,12 +14,23 @@ TEST(AddressField, ParsesTypedAddresses) {
     std::optional<std::uint32_t> value;
   };
   const Case cases[] = {
-      {" 0X1000 ", 0x1000}, {"1000", 0x1000},     {"\t0x10000\t", 0x10000},
-      {"+ff", 0xFF},        {"0x+1A", 0x1A},      {"FFFFFFFF", 0xFFFFFFFFu},
-      {"0x0", 0},           {"0x", std::nullopt}, {"0x1G", std::nullopt},
-      {"100000000", std::nullopt},                {"0x000000001", 1},
-      {"", std::nullopt},   {"   ", std::nullopt}, {"0x 10", std::nullopt},
-      {"-10", std::nullopt}, {"0x0x10", std::nullopt}, {"++1", std::nullopt},
+      {" 0X1000 ", 0x1000},
+      {"1000", 0x1000},
+      {"\t0x10000\t", 0x10000},
+      {"+ff", 0xFF},
+      {"0x+1A", 0x1A},
+      {"FFFFFFFF", 0xFFFFFFFFu},
+      {"0x0", 0},
+      {"0x", std::nullopt},
+      {"0x1G", std::nullopt},
+      {"100000000", std::nullopt},
+      {"0x000000001", 1},
+      {"", std::nullopt},
+      {"   ", std::nullopt},
+      {"0x 10", std::nullopt},
+      {"-10", std::nullopt},
+      {"0x0x10", std::nullopt},
+      {"++1", std::nullopt},
       {"10\n", std::nullopt},
   };
   for (const Case& c : cases)

@@ -40,8 +40,7 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
     CommandLine expected;
     c.expect(expected);
     CommandLine line = parseCommandLine(c.arguments);
-    EXPECT_EQ(line, expected) << (c.arguments.empty() ? "" : c.arguments[0]) << ": "
-                                << line.error;
+    EXPECT_EQ(line, expected) << (c.arguments.empty() ? "" : c.arguments[0]) << ": " << line.error;
   }
 }
 

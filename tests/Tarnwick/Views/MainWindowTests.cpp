@@ -63,13 +63,15 @@ protected:
   std::filesystem::path writeFile(const std::string& name, const Bytes& bytes) {
     auto location = path(name);
     std::ofstream(location, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        .write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
     return location;
   }
 
   std::vector<std::string> fileNames() const {
     std::vector<std::string> names;
-    for (const auto& image : model->product().images) names.push_back(image.fileName);
+    for (const auto& image : model->product().images)
+      names.push_back(image.fileName);
     return names;
   }
 
@@ -147,7 +149,8 @@ TEST_F(WindowTest, DropsAddFilesImportBuildFoldersAndOpenProductsWithoutAsking) 
   LanguageOverride english(Language::en);
   MainWindow& w = open();
   std::vector<std::filesystem::path> bins;
-  for (const char* name : {"a.bin", "b.bin", "c.bin"}) bins.push_back(writeFile(name, Bytes(4096, 0x5A)));
+  for (const char* name : {"a.bin", "b.bin", "c.bin"})
+    bins.push_back(writeFile(name, Bytes(4096, 0x5A)));
   drop(bins);
   EXPECT_EQ(fileNames(), (std::vector<std::string>{"a.bin", "b.bin", "c.bin"}));
   EXPECT_EQ(w.fileList()->table()->rowCount(), 3);

@@ -1,7 +1,7 @@
 // Fitting the file table's columns to its width.
+#include <QHeaderView>
 #include <QStandardItemModel>
 #include <QTableView>
-#include <QHeaderView>
 #include <gtest/gtest.h>
 #include <numeric>
 
