@@ -2,12 +2,14 @@
 
 #include "FlashEngine/RunNarration.hpp"
 #include "Localization/Language.hpp"
+#include "Localization/RunTexts.hpp"
 
 using namespace tarnwick;
 using Kind = LogSegment::Kind;
 
 TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
   LanguageOverride english(Language::en);
+  NumericLocaleOverride c("C");
   using namespace FlashEvents;
   auto step = [](const FlashEvent& e, bool avr = false) { return RunNarration::narrate(e, avr); };
 
@@ -46,6 +48,7 @@ TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
             (LogSegment{Kind::error, "✕ No answer."}));
 
   LanguageOverride german(Language::de);
+  NumericLocaleOverride germany("de_DE.UTF-8");
   EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}).line->text,
             "--- Fertig in 3,4 s ---");
 }
