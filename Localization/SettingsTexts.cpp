@@ -139,7 +139,7 @@ std::string bootloader() {
 std::string speed() { return tr({"Speed", "Snelheid", "Geschwindigkeit", "Vitesse", "Velocidad"}); }
 std::string roomForSketch() {
   return tr({"Room for the sketch", "Ruimte voor de sketch", "Platz für den Sketch",
-             "Place pour le croquis", "Espacio para el sketch"});
+             "Place pour le sketch", "Espacio para el sketch"});
 }
 std::string verificationAndProduction() {
   return tr({"Verification and production", "Controle en productie", "Prüfung und Produktion",
@@ -216,7 +216,7 @@ std::string chooseAnotherFile() {
              "Choisir un autre fichier…", "Elegir otro archivo…"});
 }
 std::string file() { return tr({"File", "Bestand", "Datei", "Fichier", "Archivo"}); }
-std::string sketch() { return tr({"Sketch", "Sketch", "Sketch", "Croquis", "Sketch"}); }
+std::string sketch() { return tr({"Sketch", "Sketch", "Sketch", "Sketch", "Sketch"}); }
 std::string kind() { return tr({"Kind", "Soort", "Art", "Type", "Tipo"}); }
 std::string address() { return tr({"Address", "Adres", "Adresse", "Adresse", "Dirección"}); }
 std::string size() { return tr({"Size", "Grootte", "Größe", "Taille", "Tamaño"}); }
@@ -252,7 +252,7 @@ std::string chooseSketch() {
   return tr({"Choose the sketch (.hex or .bin, without bootloader).",
              "Kies de sketch (.hex of .bin, zonder bootloader).",
              "Wähle den Sketch (.hex oder .bin, ohne Bootloader).",
-             "Choisissez le croquis (.hex ou .bin, sans bootloader).",
+             "Choisissez le sketch (.hex ou .bin, sans bootloader).",
              "Elige el sketch (.hex o .bin, sin bootloader)."});
 }
 std::string chooseBuildFolder() {
@@ -294,7 +294,7 @@ std::string addSketchHint() {
              "Voeg de sketch toe (.hex uit de Arduino IDE of PlatformIO) of sleep hem hierheen.",
              "Füge den Sketch hinzu (.hex aus der Arduino IDE oder PlatformIO) oder ziehe ihn "
              "hierher.",
-             "Ajoutez le croquis (.hex de l’Arduino IDE ou de PlatformIO) ou faites-le glisser "
+             "Ajoutez le sketch (.hex de l’Arduino IDE ou de PlatformIO) ou faites-le glisser "
              "ici.",
              "Añade el sketch (.hex del Arduino IDE o de PlatformIO) o arrástralo aquí."});
 }
