@@ -1,6 +1,7 @@
 #include "Localization/CliTexts.hpp"
 
 #include "Localization/Text.hpp"
+#include "Localization/WindowTexts.hpp"
 
 namespace tarnwick::L10n::Cli {
 
@@ -92,10 +93,8 @@ std::string severalPorts(const std::vector<std::string>& ports) {
                  "). Wähle eine mit --port.", "). Choisissez-en un avec --port.",
                  "). Elige uno con --port."});
 }
-std::string noPortsFound() {
-  return tr({"No ports found", "Geen poorten gevonden", "Keine Schnittstellen gefunden",
-             "Aucun port trouvé", "No se han encontrado puertos"});
-}
+// The same words as the port picker's empty list.
+std::string noPortsFound() { return Header::noPortsFound(); }
 std::string packed(const std::string& file, int count) {
   return around({"Saved ", "", "", "", "Guardado "}, file,
                 {" with ", " opgeslagen met ", " mit ", " enregistré avec ", " con "}) +
