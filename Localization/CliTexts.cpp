@@ -1,7 +1,7 @@
 #include "Localization/CliTexts.hpp"
 
 #include "Localization/Text.hpp"
-#include "Localization/WindowTexts.hpp"
+#include "Localization/MainWindowTexts.hpp"
 
 namespace tarnwick::L10n::Cli {
 

@@ -11,7 +11,7 @@
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
-#include "Localization/WindowTexts.hpp"
+#include "Localization/MainWindowTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;

@@ -1,4 +1,4 @@
-#include "Localization/WindowTexts.hpp"
+#include "Localization/MainWindowTexts.hpp"
 
 #include "Localization/Text.hpp"
 
