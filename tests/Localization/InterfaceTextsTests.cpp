@@ -8,10 +8,10 @@
 #include "Localization/AVRTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Language.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
-#include "Localization/MainWindowTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -258,6 +258,22 @@ TEST(InterfaceTexts, ShortcutsNameThisPlatformsKeys) {
       for (const char* mac : {"⌘", "⌥", "⇧", "⌫", "Sandbox"}) {
         EXPECT_EQ(entry.text().find(mac), std::string::npos) << entry.text();
       }
+    }
+  }
+}
+
+TEST(InterfaceTexts, ExplanationsNameTheChoicesAsTheyAreShown) {
+  // An explanation that mentions a choice must use the words the picker shows in that language.
+  auto label = [](const std::string& name) { return name.substr(0, name.find(" (")); };
+  for (Language language : allLanguages) {
+    LanguageOverride guard(language);
+    const std::string asInFile = L::Settings::flashModeName(FlashMode::keep);
+    EXPECT_EQ(asInFile, L::Settings::flashSizeName(FlashSize::keep));
+    EXPECT_NE(L::Settings::flashModeExplanation().find(asInFile), std::string::npos) << asInFile;
+    EXPECT_NE(L::Settings::flashSizeExplanation().find(asInFile), std::string::npos) << asInFile;
+    for (ResetMode mode : {ResetMode::auto_, ResetMode::manual}) {
+      const std::string name = label(L::Settings::resetModeName(mode));
+      EXPECT_NE(L::Settings::resetExplanation().find(name), std::string::npos) << name;
     }
   }
 }
