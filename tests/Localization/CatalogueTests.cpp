@@ -49,7 +49,6 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Product::espDetectAutomatically(); },
       [] { return L::Product::productName(); },
       [] { return L::Product::boardName(AVRBoard::nanoOldBootloader); },
-      [] { return L::Product::damagedRecord("x"); },
       [] { return L::Images::partitionTable(); },
       [] { return L::Images::fileSystem(); },
       [] { return L::Cli::unknownCommand("x"); },
