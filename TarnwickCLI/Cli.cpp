@@ -94,6 +94,8 @@ bool isProductFile(const std::string& path) {
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   if (extension == "." + std::string(ProductPackage::fileExtension)) return true;
+  // Only a regular file is looked into: reading a FIFO or a serial device could wait forever.
+  if (!fs::is_regular_file(path, ignored)) return false;
   std::ifstream file(path, std::ios::binary);
   std::string head(128, '\0');
   file.read(head.data(), static_cast<std::streamsize>(head.size()));
