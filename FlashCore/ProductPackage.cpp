@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "FlashCore/Digest.hpp"
+#include "FlashCore/ESPImage.hpp"
 #include "Localization/PackageTexts.hpp"
 
 namespace tarnwick {
@@ -130,7 +131,10 @@ void ProductPackage::write(const ProductPackage& package, const fs::path& locati
     if (!package.files.contains(image.id)) {
       throw PackageError{PackageError::MissingFile{image.fileName}};
     }
-    if (!isPlainFileName(image.fileName)) systemFailure("write", image.fileName, EINVAL);
+    // A name that is not UTF-8 would be stored altered in the record and not be found again.
+    if (!isPlainFileName(image.fileName) || validUTF8(image.fileName) != image.fileName) {
+      systemFailure("write", image.fileName, EINVAL);
+    }
   }
   std::string record = encodeProduct(package.product);
 
