@@ -297,25 +297,35 @@ Ctrl-C detiene el flasheo y reinicia la placa.
 }
 
 std::string helpPack() {
-  return tr({R"(Usage: tarnwick-cli pack --target TARGET --out NAME.twflash [--name TEXT] FILE_OR_FOLDER…
+  return tr({R"(Usage: tarnwick-cli pack --target TARGET --out NAME.twflash [--name TEXT] [--directory] FILE_OR_FOLDER…
 
 Saves firmware files or a build folder as a product file, ready to flash board after board.
+
+  --directory   save the product as a folder instead of one file, for programs that only read folders
 )",
-             R"(Gebruik: tarnwick-cli pack --target DOEL --out NAAM.twflash [--name TEKST] BESTAND_OF_MAP…
+             R"(Gebruik: tarnwick-cli pack --target DOEL --out NAAM.twflash [--name TEKST] [--directory] BESTAND_OF_MAP…
 
 Slaat firmwarebestanden of een buildmap op als productbestand, klaar om board na board te flashen.
+
+  --directory   het product als map opslaan in plaats van als één bestand, voor programma's die alleen mappen lezen
 )",
-             R"(Aufruf: tarnwick-cli pack --target ZIEL --out NAME.twflash [--name TEXT] DATEI_ODER_ORDNER…
+             R"(Aufruf: tarnwick-cli pack --target ZIEL --out NAME.twflash [--name TEXT] [--directory] DATEI_ODER_ORDNER…
 
 Speichert Firmware-Dateien oder einen Build-Ordner als Produktdatei, bereit zum Flashen Board für Board.
+
+  --directory   das Produkt als Ordner statt als eine Datei speichern, für Programme, die nur Ordner lesen
 )",
-             R"(Utilisation : tarnwick-cli pack --target CIBLE --out NOM.twflash [--name TEXTE] FICHIER_OU_DOSSIER…
+             R"(Utilisation : tarnwick-cli pack --target CIBLE --out NOM.twflash [--name TEXTE] [--directory] FICHIER_OU_DOSSIER…
 
 Enregistre des fichiers firmware ou un dossier de build comme fichier produit, prêt à flasher carte après carte.
+
+  --directory   enregistrer le produit sous forme de dossier plutôt que d’un seul fichier, pour les programmes qui ne lisent que des dossiers
 )",
-             R"(Uso: tarnwick-cli pack --target DESTINO --out NOMBRE.twflash [--name TEXTO] ARCHIVO_O_CARPETA…
+             R"(Uso: tarnwick-cli pack --target DESTINO --out NOMBRE.twflash [--name TEXTO] [--directory] ARCHIVO_O_CARPETA…
 
 Guarda archivos de firmware o una carpeta de compilación como archivo de producto, listo para flashear placa tras placa.
+
+  --directory   guardar el producto como carpeta en lugar de un solo archivo, para programas que solo leen carpetas
 )"});
 }
 

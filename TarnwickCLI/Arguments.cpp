@@ -29,13 +29,16 @@ bool accepts(CommandKind command, const std::string& option) {
       if (o == option) return true;
     }
     return false;
-  case CommandKind::pack: return option == "--target" || option == "--out" || option == "--name";
+  case CommandKind::pack:
+    return option == "--target" || option == "--out" || option == "--name" ||
+           option == "--directory";
   default: return false;
   }
 }
 
 bool takesValue(const std::string& option) {
-  return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata";
+  return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata" &&
+         option != "--directory";
 }
 
 template <typename T>
@@ -111,6 +114,8 @@ Arguments parseArguments(const std::vector<std::string>& words) {
       result.out = *value;
     else if (option == "--name")
       result.name = *value;
+    else if (option == "--directory")
+      result.directory = true;
     else if (option == "--baud")
       result.overrides.baud = parsed(baudFrom(*value), result.command, option, *value);
     else if (option == "--reset")

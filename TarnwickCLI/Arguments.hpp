@@ -35,6 +35,8 @@ struct Arguments {
   std::optional<std::string> target;
   std::optional<std::string> out;
   std::optional<std::string> name;
+  /// `pack` writes the product as a directory, for programs that read only that form.
+  bool directory = false;
   /// Product file, or firmware files and folders.
   std::vector<std::string> inputs;
   bool operator==(const Arguments&) const = default;

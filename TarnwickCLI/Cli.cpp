@@ -247,7 +247,10 @@ int pack(const Arguments& arguments) {
   }
   package.product.name = arguments.name ? *arguments.name : out.stem().string();
   try {
-    ProductPackage::write(package, out);
+    if (arguments.directory)
+      ProductPackage::writeDirectory(package, out);
+    else
+      ProductPackage::write(package, out);
   } catch (const PackageError& error) {
     throw Unusable{L10n::Errors::savingFailed(error.message())};
   } catch (const fs::filesystem_error& error) {
