@@ -235,8 +235,13 @@ public:
       }
     }
     // Another format's container with a product.json inside is still not ours.
-    if (auto type = fetch("mimetype", ProductPackage::mimeType.size());
-        type && std::string_view(reinterpret_cast<const char*>(type->data()), type->size()) !=
+    std::optional<Bytes> type;
+    try {
+      type = fetch("mimetype", ProductPackage::mimeType.size());
+    } catch (const DamagedEntry&) {
+      notAPackage();
+    }
+    if (type && std::string_view(reinterpret_cast<const char*>(type->data()), type->size()) !=
                     ProductPackage::mimeType) {
       notAPackage();
     }
