@@ -377,8 +377,7 @@ void writeWhole(int directory, const std::string& name, ByteView bytes, const fs
 // until this moment, and is removed only afterwards.
 void install(const Place& place, const Temporary& temporary) {
   struct stat info {};
-  const bool replacesDirectory =
-      ::lstat(place.target.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+  const bool replacesDirectory = ::lstat(place.target.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
   struct stat mine {};
   ::fstat(temporary.fd.get(), &mine);
   if (!S_ISDIR(mine.st_mode) && !replacesDirectory) {
@@ -431,7 +430,8 @@ std::string prepare(const ProductPackage& package) {
   }
   std::string record = encodeProduct(package.product);
   if (record.size() > ProductPackage::maximumRecordSize ||
-      total + record.size() + ProductPackage::mimeType.size() > ProductPackage::maximumPackageSize) {
+      total + record.size() + ProductPackage::mimeType.size() >
+          ProductPackage::maximumPackageSize) {
     systemFailure("write", "product.json", EFBIG);
   }
   return record;

@@ -8,7 +8,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   ByteView bytes(data, size);
   for (bool extended : {false, true}) {
     if (auto header = ESPImage::readHeader(bytes, extended)) {
-      if (auto length = ESPImage::imageLength(bytes, header->segmentCount); length && *length > size)
+      if (auto length = ESPImage::imageLength(bytes, header->segmentCount);
+          length && *length > size)
         std::abort();
     }
   }

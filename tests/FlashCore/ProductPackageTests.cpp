@@ -334,8 +334,8 @@ TEST_F(ProductFile, BothFormsRoundTripAndConvertIntoEachOther) {
   ASSERT_TRUE(fs::is_regular_file(location));
   EXPECT_EQ(ProductPackage::read(location), package);
   std::string bytes = slurp(location);
-  EXPECT_EQ(ProductPackage::decode(ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()),
-                                            bytes.size())),
+  EXPECT_EQ(ProductPackage::decode(
+                ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size())),
             package);
 
   // The first entry is what type recognition reads at fixed offsets: a stored "mimetype"
@@ -419,15 +419,16 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
       {"truncated end", valid.substr(0, valid.size() - 1), E{E::NotAPackage{}}},
       {"no record", ZipBuilder::build({{"other.json", record}}), E{E::NotAPackage{}}},
       {"another type", with({{"mimetype", "application/epub+zip", true}}), E{E::NotAPackage{}}},
-      {"damaged type", patched(with({{"mimetype", std::string(ProductPackage::mimeType), true}}),
-                               "tarnwick-product", "tarnwick-produXt"),
+      {"damaged type",
+       patched(with({{"mimetype", std::string(ProductPackage::mimeType), true}}),
+               "tarnwick-product", "tarnwick-produXt"),
        E{E::NotAPackage{}}},
       {"duplicate record", patched(with({{"product.jsoX", "{}"}}), "product.jsoX", "product.json"),
        E{E::NotAPackage{}}},
       {"absolute name", patched(with({{"Xetc/passwd", "x"}}), "Xetc/passwd", "/etc/passwd"),
        E{E::NotAPackage{}}},
-      {"dot-dot name", patched(with({{"files/XX/escape", "x"}}), "files/XX/escape",
-                                 "files/../escape"),
+      {"dot-dot name",
+       patched(with({{"files/XX/escape", "x"}}), "files/XX/escape", "files/../escape"),
        E{E::NotAPackage{}}},
       {"link entry", with({{"files/link", "/etc/passwd", true, S_IFLNK | 0777}}),
        E{E::NotAPackage{}}},
@@ -442,11 +443,12 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
       {"declared too large", withDeclaredSize(valid, firmwareName, 300u << 20),
        E{E::NotAPackage{}}},
       {"sum too large",
-       withDeclaredSize(withDeclaredSize(with({{"notes/a", "a"}, {"notes/b", "b"}}), "notes/a",
-                                         300u << 20),
-                        "notes/b", 300u << 20),
+       withDeclaredSize(
+           withDeclaredSize(with({{"notes/a", "a"}, {"notes/b", "b"}}), "notes/a", 300u << 20),
+           "notes/b", 300u << 20),
        E{E::NotAPackage{}}},
-      {"inflates beyond its size", withDeclaredSize(bomb, "product.json", 1000), E{E::NotAPackage{}}},
+      {"inflates beyond its size", withDeclaredSize(bomb, "product.json", 1000),
+       E{E::NotAPackage{}}},
       {"missing firmware", ZipBuilder::build({sound[0]}), E{E::MissingFile{"firmware.bin"}}},
       {"changed firmware", flipped, E{E::DamagedFile{"firmware.bin"}}},
   };

@@ -272,8 +272,8 @@ TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
   EXPECT_THROW(parseArguments({"flash", "--baud", "100", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"flash", "--no-verify=yes", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"pack", "--target", "esp:auto", "dir"}), UsageError);
-  EXPECT_TRUE(parseArguments({"pack", "--target", "esp:auto", "--directory", "--out", "P", "d"})
-                  .directory);
+  EXPECT_TRUE(
+      parseArguments({"pack", "--target", "esp:auto", "--directory", "--out", "P", "d"}).directory);
   EXPECT_THROW(parseArguments({"flash", "--directory", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"ports", "extra"}), UsageError);
   EXPECT_EQ(parseArguments({"flash", "--", "--odd-name.bin"}).inputs,
