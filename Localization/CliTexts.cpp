@@ -359,6 +359,7 @@ Options:
       --name TEXT         product name (default: the file name)
       --notes TEXT        notes kept in the product
       --force             replace an existing product file
+      --directory         save a folder instead of one file, for programs that read only folders
   -b, --baud N            speed while flashing (ESP; 9600 to 3000000)
       --reset MODE        auto, classic, usbJTAG or manual (ESP)
       --no-verify         do not verify after writing
@@ -378,6 +379,7 @@ Opties:
       --name TEKST        productnaam (standaard: de bestandsnaam)
       --notes TEKST       notities in het product
       --force             een bestaand productbestand vervangen
+      --directory         een map opslaan in plaats van één bestand, voor programma's die alleen mappen lezen
   -b, --baud N            snelheid tijdens flashen (ESP; 9600 tot 3000000)
       --reset MODUS       auto, classic, usbJTAG of manual (ESP)
       --no-verify         niet controleren na schrijven
@@ -397,6 +399,7 @@ Optionen:
       --name TEXT          Produktname (Standard: der Dateiname)
       --notes TEXT         Notizen im Produkt
       --force              eine vorhandene Produktdatei ersetzen
+      --directory          einen Ordner statt einer Datei speichern, für Programme, die nur Ordner lesen
   -b, --baud N             Geschwindigkeit beim Flashen (ESP; 9600 bis 3000000)
       --reset MODUS        auto, classic, usbJTAG oder manual (ESP)
       --no-verify          nach dem Schreiben nicht prüfen
@@ -416,6 +419,7 @@ Options :
       --name TEXTE         nom du produit (par défaut : le nom du fichier)
       --notes TEXTE        notes conservées dans le produit
       --force              remplacer un fichier produit existant
+      --directory          enregistrer un dossier plutôt qu’un fichier, pour les programmes qui ne lisent que des dossiers
   -b, --baud N             vitesse de flashage (ESP ; 9600 à 3000000)
       --reset MODE         auto, classic, usbJTAG ou manual (ESP)
       --no-verify          ne pas vérifier après l’écriture
@@ -435,6 +439,7 @@ Opciones:
       --name TEXTO          nombre del producto (por defecto: el nombre del archivo)
       --notes TEXTO         notas guardadas en el producto
       --force               sustituir un archivo de producto existente
+      --directory           guardar una carpeta en lugar de un archivo, para programas que solo leen carpetas
   -b, --baud N              velocidad de flasheo (ESP; 9600 a 3000000)
       --reset MODO          auto, classic, usbJTAG o manual (ESP)
       --no-verify           no verificar tras escribir

@@ -34,7 +34,7 @@ std::vector<std::string> optionsOf(CommandKind command) {
     options.insert(options.end(), {"--port", "--test-device", "--target"});
     break;
   case CommandKind::pack:
-    options.insert(options.end(), {"--target", "--out", "--name", "--notes", "--force"});
+    options.insert(options.end(), {"--target", "--out", "--name", "--notes", "--force", "--directory"});
     break;
   default: return {};
   }
@@ -50,7 +50,7 @@ std::string longForm(const std::string& option) {
 
 bool takesValue(const std::string& option) {
   return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata" &&
-         option != "--force";
+         option != "--force" && option != "--directory";
 }
 
 std::string withSuggestion(std::string message, const std::string& word,
@@ -203,6 +203,8 @@ Arguments parseArguments(const std::vector<std::string>& words) {
       result.notes = *value;
     else if (option == "--force")
       result.force = true;
+    else if (option == "--directory")
+      result.directory = true;
     else if (option == "--baud")
       result.overrides.baud =
           parsed(baudFrom(*value), result.command, option, *value,

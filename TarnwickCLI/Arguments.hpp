@@ -40,6 +40,8 @@ struct Arguments {
   std::optional<std::string> notes;
   /// Replace an existing product file.
   bool force = false;
+  /// `pack` writes the product as a directory, for programs that read only that form.
+  bool directory = false;
   /// Product file, or firmware files and folders.
   std::vector<std::string> inputs;
   bool operator==(const Arguments&) const = default;

@@ -316,7 +316,10 @@ int pack(const Arguments& arguments) {
     throw Unusable{L10n::Cli::alreadyExists(out.string())};
   }
   try {
-    ProductPackage::write(package, out);
+    if (arguments.directory)
+      ProductPackage::writeDirectory(package, out);
+    else
+      ProductPackage::write(package, out);
   } catch (const PackageError& error) {
     throw Unusable{L10n::Errors::savingFailed(error.message())};
   } catch (const fs::filesystem_error& error) {

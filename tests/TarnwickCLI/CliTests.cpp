@@ -138,7 +138,7 @@ TEST_F(CLI, PackedProductAndBuildFolderFlashTheSameContents) {
   Result packed = runCLI({"pack", "--target", "esp:auto", "--out", (root / "Sensor").string(),
                           "--name", "Sensor v1", (root / "project").string()});
   ASSERT_EQ(packed.status, 0) << packed.err;
-  ASSERT_TRUE(fs::exists(root / "Sensor.twflash" / "product.json"));
+  ASSERT_TRUE(fs::is_regular_file(root / "Sensor.twflash"));
   EXPECT_EQ(ProductPackage::read(root / "Sensor.twflash").product.name, "Sensor v1");
 
   Result fromFile = runCLI(
@@ -216,8 +216,9 @@ TEST_F(CLI, SingleFilesAndArduinoSketches) {
 TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
   // A damaged product file.
   platformIOBuild("env", ChipIDs::esp32s3, Layouts::arduinoDefault()).writeTo(root / "p");
-  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--out", (root / "P.twflash").string(),
-                    (root / "p").string()})
+  // The directory form, as other programs exchange it, is read with the same checks.
+  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--directory", "--out",
+                    (root / "P.twflash").string(), (root / "p").string()})
                 .status,
             0);
   for (const auto& entry : fs::directory_iterator(root / "P.twflash" / "files")) {
@@ -347,6 +348,9 @@ TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
   EXPECT_THROW(parseArguments({"flash", "--baud", "100", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"flash", "--no-verify=yes", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"pack", "--target", "esp:auto", "dir"}), UsageError);
+  EXPECT_TRUE(
+      parseArguments({"pack", "--target", "esp:auto", "--directory", "--out", "P", "d"}).directory);
+  EXPECT_THROW(parseArguments({"flash", "--directory", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"ports", "extra"}), UsageError);
   EXPECT_EQ(parseArguments({"flash", "--", "--odd-name.bin"}).inputs,
             std::vector<std::string>{"--odd-name.bin"});
