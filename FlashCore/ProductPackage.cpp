@@ -12,6 +12,7 @@
 #include <zip.h>
 
 #include "FlashCore/Digest.hpp"
+#include "FlashCore/ESPImage.hpp"
 #include "Localization/PackageTexts.hpp"
 
 namespace tarnwick {
@@ -235,8 +236,13 @@ public:
       }
     }
     // Another format's container with a product.json inside is still not ours.
-    if (auto type = fetch("mimetype", ProductPackage::mimeType.size());
-        type && std::string_view(reinterpret_cast<const char*>(type->data()), type->size()) !=
+    std::optional<Bytes> type;
+    try {
+      type = fetch("mimetype", ProductPackage::mimeType.size());
+    } catch (const DamagedEntry&) {
+      notAPackage();
+    }
+    if (type && std::string_view(reinterpret_cast<const char*>(type->data()), type->size()) !=
                     ProductPackage::mimeType) {
       notAPackage();
     }
@@ -372,8 +378,7 @@ void writeWhole(int directory, const std::string& name, ByteView bytes, const fs
 // until this moment, and is removed only afterwards.
 void install(const Place& place, const Temporary& temporary) {
   struct stat info {};
-  const bool replacesDirectory =
-      ::lstat(place.target.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
+  const bool replacesDirectory = ::lstat(place.target.c_str(), &info) == 0 && S_ISDIR(info.st_mode);
   struct stat mine {};
   ::fstat(temporary.fd.get(), &mine);
   if (!S_ISDIR(mine.st_mode) && !replacesDirectory) {
@@ -417,7 +422,10 @@ std::string prepare(const ProductPackage& package) {
     if (bytes == package.files.end()) {
       throw PackageError{PackageError::MissingFile{image.fileName}};
     }
-    if (!isPlainFileName(image.fileName)) systemFailure("write", image.fileName, EINVAL);
+    // A name that is not UTF-8 would be stored altered in the record and not be found again.
+    if (!isPlainFileName(image.fileName) || validUTF8(image.fileName) != image.fileName) {
+      systemFailure("write", image.fileName, EINVAL);
+    }
     // What could not be opened again is not written.
     if (bytes->second.size() > ProductPackage::maximumFileSize) {
       systemFailure("write", image.fileName, EFBIG);
@@ -426,7 +434,8 @@ std::string prepare(const ProductPackage& package) {
   }
   std::string record = encodeProduct(package.product);
   if (record.size() > ProductPackage::maximumRecordSize ||
-      total + record.size() + ProductPackage::mimeType.size() > ProductPackage::maximumPackageSize) {
+      total + record.size() + ProductPackage::mimeType.size() >
+          ProductPackage::maximumPackageSize) {
     systemFailure("write", "product.json", EFBIG);
   }
   return record;

@@ -1,7 +1,11 @@
 #include "Localization/RunTexts.hpp"
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
+#include <langinfo.h>
+#include <locale.h>
 
 #include "Localization/Text.hpp"
 
@@ -9,14 +13,55 @@ namespace tarnwick {
 
 namespace {
 
-// English writes a decimal point; the four other interface languages a decimal comma.
-char decimalSeparator() { return currentLanguage() == Language::en ? '.' : ','; }
+thread_local std::optional<std::string> numericOverride;
+
+// Where the system does not have the locale installed (containers often carry only C.UTF-8),
+// the separator comes from the language and region, as the common locales define them.
+char usualDecimalSeparator(std::string_view name) {
+  auto letters = [](std::string_view text) {
+    std::string result;
+    for (char c : text) {
+      if (c == '_' || c == '-' || c == '.' || c == '@') break;
+      result += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    }
+    return result;
+  };
+  const std::string language = letters(name);
+  const auto separator = name.find_first_of("_-");
+  const std::string region =
+      separator == std::string_view::npos ? "" : letters(name.substr(separator + 1));
+  static const char* const commaLanguages[] = {
+      "af", "az", "be", "bg", "bs", "ca", "cs", "da", "de", "el", "es", "et",
+      "eu", "fi", "fo", "fr", "gl", "hr", "hu", "hy", "id", "is", "it", "ka",
+      "kk", "ky", "lb", "lt", "lv", "mk", "mn", "nb", "nl", "nn", "no", "pl",
+      "pt", "ro", "ru", "sk", "sl", "sq", "sr", "sv", "tr", "uk", "uz", "vi"};
+  bool comma = false;
+  for (const char* code : commaLanguages)
+    comma = comma || language == code;
+  if (!comma) return '.';
+  // Switzerland and Liechtenstein write a point in German and Italian; so does much of Spanish
+  // America.
+  if ((language == "de" || language == "it") && (region == "ch" || region == "li")) return '.';
+  static const char* const spanishPointRegions[] = {"mx", "us", "pr", "do", "gt",
+                                                    "hn", "ni", "pa", "pe", "sv"};
+  if (language == "es") {
+    for (const char* code : spanishPointRegions) {
+      if (region == code) return '.';
+    }
+  }
+  return ',';
+}
+
+char decimalSeparator() { return decimalSeparatorOf(numericLocale()); }
 
 std::string fixed(double value, int decimals) {
   char text[64];
   std::snprintf(text, sizeof text, "%.*f", decimals, value);
   std::string result = text;
-  if (auto dot = result.find('.'); dot != std::string::npos) result[dot] = decimalSeparator();
+  // The process's own C locale may already have written a comma (a Qt program adopts the
+  // environment's locale); either way the separator is the one chosen here.
+  if (auto mark = result.find_first_of(".,"); mark != std::string::npos)
+    result[mark] = decimalSeparator();
   return result;
 }
 
@@ -26,6 +71,32 @@ std::string compose(const Texts& head, const std::string& value, const Texts& ta
 }
 
 } // namespace
+
+std::string numericLocale() {
+  if (numericOverride) return *numericOverride;
+  for (const char* name : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
+    if (const char* value = std::getenv(name); value && *value) return value;
+  }
+  return "C";
+}
+
+char decimalSeparatorOf(std::string_view localeName) {
+  if (localeName.empty()) return '.';
+  const std::string name(localeName);
+  if (locale_t locale = newlocale(LC_NUMERIC_MASK, name.c_str(), locale_t{})) {
+    const char* radix = nl_langinfo_l(RADIXCHAR, locale);
+    const char separator = radix && radix[0] && !radix[1] ? radix[0] : '\0';
+    freelocale(locale);
+    if (separator == '.' || separator == ',') return separator;
+  }
+  return usualDecimalSeparator(localeName);
+}
+
+NumericLocaleOverride::NumericLocaleOverride(std::string localeName) : previous_(numericOverride) {
+  numericOverride = std::move(localeName);
+}
+
+NumericLocaleOverride::~NumericLocaleOverride() { numericOverride = previous_; }
 
 std::string formatSeconds(double seconds) {
   if (!std::isfinite(seconds) || seconds < 0) seconds = 0;
@@ -186,5 +257,24 @@ std::string partitionsApplicationIn(std::int64_t count, const std::string& parti
                  partition, {"", "", "", "", ""});
 }
 std::string stopped() { return tr({"Stopped.", "Gestopt.", "Gestoppt.", "Arrêté.", "Detenido."}); }
+std::string partlyWritten() {
+  return tr({"The board was restarted and is only partly written.",
+             "Het board is herstart en maar gedeeltelijk beschreven.",
+             "Das Board wurde neu gestartet und ist nur teilweise beschrieben.",
+             "La carte a été redémarrée et n’est que partiellement écrite.",
+             "La placa se ha reiniciado y solo está escrita en parte."});
+}
+std::string esp8266Limits() {
+  return tr({"The ESP8266 ROM cannot verify (its bootloader checks every block) and flashes at "
+             "115200 baud.",
+             "Het ROM van de ESP8266 kan niet controleren (de bootloader controleert elk blok) en "
+             "flasht op 115200 baud.",
+             "Das ROM des ESP8266 kann nicht prüfen (sein Bootloader prüft jeden Block) und flasht "
+             "mit 115200 Baud.",
+             "La ROM de l’ESP8266 ne sait pas vérifier (son bootloader contrôle chaque bloc) et "
+             "flashe à 115200 bauds.",
+             "La ROM del ESP8266 no puede verificar (su bootloader comprueba cada bloque) y "
+             "flashea a 115200 baudios."});
+}
 std::string log() { return tr({"Log", "Logboek", "Protokoll", "Journal", "Registro"}); }
 } // namespace tarnwick::L10n::Log

@@ -2,12 +2,34 @@
 // Texts of a flashing run: stage texts, log lines and the number formats they use.
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace tarnwick {
 
-/// Seconds with exactly one decimal in the interface language's style, then " s" ("3.4 s", "3,4
-/// s").
+/// The locale that decides how numbers are written, in POSIX order: LC_ALL, else LC_NUMERIC,
+/// else LANG; "C" when none is set. A `NumericLocaleOverride` on the calling thread wins.
+std::string numericLocale();
+
+/// The decimal separator of a locale name such as "de_DE.UTF-8": the system's own definition
+/// when the locale is installed, else the usual one of its language and region.
+char decimalSeparatorOf(std::string_view localeName);
+
+/// Makes the calling thread write numbers as in another locale while it lives (tests).
+class NumericLocaleOverride {
+public:
+  explicit NumericLocaleOverride(std::string localeName);
+  ~NumericLocaleOverride();
+  NumericLocaleOverride(const NumericLocaleOverride&) = delete;
+  NumericLocaleOverride& operator=(const NumericLocaleOverride&) = delete;
+
+private:
+  std::optional<std::string> previous_;
+};
+
+/// Seconds with exactly one decimal in the user's numeric locale, then " s" ("3.4 s", "3,4 s"),
+/// whatever the interface language.
 std::string formatSeconds(double seconds);
 
 /// A byte count in 1024-based units as memory sizes are written ("512 bytes", "30 KB", "1.4 MB").
@@ -55,5 +77,9 @@ std::string filesFrom(std::int64_t count, const std::string& folder);
 std::string openedProduct(const std::string& name);
 std::string partitionsApplicationIn(std::int64_t count, const std::string& partition);
 std::string stopped();
+/// After a stop: why the board must be flashed again.
+std::string partlyWritten();
+/// Once per ESP8266 run: why there is no verification and no speed change.
+std::string esp8266Limits();
 std::string log();
 } // namespace tarnwick::L10n::Log

@@ -8,19 +8,30 @@ cd "$(dirname "$0")/.."
 
 scripts/setup.sh
 
-flags=()
-command -v ccache >/dev/null && flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-cmake -S . -B build -G Ninja "${flags[@]}" >/dev/null
+# Only the programs that are started, not every test and benchmark; the build talks to a log
+# file, which is shown only when the build fails.
+build() {
+  mkdir -p build
+  local log=build/run-build.log
+  local flags=()
+  command -v ccache >/dev/null && flags+=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+  if ! { cmake -S . -B build -G Ninja "${flags[@]}" &&
+         cmake --build build --parallel "$(nproc)" --target "$@"; } >"$log" 2>&1; then
+    cat "$log" >&2
+    echo "The build failed; the log above is also in $log." >&2
+    exit 1
+  fi
+}
 
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
   echo "No display found (DISPLAY and WAYLAND_DISPLAY are empty): showing the command-line demo"
   echo "instead. Start Tarnwick from a desktop session to see the window."
   echo
-  echo "Building tarnwick-cli and the simulated board…"
-  cmake --build build --parallel "$(nproc)" --target tarnwick-cli tarnwick-simboard >/dev/null
+  echo "Building tarnwick-cli and tarnwick-simboard (log: build/run-build.log)…"
+  build tarnwick-cli tarnwick-simboard
   exec scripts/demo.sh
 fi
 
-echo "Building Tarnwick…"
-cmake --build build --parallel "$(nproc)" --target tarnwick >/dev/null
+echo "Building Tarnwick (log: build/run-build.log)…"
+build tarnwick
 exec build/Tarnwick/tarnwick "$@"

@@ -39,8 +39,8 @@ QFont fixedFont(double points, QFont::Weight weight) {
 QColor logColour(Kind kind, const QPalette& palette) {
   const QColor text = palette.color(QPalette::Active, QPalette::Text);
   const QColor base = palette.color(QPalette::Active, QPalette::Base);
-  // Deeper shades on a light background and lighter ones on a dark background, each keeping a
-  // contrast of at least 4.5:1 against the usual backgrounds of its kind.
+  // Deeper accents on a light background and lighter ones on a dark background, each readable at
+  // 4.5:1 or better against the base and window colours; the tertiary grey is fainter on purpose.
   const bool dark = isDark(palette);
   switch (kind) {
   case Kind::text:

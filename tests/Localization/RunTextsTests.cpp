@@ -1,13 +1,17 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <optional>
+
 #include "Localization/Language.hpp"
 #include "Localization/RunTexts.hpp"
 
 using namespace tarnwick;
 
-TEST(RunTexts, NumbersFollowTheInterfaceLanguage) {
+TEST(RunTexts, NumbersFollowTheNumericLocaleNotTheInterfaceLanguage) {
   {
     LanguageOverride english(Language::en);
+    NumericLocaleOverride c("C");
     EXPECT_EQ(formatSeconds(3.44), "3.4 s");
     EXPECT_EQ(formatSeconds(0), "0.0 s");
     EXPECT_EQ(formatByteCount(0), "0 bytes");
@@ -19,17 +23,72 @@ TEST(RunTexts, NumbersFollowTheInterfaceLanguage) {
     EXPECT_EQ(formatByteCount(1468006), "1.4 MB");
     // Just under a megabyte must not read "1024 KB".
     EXPECT_EQ(formatByteCount(1024 * 1024 - 10), "1 MB");
+    {
+      // An English interface in a German locale writes a decimal comma...
+      NumericLocaleOverride germany("de_DE.UTF-8");
+      EXPECT_EQ(formatSeconds(3.44), "3,4 s");
+      EXPECT_EQ(formatByteCount(1468006), "1,4 MB");
+    }
   }
   {
+    // ...and a German interface in an American locale a point.
     LanguageOverride german(Language::de);
-    EXPECT_EQ(formatSeconds(3.44), "3,4 s");
-    EXPECT_EQ(formatByteCount(1468006), "1,4 MB");
+    NumericLocaleOverride america("en_US.UTF-8");
+    EXPECT_EQ(formatSeconds(3.44), "3.4 s");
   }
   LanguageOverride french(Language::fr);
+  NumericLocaleOverride france("fr_FR.UTF-8");
   EXPECT_EQ(formatByteCount(30 * 1024), "30 Ko");
+  EXPECT_EQ(formatByteCount(1468006), "1,4 Mo");
   EXPECT_EQ(formatAddress(0x10000), "0x10000");
   EXPECT_EQ(formatAddress(0), "0x0");
   EXPECT_EQ(formatAddress(0xABCDEF), "0xABCDEF");
+}
+
+TEST(RunTexts, DecimalSeparatorOfALocale) {
+  const std::pair<const char*, char> cases[] = {
+      {"C", '.'},           {"POSIX", '.'},       {"C.UTF-8", '.'},     {"", '.'},
+      {"en_US.UTF-8", '.'}, {"en_GB", '.'},       {"ja_JP.UTF-8", '.'}, {"de_DE.UTF-8", ','},
+      {"de_AT", ','},       {"de_CH.UTF-8", '.'}, {"nl_NL.UTF-8", ','}, {"nl_BE@euro", ','},
+      {"fr_FR.UTF-8", ','}, {"fr_CA.UTF-8", ','}, {"es_ES.UTF-8", ','}, {"es_MX.UTF-8", '.'},
+      {"es_AR.UTF-8", ','}, {"it_CH.UTF-8", '.'}, {"pt_BR.UTF-8", ','}, {"ru_RU.UTF-8", ','},
+      {"de", ','},          {"xx_YY.UTF-8", '.'},
+  };
+  for (auto [name, separator] : cases)
+    EXPECT_EQ(decimalSeparatorOf(name), separator) << name;
+}
+
+TEST(RunTexts, NumericLocaleIsTakenInPosixOrder) {
+  struct Case {
+    const char *all, *numeric, *lang, *expected;
+  };
+  const Case cases[] = {
+      {"de_DE.UTF-8", "en_US.UTF-8", "fr_FR.UTF-8", "de_DE.UTF-8"},
+      {"", "nl_NL.UTF-8", "en_US.UTF-8", "nl_NL.UTF-8"},
+      {nullptr, nullptr, "es_ES.UTF-8", "es_ES.UTF-8"},
+      {nullptr, "", "", "C"},
+  };
+  const char* names[] = {"LC_ALL", "LC_NUMERIC", "LANG"};
+  std::optional<std::string> saved[3];
+  for (int i = 0; i < 3; ++i) {
+    if (const char* value = std::getenv(names[i])) saved[i] = value;
+  }
+  for (const Case& c : cases) {
+    const char* values[] = {c.all, c.numeric, c.lang};
+    for (int i = 0; i < 3; ++i) {
+      if (values[i])
+        ::setenv(names[i], values[i], 1);
+      else
+        ::unsetenv(names[i]);
+    }
+    EXPECT_EQ(numericLocale(), c.expected);
+  }
+  for (int i = 0; i < 3; ++i) {
+    if (saved[i])
+      ::setenv(names[i], saved[i]->c_str(), 1);
+    else
+      ::unsetenv(names[i]);
+  }
 }
 
 TEST(RunTexts, EnglishWordingsAndEveryLanguageFilled) {
