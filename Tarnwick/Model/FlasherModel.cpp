@@ -287,7 +287,7 @@ void FlasherModel::openProduct(const std::filesystem::path& location) {
     setErrorMessage(qs(L10n::Errors::cannotOpen(name, error.message())));
     return;
   } catch (const ProductDecodingError& error) {
-    setErrorMessage(qs(L10n::Errors::cannotOpen(name, error.message())));
+    setErrorMessage(qs(error.message(name)));
     return;
   } catch (const std::exception&) {
     setErrorMessage(qs(L10n::Errors::cannotRead(name)));

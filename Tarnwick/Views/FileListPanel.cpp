@@ -18,8 +18,10 @@
 
 #include "FlashCore/ESPImage.hpp"
 #include "FlashCore/ProductCheck.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
@@ -79,10 +81,10 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
 
   auto* buttons = new QHBoxLayout;
-  auto* files = new QPushButton(qt(W::addFiles()));
-  files->setToolTip(qt(W::addFilesTooltip()));
-  auto* folder = new QPushButton(qt(W::buildFolder()));
-  folder->setToolTip(qt(W::buildFolderTooltip()));
+  auto* files = new QPushButton(qt(L10n::Images::addFiles()));
+  files->setToolTip(qt(L10n::Images::addFilesTooltip()));
+  auto* folder = new QPushButton(qt(L10n::Images::buildFolder()));
+  folder->setToolTip(qt(L10n::Images::buildFolderTooltip()));
   connect(files, &QPushButton::clicked, this, &FileListPanel::chooseFiles);
   connect(folder, &QPushButton::clicked, this, &FileListPanel::chooseBuildFolder);
   files->setObjectName("addFilesButton");
@@ -102,7 +104,7 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   auto* empty = new QWidget;
   auto* emptyLayout = new QVBoxLayout(empty);
   emptyLayout->addStretch();
-  emptyTitle_ = new QLabel(qt(W::noFirmwareYet()));
+  emptyTitle_ = new QLabel(qt(L10n::Images::noFirmwareYet()));
   QFont titleFont = emptyTitle_->font();
   titleFont.setPointSizeF(titleFont.pointSizeF() * 1.3);
   titleFont.setBold(true);
@@ -116,10 +118,10 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   emptyLayout->addWidget(emptyTitle_);
   emptyLayout->addWidget(emptyHint_, 0, Qt::AlignHCenter);
   auto* emptyButtons = new QHBoxLayout;
-  auto* emptyFiles = new QPushButton(qt(W::addFiles()));
-  emptyFiles->setToolTip(qt(W::addFilesTooltip()));
-  auto* emptyFolder = new QPushButton(qt(W::buildFolder()));
-  emptyFolder->setToolTip(qt(W::buildFolderTooltip()));
+  auto* emptyFiles = new QPushButton(qt(L10n::Images::addFiles()));
+  emptyFiles->setToolTip(qt(L10n::Images::addFilesTooltip()));
+  auto* emptyFolder = new QPushButton(qt(L10n::Images::buildFolder()));
+  emptyFolder->setToolTip(qt(L10n::Images::buildFolderTooltip()));
   connect(emptyFiles, &QPushButton::clicked, this, &FileListPanel::chooseFiles);
   connect(emptyFolder, &QPushButton::clicked, this, &FileListPanel::chooseBuildFolder);
   emptyButtons->addStretch();
@@ -158,7 +160,7 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   stack_->addWidget(table_);
 
   // Delete removes the selected files while the list has the focus.
-  auto* remove = new QAction(qt(W::remove()), table_);
+  auto* remove = new QAction(qt(L10n::Images::remove()), table_);
   remove->setShortcuts(QKeySequence::Delete);
   remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(remove, &QAction::triggered, this, &FileListPanel::removeSelected);
@@ -181,14 +183,14 @@ std::vector<UUID> FileListPanel::selectedIDs() const {
 
 void FileListPanel::retitle() {
   table_->horizontalHeaderItem(enabledColumn)->setText(QString());
-  table_->horizontalHeaderItem(enabledColumn)->setToolTip(qt(W::flashThisFile()));
+  table_->horizontalHeaderItem(enabledColumn)->setToolTip(qt(L10n::Images::flashThisFile()));
   table_->horizontalHeaderItem(fileColumn)
-      ->setText(qt(arduino_ ? W::columnSketch() : W::columnFile()));
-  table_->horizontalHeaderItem(roleColumn)->setText(qt(W::columnKind()));
-  table_->horizontalHeaderItem(addressColumn)->setText(qt(W::columnAddress()));
-  table_->horizontalHeaderItem(sizeColumn)->setText(qt(W::columnSize()));
-  table_->horizontalHeaderItem(locationColumn)->setText(qt(W::columnLocation()));
-  emptyHint_->setText(qt(arduino_ ? W::emptyHintArduino() : W::emptyHintESP()));
+      ->setText(qt(arduino_ ? L10n::Images::sketch() : L10n::Images::file()));
+  table_->horizontalHeaderItem(roleColumn)->setText(qt(L10n::Images::kind()));
+  table_->horizontalHeaderItem(addressColumn)->setText(qt(L10n::Images::address()));
+  table_->horizontalHeaderItem(sizeColumn)->setText(qt(L10n::Images::size()));
+  table_->horizontalHeaderItem(locationColumn)->setText(qt(L10n::Images::locationAndChecks()));
+  emptyHint_->setText(qt(arduino_ ? L10n::Images::addSketchHint() : L10n::Images::addFilesHint()));
   emptyHint_->setFixedHeight(emptyHint_->heightForWidth(emptyHint_->width()));
 }
 
@@ -229,7 +231,7 @@ void FileListPanel::rebuildRows() {
     };
 
     auto* box = new QCheckBox;
-    box->setToolTip(qt(W::flashThisFile()));
+    box->setToolTip(qt(L10n::Images::flashThisFile()));
     auto* boxCell = new QWidget;
     auto* boxLayout = new QHBoxLayout(boxCell);
     boxLayout->setContentsMargins(0, 0, 0, 0);
@@ -250,7 +252,7 @@ void FileListPanel::rebuildRows() {
     table_->setCellWidget(row, roleColumn, role);
 
     auto* address = new AddressField;
-    address->setToolTip(qt(W::addressTooltip()));
+    address->setToolTip(qt(L10n::Images::addressTooltip()));
     address->setFrame(false);
     connect(address, &AddressField::addressEdited, this, [editImage](std::uint32_t value) {
       editImage([value](FirmwareImage& image) { image.offset = value; });
@@ -298,13 +300,14 @@ void FileListPanel::updateRow(int row) {
         }
   if (image.role == FirmwareImage::Role::partitionTable && files.count(image.id) != 0) {
     if (auto own = Partition::parseTable(files.at(image.id)))
-      lines << qt(W::partitionCount(static_cast<std::int64_t>(own->size())));
+      lines << qt(L10n::Images::partitionCount(static_cast<std::int64_t>(own->size())));
   } else if (partitions) {
     for (const Partition& partition : *partitions)
       if (image.offset >= partition.offset && image.offset < partition.end() &&
           partition.size > 0) {
         int percent = static_cast<int>((image.size * 100 + partition.size - 1) / partition.size);
-        lines << qt(W::partitionUse(partition.label, formatByteCount(partition.size), percent));
+        lines << qt(L10n::Images::partitionUsage(partition.label, formatByteCount(partition.size),
+                                                 std::to_string(percent)));
         break;
       }
   }
@@ -328,8 +331,8 @@ void FileListPanel::updateRow(int row) {
 
 void FileListPanel::chooseFiles() {
   QStringList chosen = QFileDialog::getOpenFileNames(
-      this, qt(arduino_ ? W::chooseSketch() : W::chooseFirmwareFiles()), QString(),
-      qt(W::firmwareFileFilter()));
+      this, qt(arduino_ ? L10n::Images::chooseSketch() : L10n::Images::chooseFirmwareFiles()),
+      QString(), qt(W::firmwareFileFilter()));
   std::vector<std::filesystem::path> locations;
   for (const QString& file : chosen)
     locations.emplace_back(file.toStdString());
@@ -337,7 +340,7 @@ void FileListPanel::chooseFiles() {
 }
 
 void FileListPanel::chooseBuildFolder() {
-  QString folder = QFileDialog::getExistingDirectory(this, qt(W::chooseBuildFolder()));
+  QString folder = QFileDialog::getExistingDirectory(this, qt(L10n::Images::chooseBuildFolder()));
   if (!folder.isEmpty()) model_.importFolder(folder.toStdString());
 }
 
@@ -347,8 +350,8 @@ void FileListPanel::removeSelected() {
 }
 
 void FileListPanel::chooseAnotherFile(const UUID& id) {
-  QString file = QFileDialog::getOpenFileName(this, qt(W::chooseAnotherFile()), QString(),
-                                              qt(W::firmwareFileFilter()));
+  QString file = QFileDialog::getOpenFileName(this, qt(L10n::Images::chooseAnotherFile()),
+                                              QString(), qt(W::firmwareFileFilter()));
   if (!file.isEmpty()) model_.replaceFile(id, file.toStdString());
 }
 
@@ -357,8 +360,8 @@ void FileListPanel::showContextMenu(const QPoint& position) {
   std::vector<UUID> ids = selectedIDs();
   if (ids.empty()) return;
   QMenu menu(this);
-  menu.addAction(qt(W::remove()), this, &FileListPanel::removeSelected);
-  QAction* another = menu.addAction(qt(W::chooseAnotherFile()), this,
+  menu.addAction(qt(L10n::Images::remove()), this, &FileListPanel::removeSelected);
+  QAction* another = menu.addAction(qt(L10n::Images::chooseAnotherFile()), this,
                                     [this, id = ids.front()] { chooseAnotherFile(id); });
   another->setEnabled(ids.size() == 1);
   menu.exec(table_->viewport()->mapToGlobal(position));

@@ -32,8 +32,10 @@
 #include "Localization/AVRTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Help.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
@@ -178,7 +180,7 @@ QWidget* MainWindow::buildHeader() {
   header->setFrameShape(QFrame::StyledPanel);
   auto* layout = new QHBoxLayout(header);
   layout->setContentsMargins(10, 8, 10, 8);
-  auto* portLabel = new QLabel(qt(W::serialPort()));
+  auto* portLabel = new QLabel(qt(L10n::Header::serialPort()));
   portPicker_ = new QComboBox;
   portPicker_->setObjectName("portPicker");
   portPicker_->setMinimumContentsLength(24);
@@ -195,9 +197,9 @@ QWidget* MainWindow::buildHeader() {
   flashButton_->setDefault(true);
   flashButton_->setMinimumWidth(96);
   connect(flashButton_, &QPushButton::clicked, &model_, &FlasherModel::toggleFlash);
-  automatic_ = new QCheckBox(qt(W::automatic()));
+  automatic_ = new QCheckBox(qt(L10n::Header::automatic()));
   automatic_->setObjectName("automaticSwitch");
-  automatic_->setToolTip(qt(W::flashAutomaticallyExplanation()));
+  automatic_->setToolTip(qt(L10n::Settings::flashAutomaticallyExplanation()));
   connect(automatic_, &QCheckBox::clicked, &model_, &FlasherModel::setAutoFlash);
   settingsButton_ = new QToolButton;
   settingsButton_->setObjectName("settingsButton");
@@ -231,9 +233,9 @@ QWidget* MainWindow::buildBanner() {
   layout->setContentsMargins(12, 6, 12, 6);
   auto* symbol = new QLabel;
   symbol->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(20, 20));
-  auto* text = new QLabel(qt(W::noUSBBoard()));
+  auto* text = new QLabel(qt(L10n::Notice::noUSBBoard()));
   text->setWordWrap(true);
-  auto* dismiss = new QPushButton(qt(W::dismiss()));
+  auto* dismiss = new QPushButton(qt(L10n::Notice::dismiss()));
   dismiss->setFlat(true);
   connect(dismiss, &QPushButton::clicked, this, [this] {
     bannerDismissed_ = true;
@@ -246,7 +248,7 @@ QWidget* MainWindow::buildBanner() {
 }
 
 QWidget* MainWindow::buildProductPanel() {
-  auto* panel = new QGroupBox(qt(W::productTitle()));
+  auto* panel = new QGroupBox(qt(L10n::Product::panelTitle()));
   panel->setObjectName("productPanel");
   auto* layout = new QHBoxLayout(panel);
   auto* nameLabel = new QLabel(qt(L10n::Product::productName()));
@@ -262,7 +264,7 @@ QWidget* MainWindow::buildProductPanel() {
   auto* targetLabel = new QLabel(qt(L10n::Product::target()));
   targetPicker_ = new QComboBox;
   targetPicker_->setObjectName("targetPicker");
-  targetPicker_->setToolTip(qt(W::targetTooltip()));
+  targetPicker_->setToolTip(qt(L10n::Product::targetTooltip()));
   targetLabel->setBuddy(targetPicker_);
   for (const Target& target : Target::all())
     targetPicker_->addItem(targetName(target), QString::fromStdString(target.text()));
@@ -275,7 +277,7 @@ QWidget* MainWindow::buildProductPanel() {
   });
   notesButton_ = new QToolButton;
   notesButton_->setText(qt(L10n::Product::notes()));
-  notesButton_->setToolTip(qt(W::notesPlaceholder()));
+  notesButton_->setToolTip(qt(L10n::Product::notesPlaceholder()));
   connect(notesButton_, &QToolButton::clicked, this, &MainWindow::showNotes);
 
   auto productButton = [this](const std::string& text, QStyle::StandardPixmap icon, auto slot) {
@@ -283,7 +285,7 @@ QWidget* MainWindow::buildProductPanel() {
     button->setText(qt(text));
     button->setIcon(style()->standardIcon(icon));
     button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    button->setToolTip(qt(W::productButtonsTooltip()));
+    button->setToolTip(qt(L10n::Product::productButtonsTooltip()));
     connect(button, &QToolButton::clicked, &model_, slot);
     productButtons_ << button;
     return button;
@@ -321,12 +323,12 @@ QWidget* MainWindow::buildStatusLine() {
   logToggle_->setObjectName("logToggle");
   logToggle_->setCheckable(true);
   logToggle_->setText(qt(L10n::Log::log()));
-  logToggle_->setToolTip(qt(W::logToggleTooltip(shortcutText(Shortcuts::showLog()))));
+  logToggle_->setToolTip(qt(L10n::Footer::showLogTooltip()));
   connect(logToggle_, &QToolButton::clicked, this, &MainWindow::setLogShown);
   logOptions_ = new QToolButton;
   logOptions_->setObjectName("logOptions");
-  logOptions_->setText(qt(W::logOptions()));
-  logOptions_->setToolTip(qt(W::logOptions()));
+  logOptions_->setText(qt(L10n::Footer::logOptions()));
+  logOptions_->setToolTip(qt(L10n::Footer::logOptions()));
   logOptions_->setPopupMode(QToolButton::InstantPopup);
   layout->addWidget(statusText_, 1);
   layout->addWidget(progress_, 2);
@@ -346,21 +348,23 @@ void MainWindow::buildMenus() {
     return action;
   };
   editActions_ << add(
-      file, W::newProduct(), [this] { model_.newProduct(); }, QKeySequence(QKeySequence::New));
+      file, L10n::Menu::newProduct(), [this] { model_.newProduct(); },
+      QKeySequence(QKeySequence::New));
   editActions_ << add(
-      file, W::openProduct(), [this] { model_.openProductWithPanel(); },
+      file, L10n::Menu::openProduct(), [this] { model_.openProductWithPanel(); },
       QKeySequence(QKeySequence::Open));
   recentMenu_ = file->addMenu(qt(W::openRecent()));
   editActions_ << recentMenu_->menuAction();
   file->addSeparator();
   add(
-      file, W::saveProduct(), [this] { model_.saveProduct(); }, QKeySequence(QKeySequence::Save));
+      file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); },
+      QKeySequence(QKeySequence::Save));
   add(
-      file, W::saveProductAs(), [this] { model_.saveProductAs(); },
+      file, L10n::Menu::saveProductAs(), [this] { model_.saveProductAs(); },
       QKeySequence(QKeySequence::SaveAs));
   saveLogAction_ = add(
-      file, W::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
-  saveLogAction_->setToolTip(qt(W::saveLogTooltip(shortcutText(Shortcuts::saveLog()))));
+      file, L10n::Menu::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
+  saveLogAction_->setToolTip(qt(L10n::Footer::saveTooltip()));
   file->addSeparator();
   QAction* quit = add(
       file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
@@ -370,24 +374,24 @@ void MainWindow::buildMenus() {
   flashAction_ = add(
       board, L10n::State::flash(), [this] { model_.toggleFlash(); }, Shortcuts::flash());
   flashAction_->setObjectName("flashAction");
-  autoFlashAction_ = board->addAction(qt(W::flashAutomatically()));
+  autoFlashAction_ = board->addAction(qt(L10n::Settings::flashAutomatically()));
   autoFlashAction_->setCheckable(true);
   connect(autoFlashAction_, &QAction::triggered, &model_, &FlasherModel::setAutoFlash);
   editActions_ << autoFlashAction_;
 
   QMenu* view = menuBar()->addMenu(qt(W::viewMenu()));
-  showLogAction_ = view->addAction(qt(W::showLog()));
+  showLogAction_ = view->addAction(qt(L10n::Footer::showLog()));
   showLogAction_->setCheckable(true);
   showLogAction_->setShortcut(Shortcuts::showLog());
   connect(showLogAction_, &QAction::triggered, this, &MainWindow::setLogShown);
   clearLogAction_ = add(
-      view, W::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
-  clearLogAction_->setToolTip(qt(W::clearLogTooltip(shortcutText(Shortcuts::clearLog()))));
+      view, L10n::Menu::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
+  clearLogAction_->setToolTip(qt(L10n::Footer::clearLogTooltip()));
   view->addSeparator();
-  autoscrollAction_ = view->addAction(qt(W::autoscroll()));
+  autoscrollAction_ = view->addAction(qt(L10n::Footer::autoscroll()));
   autoscrollAction_->setCheckable(true);
   connect(autoscrollAction_, &QAction::triggered, &model_, &FlasherModel::setAutoscroll);
-  timestampsAction_ = view->addAction(qt(W::timestamps()));
+  timestampsAction_ = view->addAction(qt(L10n::Footer::timestamps()));
   timestampsAction_->setCheckable(true);
   connect(timestampsAction_, &QAction::triggered, &model_, &FlasherModel::setShowTimestamps);
 
@@ -401,10 +405,11 @@ void MainWindow::buildMenus() {
   options->addAction(autoscrollAction_);
   options->addAction(timestampsAction_);
   options->addSeparator();
-  QAction* saveLog = options->addAction(qt(W::saveLogButton()), this, [this] { model_.saveLog(); });
+  QAction* saveLog =
+      options->addAction(qt(L10n::Footer::save()), this, [this] { model_.saveLog(); });
   saveLog->setToolTip(saveLogAction_->toolTip());
   QAction* clearLog =
-      options->addAction(qt(W::clearLogButton()), this, [this] { model_.clearLog(); });
+      options->addAction(qt(L10n::Footer::clearLog()), this, [this] { model_.clearLog(); });
   clearLog->setToolTip(clearLogAction_->toolTip());
   options->setToolTipsVisible(true);
   logOptions_->setMenu(options);
@@ -443,7 +448,7 @@ void MainWindow::showNotes() {
   sheet.setWindowTitle(qt(L10n::Product::notes()));
   auto* layout = new QVBoxLayout(&sheet);
   auto* notes = new QPlainTextEdit;
-  notes->setPlaceholderText(qt(W::notesPlaceholder()));
+  notes->setPlaceholderText(qt(L10n::Product::notesPlaceholder()));
   notes->setPlainText(qt(model_.product().notes));
   notes->setReadOnly(model_.isFlashing());
   layout->addWidget(notes);
@@ -481,9 +486,9 @@ void MainWindow::refreshPorts() {
   const auto& ports = model_.ports();
   QString selected = model_.selectedPath();
   if (ports.empty() && selected.isEmpty()) {
-    portPicker_->addItem(qt(W::noPortsFound()));
+    portPicker_->addItem(qt(L10n::Header::noPortsFound()));
   } else if (selected.isEmpty()) {
-    portPicker_->addItem(qt(W::selectAPort()));
+    portPicker_->addItem(qt(L10n::Header::selectPort()));
   }
   bool listed = false;
   for (const SerialPortInfo& port : ports) {
@@ -492,16 +497,16 @@ void MainWindow::refreshPorts() {
     listed = listed || path == selected;
   }
   if (!selected.isEmpty() && !listed)
-    portPicker_->insertItem(0, qt(W::notConnected(selected.toStdString())), selected);
+    portPicker_->insertItem(0, qt(L10n::Board::notConnected(selected.toStdString())), selected);
   int index = selected.isEmpty() ? 0 : portPicker_->findData(selected);
   portPicker_->setCurrentIndex(std::max(index, 0));
 }
 
 void MainWindow::refreshRunControls() {
   bool flashing = model_.isFlashing();
-  QString flashTip = qt(W::flashTooltip(shortcutText(Shortcuts::flash())));
-  QString stopTip = qt(W::stopTooltip(shortcutText(Shortcuts::flash())));
-  flashButton_->setText(qt(flashing ? W::stop() : L10n::State::flash()));
+  QString flashTip = qt(L10n::Header::flashTooltip());
+  QString stopTip = qt(L10n::Header::stopTooltip());
+  flashButton_->setText(qt(flashing ? L10n::Header::stop() : L10n::State::flash()));
   flashButton_->setToolTip(flashing ? stopTip : flashTip);
   flashButton_->setEnabled(flashing || model_.canFlash());
   flashAction_->setText(flashButton_->text());
@@ -510,18 +515,18 @@ void MainWindow::refreshRunControls() {
   autoFlashAction_->setChecked(model_.autoFlash());
 
   // While a run goes, nothing that would change it may be touched; the tooltip says why.
-  QString wait = qt(W::waitUntilFinished());
+  QString wait = qt(L10n::Header::waitUntilFlashingFinished());
   auto guard = [&](QWidget* widget, const QString& normal) {
     widget->setEnabled(!flashing);
     widget->setToolTip(flashing ? wait : normal);
   };
   guard(portPicker_, QString());
-  guard(automatic_, qt(W::flashAutomaticallyExplanation()));
-  guard(settingsButton_, qt(W::settingsTooltip()));
+  guard(automatic_, qt(L10n::Settings::flashAutomaticallyExplanation()));
+  guard(settingsButton_, qt(L10n::Header::connectionSettingsTooltip()));
   guard(productName_, QString());
-  guard(targetPicker_, qt(W::targetTooltip()));
+  guard(targetPicker_, qt(L10n::Product::targetTooltip()));
   for (QWidget* button : productButtons_)
-    guard(button, qt(W::productButtonsTooltip()));
+    guard(button, qt(L10n::Product::productButtonsTooltip()));
   fileList_->setEnabled(!flashing);
   for (QAction* action : editActions_)
     action->setEnabled(!flashing);
@@ -541,7 +546,7 @@ void MainWindow::refreshProduct() {
 void MainWindow::refreshStatus() {
   statusDot_->setColor(dotColor(model_));
   const FlashStatistics& counts = model_.statistics();
-  counters_->setText(qt(W::counters(counts.flashed, counts.failed)));
+  counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();
   progress_->setVisible(flashing);
   if (flashing) {
@@ -556,11 +561,11 @@ void MainWindow::refreshStatus() {
   else if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
     text = qt(L10n::State::lastFlashFailed());
   else if (model_.product().enabledImages().empty())
-    text = qt(W::addFirmwareToBegin());
+    text = qt(L10n::Panel::addFirmwareToBegin());
   else if (model_.selectedPath().isEmpty())
-    text = qt(L10n::State::ready()) + QStringLiteral(" · ") + qt(W::noPort());
+    text = qt(L10n::State::ready()) + QStringLiteral(" · ") + qt(L10n::Panel::noPort());
   else if (model_.canFlash())
-    text = qt(W::readyToFlash());
+    text = qt(L10n::Panel::readyToFlash());
   else
     text = qt(L10n::State::ready());
   statusText_->setText(text);
@@ -611,7 +616,7 @@ void MainWindow::showErrorMessage() {
   alert_ = new QMessageBox(QMessageBox::Warning, qt(L10n::Errors::somethingWentWrong()), message,
                            QMessageBox::NoButton, this);
   alert_->setObjectName("errorAlert");
-  alert_->addButton(qt(W::ok()), QMessageBox::AcceptRole);
+  alert_->addButton(qt(L10n::Errors::ok()), QMessageBox::AcceptRole);
   alert_->setAttribute(Qt::WA_DeleteOnClose);
   connect(alert_, &QMessageBox::finished, this, [this] {
     alert_ = nullptr;
@@ -621,7 +626,7 @@ void MainWindow::showErrorMessage() {
 }
 
 std::optional<std::filesystem::path> MainWindow::chooseProductToOpen() {
-  QString file = QFileDialog::getOpenFileName(this, qt(W::openProduct()), QString(),
+  QString file = QFileDialog::getOpenFileName(this, qt(L10n::Menu::openProduct()), QString(),
                                               qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   return std::filesystem::path(file.toStdString());
@@ -632,8 +637,9 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
   QString folder = model_.productURL()
                        ? QString::fromStdString(model_.productURL()->parent_path().string())
                        : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  QString file = QFileDialog::getSaveFileName(
-      this, qt(W::saveProductAs()), folder + u'/' + proposedName, qt(W::productFileFilter()));
+  QString file =
+      QFileDialog::getSaveFileName(this, qt(L10n::Menu::saveProductAs()),
+                                   folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   if (!file.endsWith(QLatin1String(".twflash"), Qt::CaseInsensitive)) file += ".twflash";
   return std::filesystem::path(file.toStdString());
@@ -642,19 +648,20 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
 std::optional<std::filesystem::path>
 MainWindow::chooseLogSaveLocation(const QString& proposedName) {
   QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  QString file = QFileDialog::getSaveFileName(this, qt(W::saveLog()), folder + u'/' + proposedName,
-                                              qt(W::textFileFilter()));
+  QString file = QFileDialog::getSaveFileName(
+      this, qt(L10n::Menu::saveLog()), folder + u'/' + proposedName, qt(W::textFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   return std::filesystem::path(file.toStdString());
 }
 
 FlasherDialogs::SaveChangesAnswer MainWindow::askSaveChanges() {
-  QMessageBox question(QMessageBox::Question, qt(W::saveCurrentProduct()),
-                       qt(W::saveCurrentProduct()), QMessageBox::NoButton, this);
-  question.setInformativeText(qt(W::unsavedChangesText()));
-  QPushButton* save = question.addButton(qt(W::saveEllipsis()), QMessageBox::AcceptRole);
-  QPushButton* dontSave = question.addButton(qt(W::dontSave()), QMessageBox::DestructiveRole);
-  question.addButton(qt(W::cancel()), QMessageBox::RejectRole);
+  QMessageBox question(QMessageBox::Question, qt(L10n::Product::saveQuestion()),
+                       qt(L10n::Product::saveQuestion()), QMessageBox::NoButton, this);
+  question.setInformativeText(qt(L10n::Product::unsavedChanges()));
+  QPushButton* save = question.addButton(qt(L10n::Product::saveButton()), QMessageBox::AcceptRole);
+  QPushButton* dontSave =
+      question.addButton(qt(L10n::Product::dontSave()), QMessageBox::DestructiveRole);
+  question.addButton(qt(L10n::Product::cancel()), QMessageBox::RejectRole);
   question.setDefaultButton(save);
   question.exec();
   if (question.clickedButton() == save) return SaveChangesAnswer::save;
@@ -665,7 +672,7 @@ FlasherDialogs::SaveChangesAnswer MainWindow::askSaveChanges() {
 void MainWindow::alert(const QString& message) {
   QMessageBox box(QMessageBox::Information, QApplication::applicationDisplayName(), message,
                   QMessageBox::NoButton, this);
-  box.addButton(qt(W::cancel()), QMessageBox::RejectRole);
+  box.addButton(qt(L10n::Product::cancel()), QMessageBox::RejectRole);
   box.exec();
 }
 

@@ -12,7 +12,9 @@
 #include "FlashCore/AVR.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
@@ -58,14 +60,14 @@ SettingsSheet::SettingsSheet(FlasherModel& model, QWidget* parent)
   auto* connectionForm = new QFormLayout(connection_);
   speed_ = new QComboBox;
   for (std::int64_t speed : flashSpeeds)
-    speed_->addItem(qt(W::baud(speed)), qint64(speed));
+    speed_->addItem(qt(L10n::Board::baud(speed)), qint64(speed));
   connectionForm->addRow(qt(L10n::Settings::speedWhileFlashing()), speed_);
-  connectionForm->addRow(explanation(W::speedExplanation()));
+  connectionForm->addRow(explanation(L10n::Settings::speedExplanation()));
   reset_ = new QComboBox;
   for (ResetMode mode : allResetModes)
     reset_->addItem(qt(L10n::Settings::resetModeName(mode)), static_cast<int>(mode));
   connectionForm->addRow(qt(L10n::Settings::resetIntoBootloader()), reset_);
-  connectionForm->addRow(explanation(W::resetExplanation()));
+  connectionForm->addRow(explanation(L10n::Settings::resetExplanation()));
   layout->addWidget(connection_);
 
   flashMemory_ = new QGroupBox(qt(L10n::Settings::flashMemory()));
@@ -74,36 +76,36 @@ SettingsSheet::SettingsSheet(FlasherModel& model, QWidget* parent)
   for (FlashMode mode : allFlashModes)
     flashMode_->addItem(qt(L10n::Settings::flashModeName(mode)), static_cast<int>(mode));
   memoryForm->addRow(qt(L10n::Settings::flashModeLabel()), flashMode_);
-  memoryForm->addRow(explanation(W::flashModeExplanation()));
+  memoryForm->addRow(explanation(L10n::Settings::flashModeExplanation()));
   flashSize_ = new QComboBox;
   for (FlashSize size : allFlashSizes)
     flashSize_->addItem(qt(L10n::Settings::flashSizeName(size)), static_cast<int>(size));
   memoryForm->addRow(qt(L10n::Settings::flashSizeLabel()), flashSize_);
-  memoryForm->addRow(explanation(W::flashSizeExplanation()));
+  memoryForm->addRow(explanation(L10n::Settings::flashSizeExplanation()));
   clearOTA_ = new QCheckBox(qt(L10n::Settings::clearOTASelection()));
   memoryForm->addRow(clearOTA_);
-  memoryForm->addRow(explanation(W::clearOTAExplanation()));
+  memoryForm->addRow(explanation(L10n::Settings::clearOTAExplanation()));
   layout->addWidget(flashMemory_);
 
-  board_ = new QGroupBox(qt(W::bootloader()));
+  board_ = new QGroupBox(qt(L10n::Settings::bootloader()));
   auto* boardForm = new QFormLayout(board_);
   bootloader_ = new QLabel;
   boardSpeed_ = new QLabel;
   room_ = new QLabel;
-  boardForm->addRow(qt(W::bootloader()), bootloader_);
-  boardForm->addRow(qt(W::speed()), boardSpeed_);
-  boardForm->addRow(qt(W::roomForSketch()), room_);
+  boardForm->addRow(qt(L10n::Settings::bootloader()), bootloader_);
+  boardForm->addRow(qt(L10n::Settings::speed()), boardSpeed_);
+  boardForm->addRow(qt(L10n::Settings::roomForSketch()), room_);
   layout->addWidget(board_);
 
-  auto* production = new QGroupBox(qt(W::verificationAndProduction()));
+  auto* production = new QGroupBox(qt(L10n::Settings::verificationAndProduction()));
   auto* productionForm = new QFormLayout(production);
   verify_ = new QCheckBox(qt(L10n::Settings::verifyAfterWriting()));
   productionForm->addRow(verify_);
-  productionForm->addRow(explanation(W::verifyExplanation()));
-  autoFlash_ = new QCheckBox(qt(W::flashAutomatically()));
+  productionForm->addRow(explanation(L10n::Settings::verifyExplanation()));
+  autoFlash_ = new QCheckBox(qt(L10n::Settings::flashAutomatically()));
   productionForm->addRow(autoFlash_);
-  productionForm->addRow(explanation(W::flashAutomaticallyExplanation()));
-  sounds_ = new QCheckBox(qt(W::soundWhenDone()));
+  productionForm->addRow(explanation(L10n::Settings::flashAutomaticallyExplanation()));
+  sounds_ = new QCheckBox(qt(L10n::Settings::soundWhenDone()));
   productionForm->addRow(sounds_);
   layout->addWidget(production);
 
@@ -150,7 +152,7 @@ void SettingsSheet::refresh() {
   // A speed typed into a product file by hand still shows, as an extra entry.
   int speedIndex = speed_->findData(qint64(product.flashBaud));
   if (speedIndex < 0) {
-    speed_->addItem(qt(W::baud(product.flashBaud)), qint64(product.flashBaud));
+    speed_->addItem(qt(L10n::Board::baud(product.flashBaud)), qint64(product.flashBaud));
     speedIndex = speed_->count() - 1;
   }
   speed_->setCurrentIndex(speedIndex);
@@ -163,7 +165,7 @@ void SettingsSheet::refresh() {
   sounds_->setChecked(model_.playSounds());
   if (auto board = product.target.avrBoard()) {
     bootloader_->setText(qt(L10n::Settings::bootloaderName(*board)));
-    boardSpeed_->setText(qt(W::baud(baudRate(*board))));
+    boardSpeed_->setText(qt(L10n::Board::baud(baudRate(*board))));
     room_->setText(qt(formatByteCount(maxSketchSize(*board))));
   }
   adjustSize();
