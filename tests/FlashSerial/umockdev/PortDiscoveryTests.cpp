@@ -1,0 +1,308 @@
+// The real libudev code against fake sysfs devices and uevents. Runs under umockdev-wrapper.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <poll.h>
+#include <stdlib.h>
+
+#include <umockdev.h>
+
+#include "FlashSerial/PortScanner.hpp"
+#include "Localization/Language.hpp"
+
+using namespace tarnwick;
+using namespace std::chrono_literals;
+
+namespace {
+
+class Testbed {
+public:
+  Testbed() : bed_(umockdev_testbed_new()) {}
+  ~Testbed() { g_object_unref(bed_); }
+  Testbed(const Testbed&) = delete;
+  Testbed& operator=(const Testbed&) = delete;
+
+  /// A USB device with one interface and a tty beneath it; returns the tty's sysfs path.
+  std::string addUSBPort(const std::string& name, const char* vendor, const char* product,
+                         const char* productString) {
+    const std::string usbName = "usb-" + name;
+    std::vector<const char*> attributes = {"idVendor", vendor, "idProduct", product};
+    if (productString) attributes.insert(attributes.end(), {"product", productString});
+    const std::string usb = add("usb", usbName, "", attributes, {"DEVTYPE", "usb_device"});
+    const std::string interface =
+        add("usb", usbName + ":1.0", usb, {}, {"DEVTYPE", "usb_interface"});
+    return addTTY(name, interface);
+  }
+
+  /// A tty device, beneath `parent` when given; `type` is the serial core's UART type.
+  std::string addTTY(const std::string& name, const std::string& parent = "",
+                     const char* type = nullptr) {
+    const std::string node = "/dev/" + name;
+    std::vector<const char*> attributes;
+    if (type) attributes = {"type", type};
+    return add("tty", name, parent, attributes, {"DEVNAME", node.c_str()});
+  }
+
+  std::string addPlatformDevice(const std::string& name) {
+    return add("platform", name, "", {}, {});
+  }
+
+  void setAttribute(const std::string& device, const char* name, const char* value) {
+    umockdev_testbed_set_attribute(bed_, device.c_str(), name, value);
+  }
+
+  void unplug(const std::string& device) {
+    umockdev_testbed_uevent(bed_, device.c_str(), "remove");
+    umockdev_testbed_remove_device(bed_, device.c_str());
+  }
+
+  void uevent(const std::string& device, const char* action) {
+    umockdev_testbed_uevent(bed_, device.c_str(), action);
+  }
+
+private:
+  std::string add(const char* subsystem, const std::string& name, const std::string& parent,
+                  std::vector<const char*> attributes, std::vector<const char*> properties) {
+    attributes.push_back(nullptr);
+    properties.push_back(nullptr);
+    return take(umockdev_testbed_add_devicev(bed_, subsystem, name.c_str(),
+                                             parent.empty() ? nullptr : parent.c_str(),
+                                             const_cast<gchar**>(attributes.data()),
+                                             const_cast<gchar**>(properties.data())));
+  }
+
+  static std::string take(gchar* text) {
+    std::string result = text ? text : "";
+    g_free(text);
+    return result;
+  }
+
+  UMockdevTestbed* bed_;
+};
+
+std::vector<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
+  std::vector<std::string> paths;
+  for (const auto& p : ports) paths.push_back(p.path);
+  return paths;
+}
+
+/// Drives `scanner` as an event loop would, until `done` holds or `limit` has passed.
+void runLoop(PortScanner& scanner, const std::function<bool()>& done,
+             std::chrono::duration<double> limit = 3s) {
+  const auto end = PortScanner::Clock::now() +
+                   std::chrono::duration_cast<PortScanner::Clock::duration>(limit);
+  while (!done()) {
+    auto now = PortScanner::Clock::now();
+    if (now >= end) return;
+    auto wakeUp = std::min(end, scanner.nextDeadline().value_or(end));
+    const int timeout = static_cast<int>(
+        std::chrono::ceil<std::chrono::milliseconds>(std::max(wakeUp - now, 0ns)).count());
+    pollfd watched{scanner.descriptor(), POLLIN, 0};
+    if (::poll(&watched, 1, timeout) > 0) scanner.handleReadable();
+    scanner.handleTimers();
+  }
+}
+
+struct Deliveries {
+  std::vector<std::vector<SerialPortInfo>> lists;
+  std::vector<PortScanner::Clock::time_point> times;
+  void attach(PortScanner& scanner) {
+    scanner.onChange = [this](const std::vector<SerialPortInfo>& ports) {
+      lists.push_back(ports);
+      times.push_back(PortScanner::Clock::now());
+    };
+  }
+};
+
+} // namespace
+
+TEST(PortDiscovery, ListsSerialHardwareWithUsbFactsInOrder) {
+  Testbed bed;
+  bed.addUSBPort("ttyACM10", "2341", "0043", "Arduino Uno");
+  bed.addUSBPort("ttyACM2", "303a", "1001", "USB JTAG/serial debug unit");
+  bed.addUSBPort("ttyUSB0", "1a86", "7523", " \t ESP32 Dev  \r\n");
+  bed.addUSBPort("ttyUSB1", "1a86", "1234", nullptr);
+  bed.addUSBPort("ttyACM3", "2341", "7777", "New board");
+  // A UART the kernel found, and the phantoms it creates for UARTs that are not there.
+  const std::string platform = bed.addPlatformDevice("serial8250");
+  bed.addTTY("ttyS0", platform, "4");
+  bed.addTTY("ttyS1", platform, "0");
+  bed.addTTY("ttyS2");
+  bed.addTTY("rfcomm0");
+  // Never ports: virtual consoles, the console, the controlling terminal.
+  bed.addTTY("tty3");
+  bed.addTTY("console");
+  bed.addTTY("tty");
+  // Damaged USB ids are left out, not guessed.
+  bed.addUSBPort("ttyUSB7", "zz", "7523 ", "Broken");
+
+  PortScanner scanner;
+  const auto ports = scanner.scan();
+  const std::vector<SerialPortInfo> expected = {
+      {"/dev/ttyACM2", "USB JTAG/serial debug unit", 0x303A, 0x1001},
+      {"/dev/ttyACM3", "New board", 0x2341, 0x7777},
+      {"/dev/ttyACM10", "Arduino Uno", 0x2341, 0x0043},
+      {"/dev/ttyUSB0", "ESP32 Dev", 0x1A86, 0x7523},
+      {"/dev/ttyUSB1", std::nullopt, 0x1A86, 0x1234},
+      {"/dev/rfcomm0", std::nullopt, std::nullopt, std::nullopt},
+      {"/dev/ttyS0", std::nullopt, std::nullopt, std::nullopt},
+      {"/dev/ttyUSB7", "Broken", std::nullopt, std::nullopt},
+  };
+  ASSERT_EQ(pathsOf(ports), pathsOf(expected)) << "order, and what is left out";
+  EXPECT_EQ(ports, expected) << "USB facts";
+
+  LanguageOverride english(Language::en);
+  std::vector<std::string> names;
+  for (const auto& port : ports) names.push_back(PortScanner::displayName(port));
+  EXPECT_EQ(names, (std::vector<std::string>{"ESP32-S3/C3/C6 (USB)", "Arduino", "Arduino Uno",
+                                             "USB serial (CH340)", "ttyUSB1", "rfcomm0", "ttyS0",
+                                             "Broken"}));
+}
+
+TEST(PortDiscovery, TwoDeliveriesForEveryPlugAndUnplug) {
+  Testbed bed;
+  bed.addUSBPort("ttyUSB0", "1a86", "7523", "USB Serial");
+  PortScanner scanner(PortScanner::ChangeSource::udevMonitor);
+  EXPECT_EQ(scanner.descriptor(), -1);
+  EXPECT_FALSE(scanner.nextDeadline());
+
+  Deliveries seen;
+  seen.attach(scanner);
+  scanner.start();
+  ASSERT_GE(scanner.descriptor(), 0);
+  ASSERT_EQ(seen.lists.size(), 1u) << "the first list comes at start";
+  EXPECT_EQ(pathsOf(seen.lists[0]), std::vector<std::string>{"/dev/ttyUSB0"});
+  scanner.start();
+  EXPECT_EQ(seen.lists.size(), 1u) << "a second start changes nothing";
+
+  // A board whose product string shows up only after its first notice.
+  const std::string board = bed.addUSBPort("ttyACM0", "2341", "0043", nullptr);
+  runLoop(scanner, [&] { return seen.lists.size() == 2; });
+  ASSERT_EQ(seen.lists.size(), 2u);
+  const auto plugged = PortScanner::Clock::now();
+  EXPECT_EQ(seen.lists[1], (std::vector<SerialPortInfo>{
+                               {"/dev/ttyACM0", std::nullopt, 0x2341, 0x0043},
+                               {"/dev/ttyUSB0", "USB Serial", 0x1A86, 0x7523}}));
+  const auto due = scanner.nextDeadline();
+  ASSERT_TRUE(due);
+  EXPECT_GT(*due, plugged + 400ms);
+  EXPECT_LE(*due, plugged + 500ms);
+  scanner.handleTimers();
+  EXPECT_EQ(seen.lists.size(), 2u) << "nothing before the half second is over";
+
+  // The tty hangs off the interface, the interface off the USB device.
+  const auto usbDevice = std::filesystem::path(board).parent_path().parent_path();
+  bed.setAttribute(usbDevice.string(), "product", "Arduino Uno");
+  runLoop(scanner, [&] { return seen.lists.size() == 3; });
+  ASSERT_EQ(seen.lists.size(), 3u);
+  EXPECT_GE(seen.times[2], *due);
+  EXPECT_EQ(seen.lists[2].front().productName, "Arduino Uno") << "the second list is a new scan";
+  EXPECT_FALSE(scanner.nextDeadline());
+
+  bed.unplug(board);
+  runLoop(scanner, [&] { return seen.lists.size() == 5; });
+  ASSERT_EQ(seen.lists.size(), 5u);
+  EXPECT_EQ(pathsOf(seen.lists[3]), std::vector<std::string>{"/dev/ttyUSB0"});
+  EXPECT_EQ(seen.lists[4], seen.lists[3]);
+}
+
+TEST(PortDiscovery, NoticesOfOtherTerminalsDeliverNothing) {
+  Testbed bed;
+  PortScanner scanner(PortScanner::ChangeSource::udevMonitor);
+  Deliveries seen;
+  seen.attach(scanner);
+  scanner.start();
+  ASSERT_EQ(seen.lists.size(), 1u);
+  const std::string console = bed.addTTY("tty7");
+  bed.uevent(console, "change");
+  // A port added after them proves the notices of the console were read and passed over.
+  bed.addTTY("rfcomm1");
+  runLoop(scanner, [&] { return seen.lists.size() == 2; });
+  ASSERT_EQ(seen.lists.size(), 2u);
+  EXPECT_EQ(pathsOf(seen.lists[1]), std::vector<std::string>{"/dev/rfcomm1"});
+}
+
+TEST(PortDiscovery, AScannerGoneBeforeItsSecondDeliveryMakesNoCall) {
+  Testbed bed;
+  int calls = 0;
+  {
+    PortScanner scanner(PortScanner::ChangeSource::udevMonitor);
+    scanner.onChange = [&](const std::vector<SerialPortInfo>&) { ++calls; };
+    scanner.start();
+    bed.addTTY("rfcomm0");
+    runLoop(scanner, [&] { return calls == 2; });
+    ASSERT_EQ(calls, 2);
+    ASSERT_TRUE(scanner.nextDeadline());
+  }
+  EXPECT_EQ(calls, 2);
+
+  // The owner may also let go of the scanner from inside a delivery.
+  auto owned = std::make_unique<PortScanner>(PortScanner::ChangeSource::udevMonitor);
+  PortScanner* scanner = owned.get();
+  int later = 0;
+  owned->onChange = [&](const std::vector<SerialPortInfo>& ports) {
+    if (ports.size() == 2) {
+      owned.reset();
+    } else if (ports.size() > 2) {
+      ++later;
+    }
+  };
+  owned->start();
+  bed.addTTY("rfcomm1");
+  pollfd watched{scanner->descriptor(), POLLIN, 0};
+  ASSERT_EQ(::poll(&watched, 1, 3000), 1);
+  scanner->handleReadable();
+  EXPECT_FALSE(owned);
+  EXPECT_EQ(later, 0);
+}
+
+TEST(PortDiscovery, WithoutUdevTheDeviceDirectoryIsWatched) {
+  Testbed bed;
+  bed.addUSBPort("ttyUSB0", "1a86", "7523", "USB Serial");
+  const std::filesystem::path directory =
+      std::filesystem::temp_directory_path() / ("tarnwick-dev-" + std::to_string(::getpid()));
+  std::filesystem::create_directories(directory);
+  struct Cleanup {
+    std::filesystem::path path;
+    ~Cleanup() { std::filesystem::remove_all(path); }
+  } cleanup{directory};
+
+  PortScanner scanner(PortScanner::ChangeSource::deviceDirectory, directory.string());
+  Deliveries seen;
+  seen.attach(scanner);
+  scanner.start();
+  ASSERT_EQ(seen.lists.size(), 1u);
+  EXPECT_EQ(pathsOf(seen.lists[0]), std::vector<std::string>{"/dev/ttyUSB0"})
+      << "the list still comes from sysfs";
+
+  // Files that are no serial device are not worth a scan.
+  std::ofstream(directory / "shm-segment").put('x');
+  std::filesystem::create_directory(directory / "pts");
+  std::ofstream(directory / "ttyACM0").put('x');
+  runLoop(scanner, [&] { return seen.lists.size() == 3; });
+  EXPECT_EQ(seen.lists.size(), 3u) << "one at once, one half a second later";
+
+  std::filesystem::remove(directory / "ttyACM0");
+  runLoop(scanner, [&] { return seen.lists.size() == 5; });
+  EXPECT_EQ(seen.lists.size(), 5u);
+}
+
+TEST(PortDiscovery, WithNoSourceOfChangesTheScannerStaysSilent) {
+  Testbed bed;
+  bed.addTTY("rfcomm0");
+  PortScanner scanner(PortScanner::ChangeSource::deviceDirectory, "/nonexistent/dev");
+  Deliveries seen;
+  seen.attach(scanner);
+  scanner.start();
+  EXPECT_TRUE(seen.lists.empty());
+  EXPECT_EQ(scanner.descriptor(), -1);
+  scanner.handleReadable();
+  scanner.handleTimers();
+  EXPECT_TRUE(seen.lists.empty());
+  EXPECT_EQ(pathsOf(scanner.scan()), std::vector<std::string>{"/dev/rfcomm0"})
+      << "a scan by itself still works";
+}
