@@ -30,12 +30,14 @@ bool accepts(CommandKind command, const std::string& option) {
     }
     return false;
   case CommandKind::pack: return option == "--target" || option == "--out" || option == "--name";
+  case CommandKind::ports: return option == "--json" || option == "--watch";
   default: return false;
   }
 }
 
 bool takesValue(const std::string& option) {
-  return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata";
+  return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata" &&
+         option != "--json" && option != "--watch";
 }
 
 template <typename T>
@@ -126,6 +128,10 @@ Arguments parseArguments(const std::vector<std::string>& words) {
           parsed(flashSizeFromRawValue(*value), result.command, option, *value);
     else if (option == "--keep-otadata")
       result.overrides.keepOTAData = true;
+    else if (option == "--json")
+      result.json = true;
+    else if (option == "--watch")
+      result.watch = true;
   }
 
   switch (result.command) {

@@ -35,6 +35,10 @@ struct Arguments {
   std::optional<std::string> target;
   std::optional<std::string> out;
   std::optional<std::string> name;
+  /// `ports`: print JSON for scripts.
+  bool json = false;
+  /// `ports`: print the list again at every change.
+  bool watch = false;
   /// Product file, or firmware files and folders.
   std::vector<std::string> inputs;
   bool operator==(const Arguments&) const = default;
