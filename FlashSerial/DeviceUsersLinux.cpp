@@ -54,7 +54,7 @@ std::optional<std::string> accessGroup(const std::string& path) {
   if (::stat(path.c_str(), &device) != 0) return std::nullopt;
   constexpr mode_t readWrite = S_IRGRP | S_IWGRP;
   if ((device.st_mode & readWrite) != readWrite || device.st_gid == 0) return std::nullopt;
-  group entry {};
+  group entry{};
   group* result = nullptr;
   std::vector<char> buffer(16384);
   if (::getgrgid_r(device.st_gid, &entry, buffer.data(), buffer.size(), &result) != 0 ||

@@ -61,9 +61,9 @@ TEST(DeviceUsers, ABusyPortNamesTheProgramHoldingIt) {
   Holder holder(path);
   ASSERT_GT(holder.pid, 0);
   EXPECT_EQ(deviceHolder(path), (DeviceHolder{"sleep", holder.pid}));
-  EXPECT_EQ(FlashPortError::busy(path).message(),
-            path + " is already in use by sleep (process " + std::to_string(holder.pid) +
-                "). Close that program and try again.");
+  EXPECT_EQ(FlashPortError::busy(path).message(), path + " is already in use by sleep (process " +
+                                                      std::to_string(holder.pid) +
+                                                      "). Close that program and try again.");
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
     const std::string text = FlashPortError::busy(path).message();

@@ -17,7 +17,8 @@ SerialPortInfo port(std::string path, std::optional<int> vendor = std::nullopt,
 
 std::vector<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
   std::vector<std::string> paths;
-  for (const auto& p : ports) paths.push_back(p.path);
+  for (const auto& p : ports)
+    paths.push_back(p.path);
   return paths;
 }
 
@@ -111,11 +112,10 @@ TEST(PortNames, AdapterChipNameReadsInEveryLanguage) {
 TEST(PortInfo, EqualityAndHashCoverEveryField) {
   const SerialPortInfo base = port("/dev/ttyUSB0", 0x1A86, 0x7523, "USB Serial");
   const std::hash<SerialPortInfo> hash;
-  for (const SerialPortInfo& other :
-       {port("/dev/ttyUSB1", 0x1A86, 0x7523, "USB Serial"),
-        port("/dev/ttyUSB0", 0x1A86, 0x7523, std::nullopt),
-        port("/dev/ttyUSB0", std::nullopt, 0x7523, "USB Serial"),
-        port("/dev/ttyUSB0", 0x1A86, 0x7524, "USB Serial")}) {
+  for (const SerialPortInfo& other : {port("/dev/ttyUSB1", 0x1A86, 0x7523, "USB Serial"),
+                                      port("/dev/ttyUSB0", 0x1A86, 0x7523, std::nullopt),
+                                      port("/dev/ttyUSB0", std::nullopt, 0x7523, "USB Serial"),
+                                      port("/dev/ttyUSB0", 0x1A86, 0x7524, "USB Serial")}) {
     EXPECT_NE(base, other) << other.path;
     EXPECT_NE(hash(base), hash(other)) << other.path;
   }

@@ -21,15 +21,16 @@ namespace {
 
 std::vector<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
   std::vector<std::string> paths;
-  for (const auto& p : ports) paths.push_back(p.path);
+  for (const auto& p : ports)
+    paths.push_back(p.path);
   return paths;
 }
 
 /// Drives `scanner` as an event loop would, until `done` holds or `limit` has passed.
 void runLoop(PortScanner& scanner, const std::function<bool()>& done,
              std::chrono::duration<double> limit = 3s) {
-  const auto end = PortScanner::Clock::now() +
-                   std::chrono::duration_cast<PortScanner::Clock::duration>(limit);
+  const auto end =
+      PortScanner::Clock::now() + std::chrono::duration_cast<PortScanner::Clock::duration>(limit);
   while (!done()) {
     auto now = PortScanner::Clock::now();
     if (now >= end) return;
@@ -92,7 +93,8 @@ TEST(PortDiscovery, ListsSerialHardwareWithUsbFactsInOrder) {
 
   LanguageOverride english(Language::en);
   std::vector<std::string> names;
-  for (const auto& port : ports) names.push_back(PortScanner::displayName(port));
+  for (const auto& port : ports)
+    names.push_back(PortScanner::displayName(port));
   EXPECT_EQ(names, (std::vector<std::string>{"ESP32-S3/C3/C6 (USB)", "Arduino", "Arduino Uno",
                                              "USB serial (CH340)", "ttyUSB1", "rfcomm0", "ttyS0",
                                              "Broken"}));
@@ -119,9 +121,9 @@ TEST(PortDiscovery, TwoDeliveriesForEveryPlugAndUnplug) {
   runLoop(scanner, [&] { return seen.lists.size() == 2; });
   ASSERT_EQ(seen.lists.size(), 2u);
   const auto plugged = PortScanner::Clock::now();
-  EXPECT_EQ(seen.lists[1], (std::vector<SerialPortInfo>{
-                               {"/dev/ttyACM0", std::nullopt, 0x2341, 0x0043},
-                               {"/dev/ttyUSB0", "USB Serial", 0x1A86, 0x7523}}));
+  EXPECT_EQ(seen.lists[1],
+            (std::vector<SerialPortInfo>{{"/dev/ttyACM0", std::nullopt, 0x2341, 0x0043},
+                                         {"/dev/ttyUSB0", "USB Serial", 0x1A86, 0x7523}}));
   const auto due = scanner.nextDeadline();
   ASSERT_TRUE(due);
   EXPECT_GT(*due, plugged + 400ms);

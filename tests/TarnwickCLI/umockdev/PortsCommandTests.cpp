@@ -39,15 +39,18 @@ CLIRun runCLI(std::vector<std::string> args, std::size_t interruptAfter = 0) {
   posix_spawn_file_actions_adddup2(&actions, err[1], 2);
   args.insert(args.begin(), TARNWICK_CLI);
   std::vector<char*> argv;
-  for (auto& word : args) argv.push_back(word.data());
+  for (auto& word : args)
+    argv.push_back(word.data());
   argv.push_back(nullptr);
   std::vector<std::string> env = {"LANGUAGE=en", "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
   for (const char* inherited :
        {"LD_PRELOAD", "UMOCKDEV_DIR", "ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS"}) {
-    if (const char* value = std::getenv(inherited)) env.push_back(std::string(inherited) + "=" + value);
+    if (const char* value = std::getenv(inherited))
+      env.push_back(std::string(inherited) + "=" + value);
   }
   std::vector<char*> envp;
-  for (auto& entry : env) envp.push_back(entry.data());
+  for (auto& entry : env)
+    envp.push_back(entry.data());
   envp.push_back(nullptr);
   pid_t pid = 0;
   EXPECT_EQ(posix_spawn(&pid, TARNWICK_CLI, &actions, nullptr, argv.data(), envp.data()), 0);

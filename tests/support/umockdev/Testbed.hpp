@@ -66,10 +66,9 @@ private:
                   std::vector<const char*> attributes, std::vector<const char*> properties) {
     attributes.push_back(nullptr);
     properties.push_back(nullptr);
-    return take(umockdev_testbed_add_devicev(bed_, subsystem, name.c_str(),
-                                             parent.empty() ? nullptr : parent.c_str(),
-                                             const_cast<gchar**>(attributes.data()),
-                                             const_cast<gchar**>(properties.data())));
+    return take(umockdev_testbed_add_devicev(
+        bed_, subsystem, name.c_str(), parent.empty() ? nullptr : parent.c_str(),
+        const_cast<gchar**>(attributes.data()), const_cast<gchar**>(properties.data())));
   }
 
   static std::string take(gchar* text) {
