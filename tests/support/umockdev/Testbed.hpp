@@ -51,12 +51,6 @@ public:
     umockdev_testbed_remove_device(bed_, device.c_str());
   }
 
-  /// The directory the preload shows as / for /sys and /dev.
-  std::string root() const {
-    gchar* dir = umockdev_testbed_get_root_dir(bed_);
-    return take(dir);
-  }
-
   void uevent(const std::string& device, const char* action) {
     umockdev_testbed_uevent(bed_, device.c_str(), action);
   }
