@@ -65,13 +65,10 @@ TEST(PortNames, BoardsThenAdapterChipsThenVendorsThenProductThenDevice) {
       {port("/dev/ttyACM0", 0x303A, 0x1001, "USB JTAG/serial debug unit"), "ESP32-S3/C3/C6 (USB)"},
       {port("/dev/ttyACM0", 0x2341, 0x0243), "Arduino Uno"},
       {port("/dev/ttyACM0", 0x2A03, 0x0042), "Arduino Mega 2560"},
-      {port("/dev/ttyACM0", 0x2341, 0x8037), "Arduino Micro"},
-      {port("/dev/ttyACM0", 0x2341, 0x1002), "Arduino UNO R4 WiFi"},
       {port("/dev/ttyUSB0", 0x1A86, 0x7523, "USB Serial"), "USB serial (CH340)"},
       {port("/dev/ttyUSB0", 0x0403, 0x6015, "FT231X USB UART"), "USB serial (FTDI FT231X)"},
       // A known vendor with a product the tables do not hold; a vendor alone.
       {port("/dev/ttyACM0", 0x2341, 0x7777, "Something new"), "Arduino"},
-      {port("/dev/ttyACM0", 0x2E8A, 0x000A, "Pico"), "Raspberry Pi Pico"},
       {port("/dev/ttyACM0", 0x16C0), "Teensy"},
       // An adapter maker is no board maker: an unknown product shows what else there is.
       {port("/dev/ttyUSB1", 0x1A86, 0x1234), "ttyUSB1"},
