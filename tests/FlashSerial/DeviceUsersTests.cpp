@@ -49,7 +49,6 @@ TEST(DeviceUsers, ABusyPortNamesTheProgramHoldingIt) {
   const int own = ::open(path.c_str(), O_RDWR | O_NOCTTY);
   EXPECT_EQ(FlashPortError::busy(path).message(), anonymous);
   ::close(own);
-  EXPECT_EQ(deviceHolder("/nonexistent/ttyUSB0"), std::nullopt);
 }
 
 TEST(DeviceUsers, RefusedAccessNamesTheGroupToJoin) {
@@ -72,8 +71,6 @@ TEST(DeviceUsers, RefusedAccessNamesTheGroupToJoin) {
             "You may not open " + path +
                 ": only members of the group “dialout” may use it. Add yourself to that group "
                 "with “sudo usermod -aG dialout $USER”, then log out and back in.");
-  EXPECT_EQ(FlashPortError::openFailed(path, ENOENT).message(),
-            "Cannot open " + path + ": No such file or directory.");
 
   // Joining would not help when the group may not write, or when it is the superuser's.
   ASSERT_EQ(::chmod(path.c_str(), 0640), 0);

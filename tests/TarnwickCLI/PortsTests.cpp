@@ -38,11 +38,6 @@ TEST(PortsCommand, ListsForPeopleAndForScripts) {
       "name": "ttyS0", "vendorID": null, "productID": null, "productName": null})"));
   EXPECT_EQ(nlohmann::json::parse(json)[1]["vendorID"], 0x2341);
   EXPECT_EQ(portsJSON({}), "[]");
-
-  const Arguments watching = parseArguments({"ports", "--watch", "--json"});
-  EXPECT_TRUE(watching.watch && watching.json);
-  EXPECT_THROW(parseArguments({"ports", "--json=yes"}), UsageError);
-  EXPECT_THROW(parseArguments({"flash", "--watch", "p.twflash"}), UsageError);
 }
 
 TEST(PortsCommand, FlashTakesTheOnlyUsbBoardOrAsks) {
