@@ -39,8 +39,20 @@ public:
   /// How long after a change the second, complete delivery follows, in seconds.
   static constexpr double secondDeliveryDelay = 0.5;
 
-  /// An idle scanner: no callback, watching nothing.
-  PortScanner();
+  /// Where notice of ports coming and going comes from.
+  enum class ChangeSource {
+    /// The udev monitor where a udev daemon runs, else the device directory.
+    automatic,
+    /// Events of the udev daemon for the tty subsystem.
+    udevMonitor,
+    /// Entries created and removed in the device directory (containers, systems without udev).
+    deviceDirectory,
+  };
+
+  /// An idle scanner: no callback, watching nothing. `deviceDirectory` is the directory watched
+  /// when changes are noticed there.
+  explicit PortScanner(ChangeSource source = ChangeSource::automatic,
+                       std::string deviceDirectory = "/dev");
   /// Stops watching; a delivery still pending is never made.
   ~PortScanner();
   PortScanner(const PortScanner&) = delete;

@@ -10,6 +10,7 @@
 #include "Localization/IssueTexts.hpp"
 #include "Localization/Language.hpp"
 #include "Localization/PackageTexts.hpp"
+#include "Localization/PortTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 
@@ -93,6 +94,11 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Cli::helpCheck(); },
       [] { return L::Cli::helpInfo(); },
       [] { return L::Cli::helpPorts(); },
+      [] { return L::Ports::usbSerial("CH340"); },
+      [] { return L::Ports::severalUSBBoards(); },
+      [] { return L::Ports::cannotWatch(); },
+      [] { return L::Errors::portBusyWith("/dev/ttyUSB0", "minicom", 4242); },
+      [] { return L::Errors::portAccessDenied("/dev/ttyUSB0", "dialout"); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;
