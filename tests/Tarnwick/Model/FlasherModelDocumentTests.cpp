@@ -22,7 +22,8 @@ namespace {
 
 void writeBytes(const std::filesystem::path& location, const Bytes& bytes) {
   std::ofstream(location, std::ios::binary)
-      .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+      .write(reinterpret_cast<const char*>(bytes.data()),
+             static_cast<std::streamsize>(bytes.size()));
 }
 
 Product renamed(Product product, const std::string& name) {
@@ -224,7 +225,8 @@ TEST_F(ModelTest, SaveSaveAsOpenAndRecentDocuments) {
   // A file that is no product, and one that is gone.
   writeBytes(path("bad.twflash"), {'n', 'o'});
   model->openProduct(path("bad.twflash"));
-  EXPECT_EQ(model->errorMessage(), "Cannot open bad.twflash: it is not a product file of this app.");
+  EXPECT_EQ(model->errorMessage(),
+            "Cannot open bad.twflash: it is not a product file of this app.");
   EXPECT_EQ(model->product(), other.product);
   model->clearErrorMessage();
   model->openRecent(QString::fromStdString(path("gone.twflash").string()));
@@ -350,11 +352,12 @@ TEST_F(ModelTest, SavingTheLog) {
 TEST_F(ModelTest, AddingReplacingAndRemovingFiles) {
   LanguageOverride english(Language::en);
   auto p = espProduct(ESPChip::esp32, 4 * 1024);
-  for (const auto& image : p.product.images) writeBytes(path(image.fileName), p.files.at(image.id));
+  for (const auto& image : p.product.images)
+    writeBytes(path(image.fileName), p.files.at(image.id));
   writeBytes(path("empty.bin"), {});
   auto model = makeModel();
-  model->addFiles({path("bootloader.bin"), path("empty.bin"), path("firmware.bin"),
-                   path("missing.bin")});
+  model->addFiles(
+      {path("bootloader.bin"), path("empty.bin"), path("firmware.bin"), path("missing.bin")});
   ASSERT_EQ(model->product().images.size(), 2u);
   EXPECT_EQ(model->product().images[1].role, FirmwareImage::Role::application);
   EXPECT_EQ(model->product().images[1].offset, 0x10000u);

@@ -7,9 +7,9 @@
 #include "Localization/Language.hpp"
 #include "Localization/ModelTexts.hpp"
 #include "ModelFixture.hpp"
-#include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -21,12 +21,10 @@ namespace {
 // Everything a run shows, as the views would see it.
 struct RunRecording {
   explicit RunRecording(FlasherModel& model) {
-    QObject::connect(&model, &FlasherModel::stageTextChanged, [&] {
-      stages.push_back(model.stageText().toStdString());
-    });
-    QObject::connect(&model, &FlasherModel::progressChanged, [&] {
-      progress.emplace_back(model.progressDone(), model.progressTotal());
-    });
+    QObject::connect(&model, &FlasherModel::stageTextChanged,
+                     [&] { stages.push_back(model.stageText().toStdString()); });
+    QObject::connect(&model, &FlasherModel::progressChanged,
+                     [&] { progress.emplace_back(model.progressDone(), model.progressTotal()); });
     QObject::connect(&model, &FlasherModel::logLineAppended,
                      [&](const std::vector<LogSegment>& segments) {
                        LogSegment line{segments.back().kind, {}};
@@ -104,8 +102,8 @@ TEST_F(ModelTest, FlashesAnESP32AndAnUnoEndToEnd) {
   EXPECT_EQ(model->stageText(), "Done");
 
   ASSERT_GE(run.lines.size(), 4u);
-  EXPECT_EQ(run.lines.front(),
-            (LogSegment{Kind::system, "--- Flashing Sensor on Test device (" + esp.path() + ") ---"}));
+  EXPECT_EQ(run.lines.front(), (LogSegment{Kind::system, "--- Flashing Sensor on Test device (" +
+                                                             esp.path() + ") ---"}));
   EXPECT_TRUE(run.hasLine(Kind::meta, "Connecting to the bootloader…"));
   EXPECT_TRUE(run.hasLineStarting(Kind::response, "Chip: ESP32 · MAC "));
   EXPECT_TRUE(run.hasLineStarting(Kind::request, "→ bootloader.bin to 0x1000 ("));
@@ -117,7 +115,8 @@ TEST_F(ModelTest, FlashesAnESP32AndAnUnoEndToEnd) {
   // Every line carries its time, "HH:mm:ss.zzz" and two spaces.
   EXPECT_EQ(run.timestamps.size(), run.lines.size());
   QRegularExpression clock("^\\d\\d:\\d\\d:\\d\\d\\.\\d\\d\\d  $");
-  for (const auto& stamp : run.timestamps) EXPECT_TRUE(clock.match(QString::fromStdString(stamp)).hasMatch());
+  for (const auto& stamp : run.timestamps)
+    EXPECT_TRUE(clock.match(QString::fromStdString(stamp)).hasMatch());
   EXPECT_TRUE(model->output().plainText().contains("--- Done in "));
   EXPECT_FALSE(model->outputIsEmpty());
 
@@ -221,6 +220,22 @@ TEST_F(ModelTest, StartIsRefusedWithoutPortOrWithProductErrors) {
   EXPECT_TRUE(model->outputIsEmpty());
 }
 
+TEST_F(ModelTest, EspressifsOwnUSBTriesTheUSBJTAGResetFirst) {
+  auto model = makeModel();
+  load(*model, espProduct(ESPChip::esp32s3, 16 * 1024));
+  // No device is behind these paths; the job is looked at before its failure arrives.
+  for (int vendor : {FlasherModel::espressifVendorID, 0x1A86}) {
+    model->portsChanged({usbPort("/dev/ttyACM3", vendor)});
+    model->startFlash();
+    ASSERT_TRUE(model->isFlashing());
+    EXPECT_EQ(model->runTriesUSBJTAGFirst(), vendor == FlasherModel::espressifVendorID);
+    ASSERT_TRUE(waitUntilIdle(*model));
+  }
+  EXPECT_FALSE(model->runTriesUSBJTAGFirst());
+  // The real sound sink on a machine without sound: silence, no error.
+  makeSystemSoundSink()->play(SoundSink::failureSound);
+}
+
 TEST_F(ModelTest, ProgressIsThrottledButEachFileEndShows) {
   SimulatedESPOptions mute;
   mute.silent = true;
@@ -240,7 +255,8 @@ TEST_F(ModelTest, ProgressIsThrottledButEachFileEndShows) {
     std::vector<qint64> shown;
     QObject::connect(&model, &FlasherModel::progressChanged,
                      [&] { shown.push_back(model.progressDone()); });
-    for (qint64 done : {10, 20, 30, 100, 0, 50}) model.handle(FlashEvents::Progress{done, 100});
+    for (qint64 done : {10, 20, 30, 100, 0, 50})
+      model.handle(FlashEvents::Progress{done, 100});
     model.handle(FlashEvents::Progress{0, 0}); // a total below 1 counts as 1
     EXPECT_EQ(model.progressTotal(), 1);
     if (interval > 0) {
@@ -268,8 +284,8 @@ TEST_F(ModelTest, NewBoardsAreFlashedAutomatically) {
   EXPECT_EQ(scheduled.count(), 0);
 
   // A port without a vendor id is no board.
-  model->portsChanged({{"/dev/ttyS0", {}, {}, {}}, {"/dev/ttyS1", {}, {}, {}},
-                       usbPort("/dev/ttyUSB0")});
+  model->portsChanged(
+      {{"/dev/ttyS0", {}, {}, {}}, {"/dev/ttyS1", {}, {}, {}}, usbPort("/dev/ttyUSB0")});
   EXPECT_EQ(scheduled.count(), 0);
 
   // Plugged in and pulled out again before the delay: not flashed.
@@ -336,8 +352,10 @@ TEST_F(ModelTest, NewBoardAfterTheQuietTimeButNeverWithProductErrors) {
 TEST_F(ModelTest, TestDeviceNamesInEveryLanguage) {
   const std::string path = "/dev/pts/4";
   const std::pair<Language, const char*> expected[] = {
-      {Language::en, "Test device (/dev/pts/4)"},  {Language::nl, "Testapparaat (/dev/pts/4)"},
-      {Language::de, "Testgerät (/dev/pts/4)"},    {Language::fr, "Appareil de test (/dev/pts/4)"},
+      {Language::en, "Test device (/dev/pts/4)"},
+      {Language::nl, "Testapparaat (/dev/pts/4)"},
+      {Language::de, "Testgerät (/dev/pts/4)"},
+      {Language::fr, "Appareil de test (/dev/pts/4)"},
       {Language::es, "Dispositivo de prueba (/dev/pts/4)"}};
   for (const auto& [language, text] : expected) {
     LanguageOverride override(language);

@@ -92,7 +92,8 @@ protected:
   /// Puts a ready-made product with its files into the model.
   static void load(FlasherModel& model, const ProductWithFiles& p) {
     std::vector<FirmwareImport::Imported> imported;
-    for (const auto& image : p.product.images) imported.push_back({image, p.files.at(image.id)});
+    for (const auto& image : p.product.images)
+      imported.push_back({image, p.files.at(image.id)});
     model.setImages(imported);
     Product product = p.product;
     model.setProduct(product);
