@@ -14,10 +14,11 @@
 #include "FlashCore/Digest.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "support/Products.hpp"
-#include "support/SimulatedAVR.hpp"
-#include "support/SimulatedESP.hpp"
+#include "Simulator/SimulatedAVR.hpp"
+#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 

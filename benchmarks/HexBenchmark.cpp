@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "FlashCore/IntelHex.hpp"
-#include "support/HexFiles.hpp"
+#include "Simulator/DemoFirmware.hpp"
 
 using namespace tarnwick;
 
@@ -20,7 +20,7 @@ int main() {
   std::mt19937 random(1);
   for (auto& b : image)
     b = static_cast<std::uint8_t>(random());
-  const std::string text = testing::intelHexOf(image, 0, 16, "\r\n");
+  const std::string text = simulator::intelHexOf(image, 0, 16, "\r\n");
 
   std::vector<double> seconds;
   for (int round = 0; round < rounds; ++round) {

@@ -8,9 +8,10 @@
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashSerial/FlashPort.hpp"
 #include "support/RecordingLink.hpp"
-#include "support/SimulatedESP.hpp"
+#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 

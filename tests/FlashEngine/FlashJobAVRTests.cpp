@@ -7,9 +7,10 @@
 #include "FlashEngine/FlashJob.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
-#include "support/SimulatedAVR.hpp"
+#include "Simulator/SimulatedAVR.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 

@@ -11,9 +11,10 @@
 #include "FlashSerial/FlashPort.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
-#include "support/SimulatedESP.hpp"
+#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 

@@ -17,10 +17,11 @@
 #include <unistd.h>
 
 #include "FlashSerial/FlashPort.hpp"
-#include "support/PseudoTerminal.hpp"
+#include "Simulator/PseudoTerminal.hpp"
 #include "support/TerminalProbe.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 
 namespace {

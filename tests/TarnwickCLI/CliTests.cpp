@@ -18,10 +18,11 @@
 #include "TarnwickCLI/Arguments.hpp"
 #include "support/BuildFolders.hpp"
 #include "support/HexFiles.hpp"
-#include "support/SimulatedAVR.hpp"
-#include "support/SimulatedESP.hpp"
+#include "Simulator/SimulatedAVR.hpp"
+#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 namespace fs = std::filesystem;
 

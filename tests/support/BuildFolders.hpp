@@ -1,6 +1,5 @@
 #pragma once
-// Build folders as PlatformIO, the Arduino IDE and ESP-IDF leave them, made from scratch: real
-// partition tables, ESP images with proper headers, checksums and digests, AVR sketches as HEX.
+// Build folders as PlatformIO, the Arduino IDE and ESP-IDF leave them, made from scratch.
 
 #include <cstdint>
 #include <filesystem>
@@ -10,32 +9,25 @@
 #include <vector>
 
 #include "FlashCore/Bytes.hpp"
+#include "Simulator/DemoFirmware.hpp"
 
 namespace tarnwick::testing {
 
-/// Chip ids of the extended image header.
-namespace ChipIDs {
-inline constexpr std::uint16_t esp32 = 0;
-inline constexpr std::uint16_t esp32s2 = 2;
-inline constexpr std::uint16_t esp32c3 = 5;
-inline constexpr std::uint16_t esp32s3 = 9;
-inline constexpr std::uint16_t esp32c6 = 13;
-} // namespace ChipIDs
+// The image generators live with the simulated boards, which write demo builds from them.
+using simulator::avrSketch;
+using simulator::espApplication;
+using simulator::espBootloader;
+using simulator::espImage;
+using simulator::ESPImageParts;
+using simulator::ImageSegment;
+using simulator::littleFSImage;
+using simulator::partitionTable;
+using simulator::PartitionRow;
+namespace ChipIDs = simulator::ChipIDs;
 
-/// One line of a partition CSV.
-struct PartitionRow {
-  std::string label;
-  std::uint8_t type;
-  std::uint8_t subtype;
-  std::uint32_t offset;
-  std::uint32_t size;
-  std::uint32_t flags = 0;
-};
-
-/// Partition layouts in common use.
+/// Partition layouts in common use besides Arduino's default.
 namespace Layouts {
-/// Arduino's 4 MB default: nvs, otadata 0xE000, app0/app1 0x10000/0x150000, spiffs 0x290000.
-std::vector<PartitionRow> arduinoDefault();
+using simulator::Layouts::arduinoDefault;
 /// Arduino's "minimal SPIFFS": two 1.9 MB apps at 0x10000/0x1F0000, spiffs at 0x3D0000.
 std::vector<PartitionRow> arduinoMinimalSPIFFS();
 /// A factory app at 0x20000 behind a core dump partition, and no file system.
@@ -46,37 +38,8 @@ std::vector<PartitionRow> idfTwoOTA();
 std::vector<PartitionRow> otaWithLittleFS();
 } // namespace Layouts
 
-/// The binary table: 32-byte entries, the MD5 entry over them, 0xFF up to 0xC00 bytes.
-Bytes partitionTable(const std::vector<PartitionRow>& rows, bool withMD5 = true);
-
-struct ImageSegment {
-  std::uint32_t loadAddress;
-  Bytes data;
-};
-
-/// An ESP image: header, segments, checksum byte at the end of a 16-byte block, then the SHA-256
-/// when `hashAppended`. Without a chip id it has the ESP8266's short header and no digest.
-struct ESPImageParts {
-  std::optional<std::uint16_t> chipID;
-  std::uint8_t flashMode = 2;                // DIO
-  std::uint8_t flashSizeAndFrequency = 0x20; // 4 MB at 40 MHz on the ESP32 family
-  std::uint32_t entryAddress = 0x40080000;
-  std::vector<ImageSegment> segments;
-  bool hashAppended = true;
-};
-Bytes espImage(const ESPImageParts& parts);
-
-/// A second-stage bootloader of about 20 KB for the chip with `chipID` (none: ESP8266).
-Bytes espBootloader(std::optional<std::uint16_t> chipID);
-/// An application of roughly `codeSize` bytes; `seed` makes different builds differ.
-Bytes espApplication(std::optional<std::uint16_t> chipID, std::size_t codeSize,
-                     std::uint32_t seed = 1);
 /// The OTA data that the Arduino core flashes at otadata: boot from app0.
 Bytes bootApp0();
-/// A LittleFS image of `size` bytes with its superblock at the start.
-Bytes littleFSImage(std::size_t size);
-/// An AVR program of `size` bytes starting with its interrupt vector table.
-Bytes avrSketch(std::size_t size, std::uint32_t seed = 1);
 
 /// Files below a folder by relative path with "/" separators.
 struct FolderTree {

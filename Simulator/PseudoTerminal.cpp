@@ -1,4 +1,4 @@
-#include "support/PseudoTerminal.hpp"
+#include "Simulator/PseudoTerminal.hpp"
 
 #include <cerrno>
 #include <chrono>
@@ -9,7 +9,7 @@
 #include <termios.h>
 #include <unistd.h>
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 PseudoTerminal::PseudoTerminal() {
   controller_ = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
@@ -79,4 +79,4 @@ Bytes PseudoTerminal::receive(std::size_t count, double timeoutSeconds) {
   return result;
 }
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

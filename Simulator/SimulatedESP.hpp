@@ -15,9 +15,9 @@
 
 #include "FlashCore/ESPChip.hpp"
 #include "FlashCore/ESPPacket.hpp"
-#include "support/PseudoTerminal.hpp"
+#include "Simulator/PseudoTerminal.hpp"
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 struct SimulatedESPOptions {
   ESPChip chip = ESPChip::esp32;
@@ -122,4 +122,4 @@ private:
   std::thread thread_;
 };
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

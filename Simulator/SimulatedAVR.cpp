@@ -1,11 +1,11 @@
-#include "support/SimulatedAVR.hpp"
+#include "Simulator/SimulatedAVR.hpp"
 
 #include <algorithm>
 #include <chrono>
 #include <poll.h>
 #include <unistd.h>
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 SimulatedAVR::SimulatedAVR(SimulatedAVROptions options)
     : options_(std::move(options)),
@@ -268,4 +268,4 @@ bool SimulatedAVR::handleAVR109(Bytes& input) {
   return true;
 }
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

@@ -6,7 +6,7 @@
 
 #include "FlashCore/Bytes.hpp"
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 class PseudoTerminal {
 public:
@@ -36,4 +36,4 @@ private:
   std::string path_;
 };
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

@@ -1,4 +1,4 @@
-#include "support/SimulatedESP.hpp"
+#include "Simulator/SimulatedESP.hpp"
 
 #include <algorithm>
 #include <chrono>
@@ -8,7 +8,7 @@
 
 #include "FlashCore/Digest.hpp"
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 namespace {
 std::uint32_t le32(const Bytes& data, std::size_t at) {
@@ -330,4 +330,4 @@ void SimulatedESP::handle(const Bytes& frame) {
   answer(op, 0, {}, true, 0x05);
 }
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

@@ -11,9 +11,9 @@
 #include <vector>
 
 #include "FlashCore/AVR.hpp"
-#include "support/PseudoTerminal.hpp"
+#include "Simulator/PseudoTerminal.hpp"
 
-namespace tarnwick::testing {
+namespace tarnwick::simulator {
 
 struct SimulatedAVROptions {
   AVRBoard board = AVRBoard::uno;
@@ -78,4 +78,4 @@ private:
   std::thread thread_;
 };
 
-} // namespace tarnwick::testing
+} // namespace tarnwick::simulator

@@ -1,0 +1,770 @@
+// The engine's headers come before Qt's: Qt defines `emit` as a macro, and JobContext has a
+// member of that name.
+#include "FlashEngine/FlashJob.hpp"
+
+#include "Tarnwick/Model/FlasherModel.hpp"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QDir>
+#include <QSaveFile>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTime>
+
+#include <algorithm>
+#include <thread>
+
+#include "FlashCore/Digest.hpp"
+#include "FlashCore/FolderFiles.hpp"
+#include "FlashCore/ProductCheck.hpp"
+#include "FlashCore/ProductPackage.hpp"
+#include "FlashSerial/FlashPortError.hpp"
+#include "FlashSerial/PortChoice.hpp"
+#include "Localization/GeneralTexts.hpp"
+#include "Localization/ModelTexts.hpp"
+#include "Localization/ProductTexts.hpp"
+#include "Localization/RunTexts.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
+#include "Tarnwick/Model/SoundSink.hpp"
+
+namespace tarnwick {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+namespace Keys {
+constexpr const char* port = "port";
+constexpr const char* autoFlash = "autoFlash";
+constexpr const char* sounds = "sounds";
+constexpr const char* timestamps = "timestamps";
+constexpr const char* autoscroll = "autoscroll";
+constexpr const char* unsaved = "unsaved";
+constexpr const char* recentDocuments = "recentDocuments";
+} // namespace Keys
+
+QString qs(const std::string& text) { return QString::fromStdString(text); }
+
+int milliseconds(double seconds) { return static_cast<int>(seconds * 1000.0 + 0.5); }
+
+Clock::duration duration(double seconds) {
+  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+// A stored switch that is not a bool counts as absent. The INI store of Linux hands bools back as
+// the words "true" and "false", so those count as bools too.
+bool storedSwitch(const QSettings& settings, const char* key, bool fallback) {
+  QVariant value = settings.value(key);
+  if (value.typeId() == QMetaType::Bool) return value.toBool();
+  if (value.typeId() == QMetaType::QString) {
+    if (value.toString() == QLatin1String("true")) return true;
+    if (value.toString() == QLatin1String("false")) return false;
+  }
+  return fallback;
+}
+
+// The new product of File ▸ New and of a start without autosave.
+Product freshProduct(const Target& target) {
+  Product product;
+  product.name = L10n::Product::newProduct();
+  product.target = target;
+  return product;
+}
+
+std::string fileNameOf(const std::filesystem::path& location) {
+  auto name = location.filename();
+  // "Folder/" has an empty file name; the folder's own name is meant.
+  if (name.empty()) name = location.parent_path().filename();
+  return name.string();
+}
+
+// A firmware file that cannot be read: the system's reason after the file's name.
+std::string unreadable(const std::string& name, const std::exception& error) {
+  if (auto* fileError = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
+    return L10n::Errors::cannotUse(name, fileError->code().message() + ".");
+  }
+  return L10n::Errors::cannotRead(name);
+}
+
+// Posts `work` to the main thread; it runs only if the model still exists by then.
+void postToModel(const QPointer<FlasherModel>& model, std::function<void(FlasherModel&)> work) {
+  QObject* mainContext = QCoreApplication::instance();
+  if (!mainContext) return;
+  QMetaObject::invokeMethod(
+      mainContext,
+      [model, work = std::move(work)] {
+        if (model) work(*model);
+      },
+      Qt::QueuedConnection);
+}
+
+} // namespace
+
+FlasherModel::FlasherModel(Options options, QObject* parent)
+    : QObject(parent), options_(std::move(options)), defaults_(std::make_unique<QSettings>()),
+      output_(std::make_unique<OutputBuffer>(logMaximumCharacters, logTrimTarget)) {
+  if (!options_.sounds) options_.sounds = makeSystemSoundSink();
+  if (!options_.autosaveLocation) {
+    options_.autosaveLocation =
+        std::filesystem::path(
+            QStandardPaths::writableLocation(QStandardPaths::AppDataLocation).toStdString()) /
+        ("Current." + std::string(ProductPackage::fileExtension));
+  }
+
+  autosaveWork_.setSingleShot(true);
+  autosaveWork_.setInterval(milliseconds(options_.autosaveDelaySeconds));
+  connect(&autosaveWork_, &QTimer::timeout, this, &FlasherModel::saveWorkNow);
+
+  selectedPath_ = defaults_->value(Keys::port).toString();
+  autoFlash_ = defaults_->value(Keys::autoFlash).toBool();
+  playSounds_ = storedSwitch(*defaults_, Keys::sounds, true);
+  showTimestamps_ = storedSwitch(*defaults_, Keys::timestamps, true);
+  autoscroll_ = storedSwitch(*defaults_, Keys::autoscroll, true);
+  hasUnsavedChanges_ = defaults_->value(Keys::unsaved).toBool();
+
+  try {
+    auto package = ProductPackage::read(*options_.autosaveLocation);
+    product_ = std::move(package.product);
+    files_ = std::move(package.files);
+  } catch (...) {
+    // A first start, or an autosave that did not survive: begin afresh without a word.
+    product_ = freshProduct(Target::esp());
+    files_.clear();
+  }
+  output_->setAutoscroll(autoscroll_);
+
+  // A test device given on the command line is what the person wants to flash.
+  if (!options_.testDevices.empty()) selectedPath_ = qs(options_.testDevices.front());
+
+  if (options_.portSource) {
+    QPointer<FlasherModel> weak(this);
+    options_.portSource->start([weak](const std::vector<SerialPortInfo>& ports) {
+      if (weak) weak->portsChanged(ports);
+    });
+  } else if (!options_.testDevices.empty()) {
+    portsChanged({});
+  }
+}
+
+FlasherModel::~FlasherModel() {
+  // A run still going is asked to stop; its thread holds the job and drops its results.
+  if (job_) job_->cancel();
+}
+
+void FlasherModel::setDialogs(FlasherDialogs* dialogs) { dialogs_ = dialogs; }
+
+// MARK: - Derived values
+
+QString FlasherModel::productPath() const {
+  return productURL_ ? qs(productURL_->string()) : QString();
+}
+
+QStringList FlasherModel::recentDocuments() const {
+  return defaults_->value(Keys::recentDocuments).toStringList();
+}
+
+bool FlasherModel::hasErrors() const {
+  return ProductCheck::firstError(ProductCheck::check(product_, files_)).has_value();
+}
+
+bool FlasherModel::canFlash() const {
+  return state_ == FlasherState::idle && !selectedPath_.isEmpty() && !hasErrors();
+}
+
+double FlasherModel::progressFraction() const {
+  if (progressTotal_ < 1) return 0;
+  return static_cast<double>(progressDone_) / static_cast<double>(progressTotal_);
+}
+
+std::optional<SerialPortInfo> FlasherModel::selectedPort() const {
+  std::string path = selectedPath_.toStdString();
+  auto found =
+      std::ranges::find_if(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
+  if (found == ports_.end()) return std::nullopt;
+  return *found;
+}
+
+QString FlasherModel::portLabel(const QString& path) const {
+  std::string raw = path.toStdString();
+  if (isTestDevice(raw)) return qs(L10n::Model::testDevice(raw));
+  for (const auto& port : ports_) {
+    if (port.path == raw) return qs(PortScanner::displayName(port));
+  }
+  return path;
+}
+
+QString FlasherModel::windowTitle() const {
+  QString title = product_.name.empty() ? qs(L10n::Product::newProduct()) : qs(product_.name);
+  if (hasUnsavedChanges_) title += qs(L10n::Model::editedSuffix());
+  return title;
+}
+
+bool FlasherModel::runTriesUSBJTAGFirst() const { return job_ && job_->usbJTAGFirst; }
+
+QString FlasherModel::quitRefusedText() { return qs(L10n::Model::quitRefused()); }
+
+void FlasherModel::emitDerived() {
+  emit canFlashChanged();
+  emit windowTitleChanged();
+}
+
+// MARK: - Life cycle
+
+void FlasherModel::saveWorkNow() {
+  autosaveWork_.stop();
+  try {
+    std::filesystem::create_directories(options_.autosaveLocation->parent_path());
+    ProductPackage::write({product_, files_}, *options_.autosaveLocation);
+  } catch (...) {
+    // The product in memory is unaffected, and the next change tries again.
+  }
+}
+
+bool FlasherModel::requestQuit() {
+  if (!canQuit()) {
+    if (dialogs_) dialogs_->alert(quitRefusedText());
+    return false;
+  }
+  saveWorkNow();
+  return true;
+}
+
+// MARK: - Product
+
+void FlasherModel::setProduct(const Product& product) {
+  if (product == product_) return;
+  product_ = product;
+  emit productChanged();
+  markUnsaved();
+  emitDerived();
+}
+
+void FlasherModel::markUnsaved() {
+  setUnsaved(true);
+  autosaveWork_.start();
+}
+
+void FlasherModel::setUnsaved(bool unsaved) {
+  defaults_->setValue(Keys::unsaved, unsaved);
+  if (hasUnsavedChanges_ == unsaved) return;
+  hasUnsavedChanges_ = unsaved;
+  emit hasUnsavedChangesChanged();
+  emit windowTitleChanged();
+}
+
+void FlasherModel::setProductURL(std::optional<std::filesystem::path> location) {
+  if (productURL_ == location) return;
+  productURL_ = std::move(location);
+  emit productURLChanged();
+}
+
+void FlasherModel::setFiles(FileBytesMap files) {
+  if (files == files_) return;
+  files_ = std::move(files);
+  emit filesChanged();
+  emitDerived();
+}
+
+void FlasherModel::newProduct() {
+  if (!confirmDiscard()) return;
+  setFiles({});
+  setProductURL(std::nullopt);
+  setProduct(freshProduct(product_.target));
+  setUnsaved(false);
+  setOutcome(std::nullopt);
+}
+
+void FlasherModel::openProductWithPanel() {
+  if (!confirmDiscard() || !dialogs_) return;
+  if (auto location = dialogs_->chooseProductToOpen()) openProduct(*location);
+}
+
+void FlasherModel::openProduct(const std::filesystem::path& location) {
+  ProductPackage package;
+  std::string name = fileNameOf(location);
+  try {
+    package = ProductPackage::read(location);
+  } catch (const PackageError& error) {
+    setErrorMessage(qs(L10n::Errors::cannotOpen(name, error.message())));
+    return;
+  } catch (const ProductDecodingError& error) {
+    setErrorMessage(qs(L10n::Errors::cannotOpen(name, error.message())));
+    return;
+  } catch (const std::exception&) {
+    setErrorMessage(qs(L10n::Errors::cannotRead(name)));
+    return;
+  }
+  setFiles(std::move(package.files));
+  setProduct(package.product);
+  setProductURL(location);
+  setUnsaved(false);
+  setOutcome(std::nullopt);
+  addRecentDocument(location);
+  appendLine({LogSegment::Kind::system,
+              "--- " + L10n::Log::openedProduct(location.stem().string()) + " ---"});
+}
+
+void FlasherModel::openRecent(const QString& location) {
+  if (!confirmDiscard()) return;
+  openProduct(std::filesystem::path(location.toStdString()));
+}
+
+void FlasherModel::clearRecentDocuments() {
+  defaults_->remove(Keys::recentDocuments);
+  emit recentDocumentsChanged();
+}
+
+void FlasherModel::addRecentDocument(const std::filesystem::path& location) {
+  QString path = qs(std::filesystem::absolute(location).lexically_normal().string());
+  QStringList recent = recentDocuments();
+  recent.removeAll(path);
+  recent.prepend(path);
+  while (recent.size() > recentDocumentsLimit)
+    recent.removeLast();
+  defaults_->setValue(Keys::recentDocuments, recent);
+  emit recentDocumentsChanged();
+}
+
+void FlasherModel::saveProduct() {
+  if (productURL_) {
+    saveProductTo(*productURL_);
+  } else {
+    saveProductAs();
+  }
+}
+
+void FlasherModel::saveProductAs() {
+  if (!dialogs_) return;
+  std::string name = product_.name.empty() ? L10n::Product::newProduct() : product_.name;
+  auto location = dialogs_->chooseProductSaveLocation(
+      qs(name + "." + std::string(ProductPackage::fileExtension)));
+  if (location) saveProductTo(*location);
+}
+
+void FlasherModel::saveProductTo(const std::filesystem::path& location) {
+  try {
+    ProductPackage::write({product_, files_}, location);
+  } catch (const PackageError& error) {
+    setErrorMessage(qs(L10n::Errors::savingFailed(error.message())));
+    return;
+  } catch (const std::filesystem::filesystem_error& error) {
+    setErrorMessage(qs(L10n::Errors::savingFailed(error.code().message())));
+    return;
+  } catch (const std::exception& error) {
+    setErrorMessage(qs(L10n::Errors::savingFailed(error.what())));
+    return;
+  }
+  setProductURL(location);
+  setUnsaved(false);
+  addRecentDocument(location);
+}
+
+bool FlasherModel::confirmDiscard() {
+  if (!hasUnsavedChanges_ || product_.images.empty()) return true;
+  if (!dialogs_) return false;
+  switch (dialogs_->askSaveChanges()) {
+  case FlasherDialogs::SaveChangesAnswer::save:
+    saveProduct();
+    // A cancelled or failed save keeps the product.
+    return !hasUnsavedChanges_;
+  case FlasherDialogs::SaveChangesAnswer::dontSave: return true;
+  case FlasherDialogs::SaveChangesAnswer::cancel: return false;
+  }
+  return false;
+}
+
+// MARK: - Images
+
+void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations) {
+  std::vector<FirmwareImport::Imported> list;
+  for (const auto& image : product_.images) {
+    auto bytes = files_.find(image.id);
+    if (bytes != files_.end()) list.push_back({image, bytes->second});
+  }
+  std::vector<std::string> failures;
+  bool avr = !product_.target.isESP();
+  for (const auto& location : locations) {
+    std::string name = fileNameOf(location);
+    try {
+      Bytes content = FirmwareImport::content(name, readFileBytes(location));
+      auto imported = FirmwareImport::makeImage(name, std::move(content), product_.target, list);
+      // An Arduino board takes one sketch: the last file given wins.
+      if (avr) list.clear();
+      list.push_back(std::move(imported));
+    } catch (const FirmwareImport::ImportError& error) {
+      failures.push_back(L10n::Errors::cannotUse(name, error.message()));
+    } catch (const std::exception& error) {
+      failures.push_back(unreadable(name, error));
+    }
+  }
+  setImages(list);
+  if (!failures.empty()) {
+    std::string message;
+    for (const auto& line : failures)
+      message += (message.empty() ? "" : "\n") + line;
+    setErrorMessage(qs(message));
+  }
+}
+
+void FlasherModel::importFolder(const std::filesystem::path& folder) {
+  std::string name = fileNameOf(folder);
+  FirmwareImport::BuildFolder found;
+  try {
+    auto contents = readFolderFiles(folder);
+    found = FirmwareImport::scanFolder(contents.files, contents.flasherArgs, product_.target);
+  } catch (const FirmwareImport::ImportError& error) {
+    setErrorMessage(qs(L10n::Errors::cannotUse(name, error.message())));
+    return;
+  } catch (const std::exception& error) {
+    setErrorMessage(qs(unreadable(name, error)));
+    return;
+  }
+  setImages(found.images);
+  Product product = product_;
+  if (found.chip) product.target = Target::esp(found.chip);
+  if (found.flashMode) product.flashMode = *found.flashMode;
+  if (found.flashSize) product.flashSize = *found.flashSize;
+  setProduct(product);
+  appendLine({LogSegment::Kind::meta,
+              L10n::Log::filesFrom(static_cast<std::int64_t>(found.images.size()), name)});
+}
+
+void FlasherModel::setImages(const std::vector<FirmwareImport::Imported>& images) {
+  FileBytesMap files;
+  Product product = product_;
+  product.images.clear();
+  for (const auto& imported : images) {
+    files[imported.image.id] = imported.bytes;
+    product.images.push_back(imported.image);
+  }
+  setFiles(std::move(files));
+  setProduct(product);
+  markUnsaved();
+}
+
+void FlasherModel::replaceFile(const UUID& id, const std::filesystem::path& location) {
+  auto entry = std::ranges::find_if(product_.images,
+                                    [&](const FirmwareImage& image) { return image.id == id; });
+  if (entry == product_.images.end()) return;
+  std::string name = fileNameOf(location);
+  Bytes content;
+  try {
+    content = FirmwareImport::content(name, readFileBytes(location));
+  } catch (const FirmwareImport::ImportError& error) {
+    setErrorMessage(qs(L10n::Errors::cannotUse(name, error.message())));
+    return;
+  } catch (const std::exception& error) {
+    setErrorMessage(qs(unreadable(name, error)));
+    return;
+  }
+  Product product = product_;
+  auto& image = product.images[static_cast<std::size_t>(entry - product_.images.begin())];
+  image.fileName = name;
+  image.size = static_cast<std::int64_t>(content.size());
+  image.sha256 = Digest::sha256Hex(content);
+  FileBytesMap files = files_;
+  files[id] = std::move(content);
+  setFiles(std::move(files));
+  setProduct(product);
+}
+
+void FlasherModel::removeImages(const std::set<UUID>& ids) {
+  Product product = product_;
+  std::erase_if(product.images, [&](const FirmwareImage& image) { return ids.contains(image.id); });
+  FileBytesMap files = files_;
+  for (const auto& id : ids)
+    files.erase(id);
+  setFiles(std::move(files));
+  setProduct(product);
+}
+
+// MARK: - Ports
+
+bool FlasherModel::isTestDevice(const std::string& path) const {
+  return std::ranges::find(options_.testDevices, path) != options_.testDevices.end();
+}
+
+std::vector<SerialPortInfo> FlasherModel::withTestDevices(std::vector<SerialPortInfo> ports) const {
+  for (const auto& path : options_.testDevices) {
+    bool listed =
+        std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
+    if (!listed) ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
+  }
+  return ports;
+}
+
+void FlasherModel::setSelectedPath(const QString& path) {
+  defaults_->setValue(Keys::port, path);
+  if (selectedPath_ == path) return;
+  selectedPath_ = path;
+  emit selectedPathChanged();
+  emit canFlashChanged();
+}
+
+void FlasherModel::selectPort(const std::string& path) { setSelectedPath(qs(path)); }
+
+void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
+  auto listed = withTestDevices(ports);
+  if (listed != ports_) {
+    ports_ = std::move(listed);
+    emit portListChanged();
+  }
+  auto previous = std::move(knownPaths_);
+  knownPaths_ = PortChoice::pathsOf(ports_);
+  if (state_ == FlasherState::flashing) return;
+
+  auto now = Clock::now();
+  auto decision = PortChoice::decide(ports_, previous, selectedPath_.toStdString(),
+                                     [&](const std::string&) { return now <= quietUntil_; });
+  if (decision.newBoard) {
+    selectPort(*decision.newBoard);
+    if (autoFlash_ && !hasErrors()) scheduleAutoFlash(*decision.newBoard);
+  } else if (decision.fallback) {
+    selectPort(*decision.fallback);
+  }
+}
+
+void FlasherModel::scheduleAutoFlash(const std::string& path) {
+  appendLine({LogSegment::Kind::meta, L10n::Log::newBoardOn(portLabel(qs(path)).toStdString())});
+  emit autoFlashScheduled(qs(path));
+  // The timer's context is the model: a model that is gone never fires it.
+  QTimer::singleShot(milliseconds(options_.autoFlashDelaySeconds), this, [this, path] {
+    bool present =
+        std::ranges::any_of(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
+    // Switching automatic flashing off in the meantime also calls it off.
+    if (state_ == FlasherState::idle && autoFlash_ && selectedPath_.toStdString() == path &&
+        present) {
+      startFlash();
+    }
+  });
+}
+
+// MARK: - Flashing
+
+void FlasherModel::startFlash() {
+  if (state_ != FlasherState::idle) return;
+  if (selectedPath_.isEmpty()) {
+    setErrorMessage(qs(L10n::Errors::selectPortFirst()));
+    return;
+  }
+  if (auto error = ProductCheck::firstError(ProductCheck::check(product_, files_))) {
+    setErrorMessage(qs(error->message()));
+    return;
+  }
+
+  std::string path = selectedPath_.toStdString();
+  QPointer<FlasherModel> weak(this);
+  auto job = std::make_shared<FlashJob>(
+      product_, files_, path, isTestDevice(path), [weak](const FlashEvent& event) {
+        postToModel(weak, [event](FlasherModel& model) { model.handle(event); });
+      });
+  auto port = selectedPort();
+  if (port && port->vendorID == espressifVendorID) job->usbJTAGFirst = true;
+
+  job_ = job;
+  jobIsAVR_ = !product_.target.isESP();
+  setState(FlasherState::flashing);
+  setOutcome(std::nullopt);
+  qint64 total = 0;
+  for (const auto& image : product_.images) {
+    if (image.enabled) total += image.size;
+  }
+  lastProgressPublish_ = {};
+  setProgress(0, std::max<qint64>(total, 1));
+  setStageText(qs(L10n::Stage::connecting()));
+  appendLine(RunNarration::opening(product_.name, portLabel(selectedPath_).toStdString()));
+
+  std::thread([job, weak] {
+    std::optional<FlashSummary> summary;
+    bool cancelled = false;
+    std::string message;
+    try {
+      summary = job->run();
+    } catch (const FlashError& error) {
+      cancelled = error.isCancelled();
+      message = error.message();
+    } catch (const FlashPortError& error) {
+      message = error.message();
+    } catch (const std::exception& error) {
+      message = error.what();
+    }
+    postToModel(weak, [summary, cancelled, message](FlasherModel& model) {
+      model.finish(summary, cancelled, message);
+    });
+  }).detach();
+}
+
+void FlasherModel::toggleFlash() {
+  if (job_) {
+    job_->cancel();
+  } else {
+    startFlash();
+  }
+}
+
+void FlasherModel::handle(const FlashEvent& event) {
+  if (state_ != FlasherState::flashing) return;
+  if (auto* progress = std::get_if<FlashEvents::Progress>(&event)) {
+    qint64 total = std::max<qint64>(progress->total, 1);
+    auto now = Clock::now();
+    bool due = now - lastProgressPublish_ > duration(options_.progressIntervalSeconds);
+    if (progress->done >= progress->total || due) {
+      lastProgressPublish_ = now;
+      setProgress(progress->done, total);
+    } else {
+      setProgress(progressDone_, total);
+    }
+    return;
+  }
+  auto step = RunNarration::narrate(event, jobIsAVR_);
+  if (step.stage) setStageText(qs(*step.stage));
+  if (step.line) appendLine(*step.line);
+}
+
+void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
+                          const std::string& message) {
+  job_.reset();
+  setState(FlasherState::idle);
+  quietUntil_ = Clock::now() + duration(options_.quietSeconds);
+  knownPaths_ = PortChoice::pathsOf(ports_);
+
+  NarratedStep step;
+  FlashStatistics statistics = statistics_;
+  if (summary) {
+    setProgress(progressTotal_, progressTotal_);
+    statistics.flashed += 1;
+    statistics.lastSeconds = summary->seconds;
+    setOutcome(FlashOutcome{FlashOutcome::Success{*summary}});
+    step = RunNarration::succeeded(*summary);
+  } else if (cancelled) {
+    setOutcome(FlashOutcome{FlashOutcome::Cancelled{}});
+    step = RunNarration::failed(message, true);
+  } else {
+    statistics.failed += 1;
+    setOutcome(FlashOutcome{FlashOutcome::Failure{message}});
+    step = RunNarration::failed(message, false);
+  }
+  setStatistics(statistics);
+  if (step.stage) setStageText(qs(*step.stage));
+  if (step.line) appendLine(*step.line);
+  if (playSounds_ && !cancelled) {
+    options_.sounds->play(summary ? SoundSink::successSound : SoundSink::failureSound);
+  }
+}
+
+void FlasherModel::setState(FlasherState state) {
+  if (state_ == state) return;
+  state_ = state;
+  emit stateChanged();
+  emit canFlashChanged();
+}
+
+void FlasherModel::setStageText(const QString& text) {
+  if (stageText_ == text) return;
+  stageText_ = text;
+  emit stageTextChanged();
+}
+
+void FlasherModel::setOutcome(std::optional<FlashOutcome> outcome) {
+  if (outcome_ == outcome) return;
+  outcome_ = std::move(outcome);
+  emit outcomeChanged();
+}
+
+void FlasherModel::setProgress(qint64 done, qint64 total) {
+  if (progressDone_ == done && progressTotal_ == total) return;
+  progressDone_ = done;
+  progressTotal_ = total;
+  emit progressChanged();
+}
+
+void FlasherModel::setStatistics(const FlashStatistics& statistics) {
+  if (statistics_ == statistics) return;
+  statistics_ = statistics;
+  emit statisticsChanged();
+}
+
+// MARK: - Log
+
+void FlasherModel::appendLine(const LogSegment& line) { appendLog({line}); }
+
+void FlasherModel::appendLog(const std::vector<LogSegment>& segments) {
+  std::vector<LogSegment> line;
+  line.reserve(segments.size() + 1);
+  if (showTimestamps_) {
+    line.push_back(
+        {LogSegment::Kind::timestamp,
+         QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")).toStdString() + "  "});
+  }
+  line.insert(line.end(), segments.begin(), segments.end());
+  output_->append(line);
+  emit logLineAppended(line);
+  if (outputIsEmpty_) {
+    outputIsEmpty_ = false;
+    emit outputIsEmptyChanged();
+  }
+}
+
+void FlasherModel::clearLog() {
+  output_->clear();
+  if (!outputIsEmpty_) {
+    outputIsEmpty_ = true;
+    emit outputIsEmptyChanged();
+  }
+  setStatistics({});
+}
+
+void FlasherModel::saveLog() {
+  if (!dialogs_) return;
+  QString proposed = QStringLiteral("Tarnwick ") +
+                     QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH.mm.ss")) +
+                     QStringLiteral(".txt");
+  auto location = dialogs_->chooseLogSaveLocation(proposed);
+  if (!location) return;
+  // QSaveFile writes beside the target and renames over it: a crash never leaves half a log.
+  QSaveFile file(qs(location->string()));
+  QByteArray text = output_->plainText().toUtf8();
+  if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    setErrorMessage(qs(L10n::Errors::savingFailed(file.errorString().toStdString())));
+  }
+}
+
+// MARK: - Switches
+
+void FlasherModel::setAutoFlash(bool on) {
+  defaults_->setValue(Keys::autoFlash, on);
+  if (autoFlash_ == on) return;
+  autoFlash_ = on;
+  emit autoFlashChanged();
+}
+
+void FlasherModel::setPlaySounds(bool on) {
+  defaults_->setValue(Keys::sounds, on);
+  if (playSounds_ == on) return;
+  playSounds_ = on;
+  emit playSoundsChanged();
+}
+
+void FlasherModel::setShowTimestamps(bool on) {
+  defaults_->setValue(Keys::timestamps, on);
+  if (showTimestamps_ == on) return;
+  showTimestamps_ = on;
+  emit showTimestampsChanged();
+}
+
+void FlasherModel::setAutoscroll(bool on) {
+  defaults_->setValue(Keys::autoscroll, on);
+  output_->setAutoscroll(on);
+  if (autoscroll_ == on) return;
+  autoscroll_ = on;
+  emit autoscrollChanged();
+}
+
+void FlasherModel::setErrorMessage(const QString& message) {
+  if (errorMessage_ == message) return;
+  errorMessage_ = message;
+  emit errorMessageChanged();
+}
+
+} // namespace tarnwick

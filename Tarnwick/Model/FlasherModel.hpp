@@ -1,0 +1,356 @@
+#pragma once
+// The application's hub: the product being edited with its files, the serial ports, the running
+// job, the outcome and counters, the log and the user's switches. Views read its properties and
+// call its operations; nothing else changes them. Main thread only: a run's events and its end
+// arrive here through queued calls that hold the model weakly.
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+
+#include <chrono>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "FlashCore/FirmwareImport.hpp"
+#include "FlashCore/Product.hpp"
+#include "FlashEngine/FlashEvent.hpp"
+#include "FlashEngine/RunNarration.hpp"
+#include "FlashSerial/PortScanner.hpp"
+
+class QSettings;
+
+namespace tarnwick {
+
+class FlashJob;
+class OutputBuffer;
+class SoundSink;
+
+enum class FlasherState { idle, flashing };
+
+/// How the last run ended.
+struct FlashOutcome {
+  struct Success {
+    FlashSummary summary;
+    bool operator==(const Success&) const = default;
+  };
+  struct Failure {
+    std::string message;
+    bool operator==(const Failure&) const = default;
+  };
+  struct Cancelled {
+    bool operator==(const Cancelled&) const = default;
+  };
+  std::variant<Success, Failure, Cancelled> value;
+  bool operator==(const FlashOutcome&) const = default;
+};
+
+/// Counters since start or since the log was cleared.
+struct FlashStatistics {
+  int flashed = 0;
+  int failed = 0;
+  /// Duration of the last successful run.
+  std::optional<double> lastSeconds;
+  bool operator==(const FlashStatistics&) const = default;
+};
+
+/// The questions and panels the model needs from a person. The window implements them with real
+/// dialogs; tests answer them from a script.
+class FlasherDialogs {
+public:
+  enum class SaveChangesAnswer { save, dontSave, cancel };
+
+  virtual ~FlasherDialogs() = default;
+  /// An open panel for one product file; none when cancelled.
+  virtual std::optional<std::filesystem::path> chooseProductToOpen() = 0;
+  /// A save panel for a product file proposing `proposedName`; none when cancelled.
+  virtual std::optional<std::filesystem::path>
+  chooseProductSaveLocation(const QString& proposedName) = 0;
+  /// A save panel for plain text proposing `proposedName`; none when cancelled.
+  virtual std::optional<std::filesystem::path>
+  chooseLogSaveLocation(const QString& proposedName) = 0;
+  /// "Save the current product?" with "Save…", "Don't Save" and "Cancel".
+  virtual SaveChangesAnswer askSaveChanges() = 0;
+  /// A modal alert with a single button (the refused quit).
+  virtual void alert(const QString& message) = 0;
+};
+
+/// Where port lists come from. The application hands over the udev scanner driven from Qt's event
+/// loop (makeScannerPortSource); tests deliver lists by calling `portsChanged` themselves.
+class PortSource {
+public:
+  virtual ~PortSource() = default;
+  /// Starts watching; `onChange` receives every list on the main thread, the first one soon.
+  virtual void start(std::function<void(const std::vector<SerialPortInfo>&)> onChange) = 0;
+};
+
+/// The udev port scanner, watched from the Qt event loop.
+std::unique_ptr<PortSource> makeScannerPortSource();
+
+class FlasherModel : public QObject {
+  Q_OBJECT
+  Q_PROPERTY(tarnwick::Product product READ product WRITE setProduct NOTIFY productChanged)
+  Q_PROPERTY(tarnwick::FileBytesMap files READ files NOTIFY filesChanged)
+  Q_PROPERTY(QString productPath READ productPath NOTIFY productURLChanged)
+  Q_PROPERTY(bool hasUnsavedChanges READ hasUnsavedChanges NOTIFY hasUnsavedChangesChanged)
+  Q_PROPERTY(std::vector<tarnwick::SerialPortInfo> ports READ ports NOTIFY portListChanged)
+  Q_PROPERTY(
+      QString selectedPath READ selectedPath WRITE setSelectedPath NOTIFY selectedPathChanged)
+  Q_PROPERTY(tarnwick::FlasherState state READ state NOTIFY stateChanged)
+  Q_PROPERTY(bool flashing READ isFlashing NOTIFY stateChanged)
+  Q_PROPERTY(qint64 progressDone READ progressDone NOTIFY progressChanged)
+  Q_PROPERTY(qint64 progressTotal READ progressTotal NOTIFY progressChanged)
+  Q_PROPERTY(double progressFraction READ progressFraction NOTIFY progressChanged)
+  Q_PROPERTY(QString stageText READ stageText NOTIFY stageTextChanged)
+  Q_PROPERTY(std::optional<tarnwick::FlashOutcome> outcome READ outcome NOTIFY outcomeChanged)
+  Q_PROPERTY(tarnwick::FlashStatistics statistics READ statistics NOTIFY statisticsChanged)
+  Q_PROPERTY(bool autoFlash READ autoFlash WRITE setAutoFlash NOTIFY autoFlashChanged)
+  Q_PROPERTY(bool playSounds READ playSounds WRITE setPlaySounds NOTIFY playSoundsChanged)
+  Q_PROPERTY(
+      bool showTimestamps READ showTimestamps WRITE setShowTimestamps NOTIFY showTimestampsChanged)
+  Q_PROPERTY(bool autoscroll READ autoscroll WRITE setAutoscroll NOTIFY autoscrollChanged)
+  Q_PROPERTY(bool outputIsEmpty READ outputIsEmpty NOTIFY outputIsEmptyChanged)
+  Q_PROPERTY(
+      QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
+  Q_PROPERTY(bool canFlash READ canFlash NOTIFY canFlashChanged)
+  Q_PROPERTY(QString windowTitle READ windowTitle NOTIFY windowTitleChanged)
+  Q_PROPERTY(QStringList recentDocuments READ recentDocuments NOTIFY recentDocumentsChanged)
+
+public:
+  /// Delays and places, with the product's defaults; tests shorten the delays.
+  struct Options {
+    /// Paths given with --test-device: pseudo-terminals accepted as ports, the first selected.
+    std::vector<std::string> testDevices;
+    /// Where port lists come from; none: only test devices and lists handed to portsChanged.
+    std::unique_ptr<PortSource> portSource;
+    /// Plays the end-of-run sounds; none: the desktop's sound theme through libcanberra.
+    std::shared_ptr<SoundSink> sounds;
+    /// The autosave file; none: Current.twflash under the application's data location.
+    std::optional<std::filesystem::path> autosaveLocation;
+    /// From the last change to the autosave write.
+    double autosaveDelaySeconds = 1.0;
+    /// From a new board appearing to its automatic run.
+    double autoFlashDelaySeconds = 1.2;
+    /// After a run, how long a newly appearing port is not taken as a new board.
+    double quietSeconds = 6.0;
+    /// Shortest time between two published progress values within one file.
+    double progressIntervalSeconds = 0.05;
+  };
+
+  /// Ports with this USB vendor id are Espressif's own USB-JTAG interface.
+  static constexpr int espressifVendorID = 0x303A;
+  /// Largest log kept, and what it is trimmed back to.
+  static constexpr int logMaximumCharacters = 2'000'000;
+  static constexpr int logTrimTarget = 1'500'000;
+  /// How many documents File ▸ Open Recent lists.
+  static constexpr int recentDocumentsLimit = 10;
+
+  /// Reads the preferences, restores the autosaved work and starts watching ports.
+  explicit FlasherModel(Options options, QObject* parent = nullptr);
+  /// The application's model with the product's delays, the udev scanner and the sound theme.
+  explicit FlasherModel(QObject* parent = nullptr);
+  ~FlasherModel() override;
+  FlasherModel(const FlasherModel&) = delete;
+  FlasherModel& operator=(const FlasherModel&) = delete;
+
+  /// The dialogs of the window; without them every question is answered "cancel".
+  void setDialogs(FlasherDialogs* dialogs);
+
+  // Published state.
+  const Product& product() const { return product_; }
+  const FileBytesMap& files() const { return files_; }
+  const std::optional<std::filesystem::path>& productURL() const { return productURL_; }
+  QString productPath() const;
+  bool hasUnsavedChanges() const { return hasUnsavedChanges_; }
+  const std::vector<SerialPortInfo>& ports() const { return ports_; }
+  QString selectedPath() const { return selectedPath_; }
+  FlasherState state() const { return state_; }
+  bool isFlashing() const { return state_ == FlasherState::flashing; }
+  qint64 progressDone() const { return progressDone_; }
+  qint64 progressTotal() const { return progressTotal_; }
+  QString stageText() const { return stageText_; }
+  const std::optional<FlashOutcome>& outcome() const { return outcome_; }
+  const FlashStatistics& statistics() const { return statistics_; }
+  bool autoFlash() const { return autoFlash_; }
+  bool playSounds() const { return playSounds_; }
+  bool showTimestamps() const { return showTimestamps_; }
+  bool autoscroll() const { return autoscroll_; }
+  bool outputIsEmpty() const { return outputIsEmpty_; }
+  /// The message for the one alert; empty when there is none.
+  QString errorMessage() const { return errorMessage_; }
+  OutputBuffer& output() { return *output_; }
+  /// Product files for File ▸ Open Recent, most recent first.
+  QStringList recentDocuments() const;
+
+  // Derived values.
+  /// The product check finds at least one error.
+  bool hasErrors() const;
+  /// Idle, a port chosen, and a product without errors.
+  bool canFlash() const;
+  /// progressDone / progressTotal, 0 before a run.
+  double progressFraction() const;
+  /// The listed port with the selected path.
+  std::optional<SerialPortInfo> selectedPort() const;
+  /// The port's name for people; a path that is not listed is shown as it is.
+  QString portLabel(const QString& path) const;
+  /// The product's name (or "New product"), with " (edited)" while unsaved.
+  QString windowTitle() const;
+  /// The running job tries Espressif's USB-JTAG reset first (its port has vendor id 0x303A).
+  bool runTriesUSBJTAGFirst() const;
+  /// Quitting is refused while a run is going.
+  bool canQuit() const { return state_ == FlasherState::idle; }
+  /// "Wait until flashing has finished. …"
+  static QString quitRefusedText();
+
+public slots:
+  // Life cycle.
+  /// Writes the autosave file now; failures are ignored.
+  void saveWorkNow();
+  /// The application is asked to quit: refused with an alert while flashing, otherwise the work
+  /// is saved and true returned.
+  bool requestQuit();
+
+  // Product.
+  void setProduct(const tarnwick::Product& product);
+  void markUnsaved();
+  void newProduct();
+  void openProductWithPanel();
+  /// Opens a product file without asking about unsaved changes (files handed over by the
+  /// desktop, File ▸ Open Recent after confirmDiscard).
+  void openProduct(const std::filesystem::path& location);
+  /// File ▸ Open Recent: asks about unsaved changes, then opens.
+  void openRecent(const QString& location);
+  void clearRecentDocuments();
+  void saveProduct();
+  void saveProductAs();
+  void saveProductTo(const std::filesystem::path& location);
+  /// May the current product be replaced? Asks when it has unsaved changes.
+  bool confirmDiscard();
+
+  // Images.
+  void addFiles(const std::vector<std::filesystem::path>& locations);
+  void importFolder(const std::filesystem::path& folder);
+  void setImages(const std::vector<tarnwick::FirmwareImport::Imported>& images);
+  void replaceFile(const tarnwick::UUID& id, const std::filesystem::path& location);
+  void removeImages(const std::set<tarnwick::UUID>& ids);
+
+  // Ports.
+  /// The user or the port logic chose a port; remembered under "port".
+  void setSelectedPath(const QString& path);
+  /// A new port list from the scanner.
+  void portsChanged(const std::vector<tarnwick::SerialPortInfo>& ports);
+
+  // Flashing.
+  void startFlash();
+  /// Flash / Stop: cancels a running job, otherwise starts one.
+  void toggleFlash();
+
+  // Log.
+  void appendLog(const std::vector<tarnwick::LogSegment>& segments);
+  void clearLog();
+  void saveLog();
+
+  // Switches, each stored at once.
+  void setAutoFlash(bool on);
+  void setPlaySounds(bool on);
+  void setShowTimestamps(bool on);
+  void setAutoscroll(bool on);
+  void setErrorMessage(const QString& message);
+  void clearErrorMessage() { setErrorMessage({}); }
+
+signals:
+  void productChanged();
+  void filesChanged();
+  void productURLChanged();
+  void hasUnsavedChangesChanged();
+  void portListChanged();
+  void selectedPathChanged();
+  void stateChanged();
+  void progressChanged();
+  void stageTextChanged();
+  void outcomeChanged();
+  void statisticsChanged();
+  void autoFlashChanged();
+  void playSoundsChanged();
+  void showTimestampsChanged();
+  void autoscrollChanged();
+  void outputIsEmptyChanged();
+  void errorMessageChanged();
+  void canFlashChanged();
+  void windowTitleChanged();
+  void recentDocumentsChanged();
+  /// One line went to the log, timestamp included when shown.
+  void logLineAppended(const std::vector<tarnwick::LogSegment>& segments);
+  /// A board appeared and will be flashed once the delay has passed.
+  void autoFlashScheduled(const QString& path);
+
+public:
+  /// One event of the running job, on the main thread: stage text, throttled progress and log
+  /// lines. Ignored unless flashing.
+  void handle(const tarnwick::FlashEvent& event);
+
+private:
+  /// The end of a run: a summary, or the failure with its message (cancelled: no message).
+  void finish(std::optional<FlashSummary> summary, bool cancelled, const std::string& message);
+  void appendLine(const LogSegment& line);
+  void setState(FlasherState state);
+  void setStageText(const QString& text);
+  void setOutcome(std::optional<FlashOutcome> outcome);
+  void setProgress(qint64 done, qint64 total);
+  void setStatistics(const FlashStatistics& statistics);
+  void setUnsaved(bool unsaved);
+  void setProductURL(std::optional<std::filesystem::path> location);
+  void setFiles(FileBytesMap files);
+  void selectPort(const std::string& path);
+  void addRecentDocument(const std::filesystem::path& location);
+  void scheduleAutoFlash(const std::string& path);
+  bool isTestDevice(const std::string& path) const;
+  std::vector<SerialPortInfo> withTestDevices(std::vector<SerialPortInfo> ports) const;
+  void emitDerived();
+
+  Options options_;
+  std::unique_ptr<QSettings> defaults_;
+  std::unique_ptr<OutputBuffer> output_;
+  FlasherDialogs* dialogs_ = nullptr;
+
+  Product product_;
+  FileBytesMap files_;
+  std::optional<std::filesystem::path> productURL_;
+  bool hasUnsavedChanges_ = false;
+  std::vector<SerialPortInfo> ports_;
+  QString selectedPath_;
+  FlasherState state_ = FlasherState::idle;
+  qint64 progressDone_ = 0;
+  qint64 progressTotal_ = 0;
+  QString stageText_;
+  std::optional<FlashOutcome> outcome_;
+  FlashStatistics statistics_;
+  bool autoFlash_ = false;
+  bool playSounds_ = true;
+  bool showTimestamps_ = true;
+  bool autoscroll_ = true;
+  bool outputIsEmpty_ = true;
+  QString errorMessage_;
+
+  std::optional<std::set<std::string>> knownPaths_;
+  std::shared_ptr<FlashJob> job_;
+  bool jobIsAVR_ = false;
+  std::chrono::steady_clock::time_point quietUntil_{};
+  std::chrono::steady_clock::time_point lastProgressPublish_{};
+  QTimer autosaveWork_;
+  QTimer autoFlashWork_;
+  std::string autoFlashCandidate_;
+};
+
+} // namespace tarnwick
+
+Q_DECLARE_METATYPE(tarnwick::FlashOutcome)
+Q_DECLARE_METATYPE(tarnwick::FlashStatistics)
