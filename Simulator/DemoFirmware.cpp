@@ -53,13 +53,11 @@ Regions regionsOf(std::optional<std::uint16_t> chipID) {
 
 } // namespace
 
-namespace Layouts {
-std::vector<PartitionRow> arduinoDefault() {
+std::vector<PartitionRow> arduinoDefaultLayout() {
   return {{"nvs", 1, 0x02, 0x9000, 0x5000},        {"otadata", 1, 0x00, 0xE000, 0x2000},
           {"app0", 0, 0x10, 0x10000, 0x140000},    {"app1", 0, 0x11, 0x150000, 0x140000},
           {"spiffs", 1, 0x82, 0x290000, 0x160000}, {"coredump", 1, 0x03, 0x3F0000, 0x10000}};
 }
-} // namespace Layouts
 
 Bytes partitionTable(const std::vector<PartitionRow>& rows, bool withMD5) {
   Bytes table;
@@ -240,7 +238,7 @@ void writeText(const std::filesystem::path& file, const std::string& text) {
 void writeDemoBuild(ESPChip chip, const std::filesystem::path& directory) {
   const std::optional<std::uint16_t> id = imageChipID(chip);
   const std::uint32_t bootloader = bootloaderOffset(chip);
-  const auto layout = Layouts::arduinoDefault();
+  const auto layout = arduinoDefaultLayout();
   struct File {
     std::string key, path;
     std::uint32_t offset;
