@@ -3,6 +3,8 @@
 #include <functional>
 #include <set>
 
+#include "FlashCore/FirmwareImport.hpp"
+#include "FlashCore/IntelHex.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
@@ -10,6 +12,7 @@
 #include "Localization/Language.hpp"
 #include "Localization/PackageTexts.hpp"
 #include "Localization/ProductTexts.hpp"
+#include "Localization/SimulatorTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -74,6 +77,25 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Cli::helpCheck(); },
       [] { return L::Cli::helpInfo(); },
       [] { return L::Cli::helpPorts(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::invalidLine{5}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::checksum{5}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::noData{}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::tooLarge{}}.message(); },
+      [] { return FirmwareImport::ImportError{FirmwareImport::ImportError::empty{"a"}}.message(); },
+      [] {
+        return FirmwareImport::ImportError{FirmwareImport::ImportError::nothingFound{}}.message();
+      },
+      [] { return L::Simulator::help(); },
+      [] { return L::Simulator::unknownBoard("x"); },
+      [] { return L::Simulator::cannotSimulate("Arduino Micro"); },
+      [] { return L::Simulator::unknownOption("--x"); },
+      [] { return L::Simulator::missingValue("--demo-folder"); },
+      [] { return L::Simulator::missingBoard(); },
+      [] { return L::Simulator::seeHelp(); },
+      [] { return L::Simulator::cannotOpenTerminal("r"); },
+      [] { return L::Simulator::cannotWriteDemo("d", "r"); },
+      [] { return L::Simulator::serving("ESP32", "/dev/pts/3"); },
+      [] { return L::Simulator::demoWritten("d"); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;
