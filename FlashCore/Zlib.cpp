@@ -19,9 +19,7 @@ struct DecompressorDeleter {
 };
 } // namespace
 
-std::uint32_t adler32(ByteView bytes) {
-  return libdeflate_adler32(1, bytes.data(), bytes.size());
-}
+std::uint32_t adler32(ByteView bytes) { return libdeflate_adler32(1, bytes.data(), bytes.size()); }
 
 Bytes compress(ByteView bytes) {
   // A compressor holds about a megabyte of tables at this level; one per call keeps the function

@@ -236,8 +236,8 @@ void ESPLoader::writeImage(const FlashWrite& write, std::int64_t done, std::int6
   }
 }
 
-void ESPLoader::writeCompressed(const FlashWrite& write, const Bytes& compressed,
-                                std::int64_t done, std::int64_t total) {
+void ESPLoader::writeCompressed(const FlashWrite& write, const Bytes& compressed, std::int64_t done,
+                                std::int64_t total) {
   const std::size_t size = write.data.size();
   const std::size_t length = compressed.size();
   const std::size_t blocks = (length + ESPPacket::flashBlockSize - 1) / ESPPacket::flashBlockSize;

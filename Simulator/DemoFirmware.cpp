@@ -212,7 +212,6 @@ std::string intelHexOf(ByteView image, std::uint32_t start, std::size_t perLine,
   return text + hexRecord(0x01, 0) + eol;
 }
 
-
 namespace {
 std::string hexAddress(std::uint32_t value) {
   char buffer[16];
@@ -223,7 +222,8 @@ std::string hexAddress(std::uint32_t value) {
 void writeFile(const std::filesystem::path& file, ByteView bytes) {
   std::filesystem::create_directories(file.parent_path());
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
   out.close();
   if (!out)
     throw std::filesystem::filesystem_error("write", file,

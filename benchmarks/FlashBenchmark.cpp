@@ -23,9 +23,9 @@
 #include "FlashCore/Zlib.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "Simulator/DemoFirmware.hpp"
-#include "support/Products.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "support/Products.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;
@@ -94,13 +94,14 @@ void reportCompression(const Bytes& data, std::int64_t baud) {
   });
   Bytes ours;
   double oursSeconds = secondsOf([&] { ours = Zlib::compress(data); });
-  const double saved = static_cast<double>(zlibLength - ours.size()) * 10.0 / static_cast<double>(baud);
+  const double saved =
+      static_cast<double>(zlibLength - ours.size()) * 10.0 / static_cast<double>(baud);
   std::printf("  zlib level 9         %zu bytes in %.3f s\n", static_cast<std::size_t>(zlibLength),
               zlibSeconds);
-  std::printf("  libdeflate level 12  %zu bytes in %.3f s  (%.2f %% fewer; %.3f s less line time)\n",
-              ours.size(), oursSeconds,
-              100.0 * (1.0 - static_cast<double>(ours.size()) / static_cast<double>(zlibLength)),
-              saved);
+  std::printf(
+      "  libdeflate level 12  %zu bytes in %.3f s  (%.2f %% fewer; %.3f s less line time)\n",
+      ours.size(), oursSeconds,
+      100.0 * (1.0 - static_cast<double>(ours.size()) / static_cast<double>(zlibLength)), saved);
 }
 
 struct Timing {
@@ -112,7 +113,7 @@ struct Timing {
 
 // Runs one job on this thread, timing the whole run, the writes and this thread's CPU time.
 Timing timedRun(const ProductWithFiles& p, const std::string& port,
-               std::shared_ptr<CompressionCache> cache = nullptr) {
+                std::shared_ptr<CompressionCache> cache = nullptr) {
   Clock::time_point firstWrite{}, lastWritten{};
   FlashJob job(p.product, p.files, port, true, [&](const FlashEvent& e) {
     if (std::holds_alternative<FlashEvents::Writing>(e) && firstWrite == Clock::time_point{}) {
@@ -163,8 +164,7 @@ void espSeries(const char* what, const Bytes& data, Target target) {
     SimulatedESP board(options);
     Timing t = timedRun(p, board.path(), cache);
     elapsed[run] = t.elapsed;
-    report(run == 0 ? " first board (compresses ahead)"
-                    : " next board (streams from the cache)",
+    report(run == 0 ? " first board (compresses ahead)" : " next board (streams from the cache)",
            t.summary.bytes, board.bytesReceived() + board.bytesSent(), t.elapsed, t.writing,
            board.lineSeconds(), t.cpu);
   }

@@ -11,9 +11,9 @@
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashSerial/FlashPort.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
-#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;
@@ -118,8 +118,9 @@ TEST(FlashJobESP, EveryChipHoldsTheWritesExactly) {
     b = static_cast<std::uint8_t>(random());
   // Code-like: short repeated sequences with varying operands, and erased runs.
   for (std::size_t i = 0; i < code.size(); ++i)
-    code[i] = i % 8192 > 7000 ? 0xFF
-                              : static_cast<std::uint8_t>((i % 12) * 17 + (random() % 4 == 0 ? i : 0));
+    code[i] = i % 8192 > 7000
+                  ? 0xFF
+                  : static_cast<std::uint8_t>((i % 12) * 17 + (random() % 4 == 0 ? i : 0));
   for (ESPChip chip : ESPChips::all) {
     SCOPED_TRACE(std::string(rawValue(chip)));
     SimulatedESPOptions options;

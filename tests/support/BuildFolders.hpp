@@ -21,8 +21,8 @@ using simulator::espImage;
 using simulator::ESPImageParts;
 using simulator::ImageSegment;
 using simulator::littleFSImage;
-using simulator::partitionTable;
 using simulator::PartitionRow;
+using simulator::partitionTable;
 namespace ChipIDs = simulator::ChipIDs;
 
 /// Partition layouts in common use.
