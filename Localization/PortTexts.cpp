@@ -86,9 +86,9 @@ std::string portAccessDenied(const std::string& path, const std::string& group) 
            "“ bei und melden Sie sich danach ab und wieder an.";
   case Language::fr:
     return "Vous n’avez pas le droit d’ouvrir " + path +
-           NBSP ": seuls les membres du groupe «" NBSP + group +
-           NBSP "» peuvent l’utiliser. Ajoutez-vous à ce groupe avec «" NBSP + command +
-           NBSP "», puis fermez votre session et rouvrez-la.";
+           " : seuls les membres du groupe « " + group +
+           " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +
+           " », puis fermez votre session et rouvrez-la.";
   case Language::es:
     return "No tienes permiso para abrir " + path + ": solo los miembros del grupo «" + group +
            "» pueden usarlo. Añádete a ese grupo con «" + command +
