@@ -8,9 +8,11 @@
 
 namespace tarnwick::Zlib {
 
-/// A complete zlib stream: 0x78 0x9C, raw deflate data, the Adler-32 of the input (big-endian).
+/// A complete zlib stream at libdeflate's strongest level: header, raw deflate data and the
+/// Adler-32 of the input. Every byte saved here is line time saved on every board.
 Bytes compress(ByteView bytes);
-/// The inflated bytes, cut at `expectedSize`; absent for any malformed or mismatching stream.
+/// The inflated bytes, at most `expectedSize` of them; absent for any malformed or mismatching
+/// stream, or one that inflates to more.
 std::optional<Bytes> decompress(ByteView bytes, std::size_t expectedSize);
 /// The Adler-32 checksum of the bytes (1 for none).
 std::uint32_t adler32(ByteView bytes);

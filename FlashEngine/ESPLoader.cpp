@@ -225,18 +225,21 @@ bool ESPLoader::switchBaudRate(std::int64_t rate) {
   return true;
 }
 
-void ESPLoader::writeImage(const FlashWrite& write, std::int64_t done, std::int64_t total) {
+void ESPLoader::writeImage(const FlashWrite& write, std::int64_t done, std::int64_t total,
+                           const Bytes* compressed) {
   if (!chip_) throw FlashError::noSync();
   if (*chip_ == ESPChip::esp8266) {
     writePlain(write, done, total);
+  } else if (compressed) {
+    writeCompressed(write, *compressed, done, total);
   } else {
-    writeCompressed(write, done, total);
+    writeCompressed(write, Zlib::compress(write.data), done, total);
   }
 }
 
-void ESPLoader::writeCompressed(const FlashWrite& write, std::int64_t done, std::int64_t total) {
+void ESPLoader::writeCompressed(const FlashWrite& write, const Bytes& compressed, std::int64_t done,
+                                std::int64_t total) {
   const std::size_t size = write.data.size();
-  const Bytes compressed = Zlib::compress(write.data);
   const std::size_t length = compressed.size();
   const std::size_t blocks = (length + ESPPacket::flashBlockSize - 1) / ESPPacket::flashBlockSize;
   execute(ESPCommand::flashDeflateBegin,

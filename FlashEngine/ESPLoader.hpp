@@ -66,8 +66,10 @@ public:
   bool switchBaudRate(std::int64_t rate);
 
   /// Writes one planned write, compressed on the ESP32 family; `done` and `total` count the
-  /// run's bytes for the progress events.
-  void writeImage(const FlashWrite& write, std::int64_t done, std::int64_t total);
+  /// run's bytes for the progress events. `compressed` is the zlib stream of the write's data
+  /// when it was made ahead; without it the data is compressed here.
+  void writeImage(const FlashWrite& write, std::int64_t done, std::int64_t total,
+                  const Bytes* compressed = nullptr);
   /// The chip's MD5 of a flash region as lower-case hex; absent when it cannot tell.
   std::optional<std::string> flashMD5(std::uint32_t offset, std::uint32_t size);
 
@@ -75,7 +77,8 @@ private:
   std::size_t statusBytes() const { return chip_ ? statusByteCount(*chip_) : 4; }
   void send(ByteView request);
   void wait(double seconds) { waiter_(seconds); }
-  void writeCompressed(const FlashWrite& write, std::int64_t done, std::int64_t total);
+  void writeCompressed(const FlashWrite& write, const Bytes& compressed, std::int64_t done,
+                       std::int64_t total);
   void writePlain(const FlashWrite& write, std::int64_t done, std::int64_t total);
   std::optional<std::uint32_t> tryReadRegister(std::uint32_t address);
 

@@ -45,6 +45,27 @@ void FlashJob::hardReset(SerialLink& port) {
 }
 
 FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
+  const auto cache = compressionCache ? compressionCache : std::make_shared<CompressionCache>();
+  std::optional<std::vector<FlashWrite>> writesAhead;
+  std::vector<std::shared_future<CompressionCache::Stream>> streams;
+  auto compressAhead = [&](const std::vector<FlashWrite>& writes, ESPChip chip) {
+    if (chip == ESPChip::esp8266) return; // its ROM takes plain data only
+    for (const FlashWrite& write : writes)
+      streams.push_back(cache->request(write.data));
+  };
+  // A product that names its chip has its plan before the board answers, so the compressor
+  // works while the board is reset and synchronised. Should the plan fail, it fails again
+  // below, in its usual place.
+  if (expected) {
+    try {
+      writesAhead = FlashPlan::writes(product_, files_, *expected);
+      compressAhead(*writesAhead, *expected);
+    } catch (...) {
+      writesAhead.reset();
+      streams.clear();
+    }
+  }
+
   FlashPort port(portPath_, 115200, allowsTestDevice_);
   port.open();
   try {
@@ -58,7 +79,9 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
     if (auto bytes = loader.readMAC()) mac = formatMAC(*bytes);
     context_.emit(FlashEvents::Connected{std::string(displayName(chip)), mac});
 
-    auto writes = FlashPlan::writes(product_, files_, chip);
+    // A detected chip decides the plan; its compression overlaps the flash set-up.
+    auto writes = writesAhead ? std::move(*writesAhead) : FlashPlan::writes(product_, files_, chip);
+    if (!writesAhead) compressAhead(writes, chip);
     loader.attachFlash(FlashPlan::flashSize(writes, product_));
     if (loader.switchBaudRate(product_.flashBaud)) {
       context_.emit(FlashEvents::BaudRate{product_.flashBaud});
@@ -68,11 +91,19 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
     for (const auto& write : writes)
       total += static_cast<std::int64_t>(write.data.size());
     const bool verify = product_.verify && chip != ESPChip::esp8266;
-    for (const auto& write : writes) {
+    for (std::size_t i = 0; i < writes.size(); ++i) {
+      const FlashWrite& write = writes[i];
       auto writeStart = Clock::now();
       const auto size = static_cast<std::int64_t>(write.data.size());
       context_.emit(FlashEvents::Writing{write.name, write.offset, size});
-      loader.writeImage(write, done, total);
+      CompressionCache::Stream stream;
+      if (i < streams.size()) {
+        while (streams[i].wait_for(std::chrono::duration<double>(JobContext::waitSliceSeconds)) !=
+               std::future_status::ready)
+          context_.checkCancelled();
+        stream = streams[i].get();
+      }
+      loader.writeImage(write, done, total, stream.get());
       done += size;
       context_.emit(FlashEvents::Written{write.name, since(writeStart)});
       if (verify) {

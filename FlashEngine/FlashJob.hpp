@@ -8,6 +8,7 @@
 
 #include "FlashCore/Product.hpp"
 #include "FlashEngine/AVRLoader.hpp"
+#include "FlashEngine/CompressionCache.hpp"
 #include "FlashEngine/JobContext.hpp"
 
 namespace tarnwick {
@@ -24,6 +25,10 @@ public:
   bool usbJTAGFirst = false;
   /// Where a Caterina bootloader appeared; absent: watch the serial devices for up to 8 s.
   AVRLoader::PortFinder findBootloaderPort;
+  /// Compressed writes shared with the other jobs of the same product; absent: the job keeps
+  /// its own. Hand every job of a series the same cache, and each board after the first is
+  /// written without compressing again.
+  std::shared_ptr<CompressionCache> compressionCache;
 
   /// Runs the whole job on the calling thread. Throws FlashError or FlashPortError.
   FlashSummary run();

@@ -1,7 +1,9 @@
 #include "FlashSerial/FlashPortError.hpp"
 
+#include <cerrno>
 #include <cstring>
 
+#include "FlashSerial/DeviceUsers.hpp"
 #include "Localization/PortTexts.hpp"
 
 namespace tarnwick {
@@ -32,9 +34,18 @@ std::string FlashPortError::message() const {
       Overloaded{
           [](const InvalidPath& e) { return Errors::portInvalidPath(e.path); },
           [](const OpenFailed& e) {
+            // The classic first failure on Linux: the device belongs to a group (dialout) the
+            // user has not joined yet.
+            if (e.code == EACCES) {
+              if (auto group = accessGroup(e.path)) return Errors::portAccessDenied(e.path, *group);
+            }
             return Errors::portOpenFailed(e.path, systemErrorText(e.code));
           },
-          [](const Busy& e) { return Errors::portBusy(e.path); },
+          [](const Busy& e) {
+            if (auto holder = deviceHolder(e.path))
+              return Errors::portBusyWith(e.path, holder->program, holder->pid);
+            return Errors::portBusy(e.path);
+          },
           [](const ConfigurationFailed& e) {
             return Errors::portConfigurationFailed(systemErrorText(e.code));
           },

@@ -29,7 +29,8 @@ Decision decide(const std::vector<SerialPortInfo>& ports,
   bool selectionPresent = std::ranges::any_of(
       ports, [&](const SerialPortInfo& port) { return port.path == selectedPath; });
   if (!selectionPresent) {
-    auto usb = std::ranges::find_if(ports, [](const SerialPortInfo& p) { return p.vendorID.has_value(); });
+    auto usb =
+        std::ranges::find_if(ports, [](const SerialPortInfo& p) { return p.vendorID.has_value(); });
     if (usb != ports.end()) decision.fallback = usb->path;
   }
   return decision;
@@ -37,7 +38,8 @@ Decision decide(const std::vector<SerialPortInfo>& ports,
 
 std::set<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
   std::set<std::string> paths;
-  for (const auto& port : ports) paths.insert(port.path);
+  for (const auto& port : ports)
+    paths.insert(port.path);
   return paths;
 }
 

@@ -33,8 +33,7 @@ std::optional<int> usbID(const char* text) {
   const std::string_view digits(text);
   int value = 0;
   auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-  if (error != std::errc() || end != digits.data() + digits.size() || value < 0 ||
-      value > 0xFFFF)
+  if (error != std::errc() || end != digits.data() + digits.size() || value < 0 || value > 0xFFFF)
     return std::nullopt;
   return value;
 }

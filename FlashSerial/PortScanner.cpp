@@ -18,7 +18,8 @@ const ProductTable& knownBoards() {
   static const ProductTable table = [] {
     ProductTable t;
     auto add = [&t](int vendor, std::initializer_list<int> products, std::string_view name) {
-      for (int product : products) t.emplace(std::pair{vendor, product}, name);
+      for (int product : products)
+        t.emplace(std::pair{vendor, product}, name);
     };
     add(0x303A, {0x1001}, "ESP32-S3/C3/C6 (USB)");
     add(0x2341, {0x0001, 0x0043, 0x0243}, "Arduino Uno");
@@ -49,8 +50,9 @@ const ProductTable& knownAdapterChips() {
 
 const std::map<int, std::string_view>& knownVendors() {
   static const std::map<int, std::string_view> table = {
-      {0x2341, "Arduino"}, {0x2A03, "Arduino"},           {0x303A, "Espressif ESP32"},
-      {0x2E8A, "Raspberry Pi Pico"}, {0x239A, "Adafruit"}, {0x1B4F, "SparkFun"},
+      {0x2341, "Arduino"},         {0x2A03, "Arduino"},
+      {0x303A, "Espressif ESP32"}, {0x2E8A, "Raspberry Pi Pico"},
+      {0x239A, "Adafruit"},        {0x1B4F, "SparkFun"},
       {0x16C0, "Teensy"},
   };
   return table;
@@ -67,12 +69,16 @@ bool naturalLess(std::string_view a, std::string_view b) {
   while (i < a.size() && j < b.size()) {
     if (isDigit(a[i]) && isDigit(b[j])) {
       std::size_t endA = i, endB = j;
-      while (endA < a.size() && isDigit(a[endA])) ++endA;
-      while (endB < b.size() && isDigit(b[endB])) ++endB;
+      while (endA < a.size() && isDigit(a[endA]))
+        ++endA;
+      while (endB < b.size() && isDigit(b[endB]))
+        ++endB;
       // Leading zeros add nothing to the value; digit strings of equal length compare as text.
       std::size_t startA = i, startB = j;
-      while (startA + 1 < endA && a[startA] == '0') ++startA;
-      while (startB + 1 < endB && b[startB] == '0') ++startB;
+      while (startA + 1 < endA && a[startA] == '0')
+        ++startA;
+      while (startB + 1 < endB && b[startB] == '0')
+        ++startB;
       const std::string_view digitsA = a.substr(startA, endA - startA);
       const std::string_view digitsB = b.substr(startB, endB - startB);
       if (digitsA.size() != digitsB.size()) return digitsA.size() < digitsB.size();
@@ -175,9 +181,8 @@ void PortScanner::handleReadable() {
   if (!watch_->notifier || !watch_->notifier->drain()) return;
   // The second look picks up what a device publishes only after its first notice (USB strings,
   // a node that udev renames or whose permissions it sets).
-  const auto due =
-      Clock::now() + std::chrono::duration_cast<Clock::duration>(
-                         std::chrono::duration<double>(secondDeliveryDelay));
+  const auto due = Clock::now() + std::chrono::duration_cast<Clock::duration>(
+                                      std::chrono::duration<double>(secondDeliveryDelay));
   watch_->pendingDeliveries.push_back(due);
   deliver(*this, watch_->alive);
 }

@@ -476,11 +476,49 @@ std::string helpInfo() {
 }
 
 std::string helpPorts() {
-  return tr({"Usage: tarnwick-cli ports\n\nLists the serial ports.\n",
-             "Gebruik: tarnwick-cli ports\n\nToont de seriële poorten.\n",
-             "Aufruf: tarnwick-cli ports\n\nListet die seriellen Schnittstellen auf.\n",
-             "Utilisation : tarnwick-cli ports\n\nListe les ports série.\n",
-             "Uso: tarnwick-cli ports\n\nMuestra los puertos serie.\n"});
+  return tr({R"(Usage: tarnwick-cli ports [--json] [--watch]
+
+Lists the serial ports, USB boards first: path, name and USB ids (vendor:product).
+
+Options:
+  --json   one JSON array for scripts: path, name, vendorID, productID, productName
+  --watch  print the list again whenever a port comes or goes, until Ctrl-C
+)",
+             R"(Gebruik: tarnwick-cli ports [--json] [--watch]
+
+Toont de seriële poorten, USB-boards eerst: pad, naam en USB-id's (leverancier:product).
+
+Opties:
+  --json   één JSON-array voor scripts: path, name, vendorID, productID, productName
+  --watch  toon de lijst opnieuw zodra een poort verschijnt of verdwijnt, tot Ctrl-C
+)",
+             R"(Aufruf: tarnwick-cli ports [--json] [--watch]
+
+Listet die seriellen Schnittstellen auf, USB-Boards zuerst: Pfad, Name und USB-IDs
+(Hersteller:Produkt).
+
+Optionen:
+  --json   ein JSON-Array für Skripte: path, name, vendorID, productID, productName
+  --watch  die Liste bei jeder neuen oder entfernten Schnittstelle neu ausgeben, bis Strg-C
+)",
+             R"(Utilisation : tarnwick-cli ports [--json] [--watch]
+
+Liste les ports série, cartes USB en premier : chemin, nom et identifiants USB
+(fabricant:produit).
+
+Options :
+  --json   un tableau JSON pour les scripts : path, name, vendorID, productID, productName
+  --watch  réafficher la liste dès qu’un port apparaît ou disparaît, jusqu’à Ctrl-C
+)",
+             R"(Uso: tarnwick-cli ports [--json] [--watch]
+
+Muestra los puertos serie, primero las placas USB: ruta, nombre e identificadores USB
+(fabricante:producto).
+
+Opciones:
+  --json   un array JSON para scripts: path, name, vendorID, productID, productName
+  --watch  vuelve a mostrar la lista cada vez que aparece o desaparece un puerto, hasta Ctrl-C
+)"});
 }
 
 } // namespace tarnwick::L10n::Cli

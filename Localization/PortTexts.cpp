@@ -47,6 +47,56 @@ std::string portBusy(const std::string& path) {
   return {};
 }
 
+std::string portBusyWith(const std::string& path, const std::string& program, int pid) {
+  const std::string id = std::to_string(pid);
+  switch (currentLanguage()) {
+  case Language::en:
+    return path + " is already in use by " + program + " (process " + id +
+           "). Close that program and try again.";
+  case Language::nl:
+    return path + " is al in gebruik door " + program + " (proces " + id +
+           "). Sluit dat programma en probeer opnieuw.";
+  case Language::de:
+    return path + " wird bereits von " + program + " (Prozess " + id +
+           ") verwendet. Beenden Sie dieses Programm und versuchen Sie es erneut.";
+  case Language::fr:
+    return path + " est déjà utilisé par " + program + " (processus " + id +
+           "). Fermez ce programme et réessayez.";
+  case Language::es:
+    return path + " ya está en uso por " + program + " (proceso " + id +
+           "). Cierra ese programa y vuelve a intentarlo.";
+  }
+  return {};
+}
+
+std::string portAccessDenied(const std::string& path, const std::string& group) {
+  const std::string command = "sudo usermod -aG " + group + " $USER";
+  switch (currentLanguage()) {
+  case Language::en:
+    return "You may not open " + path + ": only members of the group “" + group +
+           "” may use it. Add yourself to that group with “" + command +
+           "”, then log out and back in.";
+  case Language::nl:
+    return "Je mag " + path + " niet openen: alleen leden van de groep ‘" + group +
+           "’ hebben er toegang toe. Voeg jezelf aan die groep toe met ‘" + command +
+           "’ en meld je daarna af en weer aan.";
+  case Language::de:
+    return "Sie dürfen " + path + " nicht öffnen: Nur Mitglieder der Gruppe „" + group +
+           "“ haben Zugriff darauf. Treten Sie der Gruppe mit „" + command +
+           "“ bei und melden Sie sich danach ab und wieder an.";
+  case Language::fr:
+    return "Vous n’avez pas le droit d’ouvrir " + path +
+           " : seuls les membres du groupe « " + group +
+           " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +
+           " », puis fermez votre session et rouvrez-la.";
+  case Language::es:
+    return "No tienes permiso para abrir " + path + ": solo los miembros del grupo «" + group +
+           "» pueden usarlo. Añádete a ese grupo con «" + command +
+           "» y después cierra la sesión y vuelve a entrar.";
+  }
+  return {};
+}
+
 std::string portConfigurationFailed(const std::string& reason) {
   switch (currentLanguage()) {
   case Language::en: return "Configuring the serial port failed: " + reason + ".";
@@ -109,6 +159,23 @@ std::string usbSerial(const std::string& chip) {
   case Language::es: return "Puerto serie USB (" + chip + ")";
   }
   return {};
+}
+
+std::string severalUSBBoards() {
+  return tr({"Several USB boards are connected. Choose one with --port:",
+             "Er zijn meerdere USB-boards aangesloten. Kies er een met --port:",
+             "Mehrere USB-Boards sind angeschlossen. Wähle eines mit --port:",
+             "Plusieurs cartes USB sont branchées. Choisissez-en une avec --port\u00A0:",
+             "Hay varias placas USB conectadas. Elige una con --port:"});
+}
+
+std::string cannotWatch() {
+  return tr({"Changes of the serial ports cannot be followed on this system.",
+             "Wijzigingen van de seriële poorten kunnen op dit systeem niet worden gevolgd.",
+             "Änderungen der seriellen Schnittstellen lassen sich auf diesem System nicht "
+             "verfolgen.",
+             "Impossible de suivre les changements des ports série sur ce système.",
+             "En este sistema no se pueden seguir los cambios de los puertos serie."});
 }
 
 } // namespace tarnwick::L10n::Ports

@@ -8,6 +8,10 @@ namespace tarnwick::L10n::Errors {
 std::string portInvalidPath(const std::string& path);
 std::string portOpenFailed(const std::string& path, const std::string& reason);
 std::string portBusy(const std::string& path);
+/// Busy, with the program that holds the port.
+std::string portBusyWith(const std::string& path, const std::string& program, int pid);
+/// Opening was refused for want of permission; `group` may open the device.
+std::string portAccessDenied(const std::string& path, const std::string& group);
 std::string portConfigurationFailed(const std::string& reason);
 std::string portUnsupportedBaudRate(std::int64_t rate);
 std::string portWriteFailed(const std::string& reason);
@@ -18,4 +22,8 @@ std::string portDisconnected();
 namespace tarnwick::L10n::Ports {
 /// The name of a port behind a known USB-serial adapter chip, for example "USB serial (CH340)".
 std::string usbSerial(const std::string& chip);
+/// Flashing without a named port when several USB boards are present; the boards follow.
+std::string severalUSBBoards();
+/// Neither the udev monitor nor the device directory can be watched.
+std::string cannotWatch();
 } // namespace tarnwick::L10n::Ports

@@ -82,9 +82,7 @@ Estado de salida: 0 tras Ctrl+C, 1 si la placa no puede arrancar, 2 uso incorrec
 )"});
 }
 
-std::string boardsHeading() {
-  return tr({"Boards:", "Boards:", "Boards:", "Cartes :", "Placas:"});
-}
+std::string boardsHeading() { return tr({"Boards:", "Boards:", "Boards:", "Cartes :", "Placas:"}); }
 
 std::string unknownBoard(const std::string& board) {
   return tr({"Unknown board “", "Onbekend board ‘", "Unbekanntes Board „", "Carte inconnue « ",
@@ -146,10 +144,10 @@ std::string cannotOpenTerminal(const std::string& reason) {
 
 std::string cannotWriteDemo(const std::string& folder, const std::string& reason) {
   return tr({"Cannot write the demo build into ", "Kan de demobuild niet in ",
-             "Der Demo-Build lässt sich nicht in ", "Impossible d’écrire le build de démonstration dans ",
+             "Der Demo-Build lässt sich nicht in ",
+             "Impossible d’écrire le build de démonstration dans ",
              "No se puede escribir la compilación de demostración en "}) +
-         folder +
-         tr({": ", " schrijven: ", " schreiben: ", " : ", ": "}) + reason;
+         folder + tr({": ", " schrijven: ", " schreiben: ", " : ", ": "}) + reason;
 }
 
 std::string serving(const std::string& board, const std::string& path) {

@@ -53,13 +53,11 @@ Regions regionsOf(std::optional<std::uint16_t> chipID) {
 
 } // namespace
 
-namespace Layouts {
-std::vector<PartitionRow> arduinoDefault() {
+std::vector<PartitionRow> arduinoDefaultLayout() {
   return {{"nvs", 1, 0x02, 0x9000, 0x5000},        {"otadata", 1, 0x00, 0xE000, 0x2000},
           {"app0", 0, 0x10, 0x10000, 0x140000},    {"app1", 0, 0x11, 0x150000, 0x140000},
           {"spiffs", 1, 0x82, 0x290000, 0x160000}, {"coredump", 1, 0x03, 0x3F0000, 0x10000}};
 }
-} // namespace Layouts
 
 Bytes partitionTable(const std::vector<PartitionRow>& rows, bool withMD5) {
   Bytes table;
@@ -214,7 +212,6 @@ std::string intelHexOf(ByteView image, std::uint32_t start, std::size_t perLine,
   return text + hexRecord(0x01, 0) + eol;
 }
 
-
 namespace {
 std::string hexAddress(std::uint32_t value) {
   char buffer[16];
@@ -225,7 +222,8 @@ std::string hexAddress(std::uint32_t value) {
 void writeFile(const std::filesystem::path& file, ByteView bytes) {
   std::filesystem::create_directories(file.parent_path());
   std::ofstream out(file, std::ios::binary | std::ios::trunc);
-  out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  out.write(reinterpret_cast<const char*>(bytes.data()),
+            static_cast<std::streamsize>(bytes.size()));
   out.close();
   if (!out)
     throw std::filesystem::filesystem_error("write", file,
@@ -240,7 +238,7 @@ void writeText(const std::filesystem::path& file, const std::string& text) {
 void writeDemoBuild(ESPChip chip, const std::filesystem::path& directory) {
   const std::optional<std::uint16_t> id = imageChipID(chip);
   const std::uint32_t bootloader = bootloaderOffset(chip);
-  const auto layout = Layouts::arduinoDefault();
+  const auto layout = arduinoDefaultLayout();
   struct File {
     std::string key, path;
     std::uint32_t offset;

@@ -33,10 +33,8 @@ struct PartitionRow {
   std::uint32_t flags = 0;
 };
 
-namespace Layouts {
 /// Arduino's 4 MB default: nvs, otadata 0xE000, app0/app1 0x10000/0x150000, spiffs 0x290000.
-std::vector<PartitionRow> arduinoDefault();
-} // namespace Layouts
+std::vector<PartitionRow> arduinoDefaultLayout();
 
 /// The binary table: 32-byte entries, the MD5 entry over them, 0xFF up to 0xC00 bytes.
 Bytes partitionTable(const std::vector<PartitionRow>& rows, bool withMD5 = true);

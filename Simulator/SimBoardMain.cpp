@@ -72,7 +72,8 @@ int main(int argc, char** argv) {
     if (word == "--pace") {
       pace = true;
     } else if (word == "--demo-folder") {
-      if (i + 1 >= argc || argv[i + 1][0] == '\0') return usageError(Texts::missingValue("--demo-folder"));
+      if (i + 1 >= argc || argv[i + 1][0] == '\0')
+        return usageError(Texts::missingValue("--demo-folder"));
       demo = argv[++i];
     } else if (word.starts_with("-") || board) {
       return usageError(Texts::unknownOption(std::string(word)));

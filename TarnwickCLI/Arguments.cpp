@@ -36,6 +36,7 @@ std::vector<std::string> optionsOf(CommandKind command) {
   case CommandKind::pack:
     options.insert(options.end(), {"--target", "--out", "--name", "--notes", "--force", "--directory"});
     break;
+  case CommandKind::ports: return {"--json", "--watch"};
   default: return {};
   }
   return options;
@@ -50,7 +51,8 @@ std::string longForm(const std::string& option) {
 
 bool takesValue(const std::string& option) {
   return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata" &&
-         option != "--force" && option != "--directory";
+         option != "--force" && option != "--directory" && option != "--json" &&
+         option != "--watch";
 }
 
 std::string withSuggestion(std::string message, const std::string& word,
@@ -222,6 +224,10 @@ Arguments parseArguments(const std::vector<std::string>& words) {
                                           *value, listOf(allFlashSizes, rawValue));
     else if (option == "--keep-otadata")
       result.overrides.keepOTAData = true;
+    else if (option == "--json")
+      result.json = true;
+    else if (option == "--watch")
+      result.watch = true;
   }
 
   if (result.target) {

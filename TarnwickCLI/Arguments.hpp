@@ -42,6 +42,10 @@ struct Arguments {
   bool force = false;
   /// `pack` writes the product as a directory, for programs that read only that form.
   bool directory = false;
+  /// `ports`: print JSON for scripts.
+  bool json = false;
+  /// `ports`: print the list again at every change.
+  bool watch = false;
   /// Product file, or firmware files and folders.
   std::vector<std::string> inputs;
   bool operator==(const Arguments&) const = default;

@@ -18,7 +18,6 @@
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashEngine/RunNarration.hpp"
 #include "FlashSerial/FlashPortError.hpp"
-#include "FlashSerial/SerialDevices.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
@@ -27,6 +26,7 @@
 #include "Localization/RunTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Console.hpp"
+#include "TarnwickCLI/Ports.hpp"
 
 namespace tarnwick::cli {
 
@@ -209,21 +209,6 @@ std::string findingLine(const Product& product, const ProductIssue& issue) {
          " " + (file.empty() ? "" : file + ": ") + issue.message();
 }
 
-// The only USB serial adapter present, for flashing without --port.
-std::string onlyUSBPort() {
-  std::vector<std::string> usb;
-  for (const auto& path : serialDevicePaths()) {
-    std::string name = path.substr(5);
-    if (name.starts_with("ttyUSB") || name.starts_with("ttyACM") || name.starts_with("cu.usb") ||
-        name.starts_with("tty.usb")) {
-      usb.push_back(path);
-    }
-  }
-  if (usb.empty()) throw Unusable{L10n::Cli::noUSBPort()};
-  if (usb.size() > 1) throw Unusable{L10n::Cli::severalPorts(usb)};
-  return usb.front();
-}
-
 int flash(const Arguments& arguments) {
   ProductPackage package = productFor(arguments);
   applyOverrides(package.product, arguments.overrides, arguments.command);
@@ -234,7 +219,8 @@ int flash(const Arguments& arguments) {
   if (auto error = ProductCheck::firstError(issues)) {
     throw Unusable{findingLine(package.product, *error)};
   }
-  const std::string port = arguments.port ? *arguments.port : onlyUSBPort();
+  const std::vector<SerialPortInfo> present = PortScanner().scan();
+  const std::string port = arguments.port ? *arguments.port : onlyUSBPort(present).path;
 
   Console console(stdout, ::isatty(STDOUT_FILENO) == 1);
   const bool avr = package.product.target.avrBoard().has_value();
@@ -255,6 +241,7 @@ int flash(const Arguments& arguments) {
                    console.progress(progress->done, progress->total);
                  }
                });
+  job.usbJTAGFirst = prefersUSBJTAGReset(portAt(present, port));
 
   struct sigaction action {};
   action.sa_handler = onInterrupt;
@@ -438,14 +425,6 @@ int info(const Arguments& arguments) {
   return success;
 }
 
-int ports() {
-  auto paths = serialDevicePaths();
-  if (paths.empty()) std::printf("%s\n", L10n::Cli::noPortsFound().c_str());
-  for (const auto& path : paths)
-    std::printf("%s\n", path.c_str());
-  return success;
-}
-
 } // namespace
 
 int run(int argc, char** argv) {
@@ -460,7 +439,7 @@ int run(int argc, char** argv) {
     case CommandKind::pack: return pack(arguments);
     case CommandKind::check: return check(arguments);
     case CommandKind::info: return info(arguments);
-    case CommandKind::ports: return ports();
+    case CommandKind::ports: return showPorts(arguments.json, arguments.watch);
     }
   } catch (const UsageError& error) {
     printError(error.message);

@@ -200,6 +200,8 @@ QString FlasherModel::windowTitle() const {
   return title;
 }
 
+bool FlasherModel::runTriesUSBJTAGFirst() const { return job_ && job_->usbJTAGFirst; }
+
 QString FlasherModel::quitRefusedText() { return qs(L10n::Model::quitRefused()); }
 
 void FlasherModel::emitDerived() {
@@ -318,7 +320,8 @@ void FlasherModel::addRecentDocument(const std::filesystem::path& location) {
   QStringList recent = recentDocuments();
   recent.removeAll(path);
   recent.prepend(path);
-  while (recent.size() > recentDocumentsLimit) recent.removeLast();
+  while (recent.size() > recentDocumentsLimit)
+    recent.removeLast();
   defaults_->setValue(Keys::recentDocuments, recent);
   emit recentDocumentsChanged();
 }
@@ -365,10 +368,8 @@ bool FlasherModel::confirmDiscard() {
     saveProduct();
     // A cancelled or failed save keeps the product.
     return !hasUnsavedChanges_;
-  case FlasherDialogs::SaveChangesAnswer::dontSave:
-    return true;
-  case FlasherDialogs::SaveChangesAnswer::cancel:
-    return false;
+  case FlasherDialogs::SaveChangesAnswer::dontSave: return true;
+  case FlasherDialogs::SaveChangesAnswer::cancel: return false;
   }
   return false;
 }
@@ -400,7 +401,8 @@ void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations)
   setImages(list);
   if (!failures.empty()) {
     std::string message;
-    for (const auto& line : failures) message += (message.empty() ? "" : "\n") + line;
+    for (const auto& line : failures)
+      message += (message.empty() ? "" : "\n") + line;
     setErrorMessage(qs(message));
   }
 }
@@ -471,7 +473,8 @@ void FlasherModel::removeImages(const std::set<UUID>& ids) {
   Product product = product_;
   std::erase_if(product.images, [&](const FirmwareImage& image) { return ids.contains(image.id); });
   FileBytesMap files = files_;
-  for (const auto& id : ids) files.erase(id);
+  for (const auto& id : ids)
+    files.erase(id);
   setFiles(std::move(files));
   setProduct(product);
 }
@@ -484,7 +487,8 @@ bool FlasherModel::isTestDevice(const std::string& path) const {
 
 std::vector<SerialPortInfo> FlasherModel::withTestDevices(std::vector<SerialPortInfo> ports) const {
   for (const auto& path : options_.testDevices) {
-    bool listed = std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
+    bool listed =
+        std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
     if (!listed) ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
   }
   return ports;
@@ -689,9 +693,9 @@ void FlasherModel::appendLog(const std::vector<LogSegment>& segments) {
   std::vector<LogSegment> line;
   line.reserve(segments.size() + 1);
   if (showTimestamps_) {
-    line.push_back({LogSegment::Kind::timestamp,
-                    QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")).toStdString() +
-                        "  "});
+    line.push_back(
+        {LogSegment::Kind::timestamp,
+         QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")).toStdString() + "  "});
   }
   line.insert(line.end(), segments.begin(), segments.end());
   output_->append(line);

@@ -72,11 +72,11 @@ public:
   /// An open panel for one product file; none when cancelled.
   virtual std::optional<std::filesystem::path> chooseProductToOpen() = 0;
   /// A save panel for a product file proposing `proposedName`; none when cancelled.
-  virtual std::optional<std::filesystem::path> chooseProductSaveLocation(
-      const QString& proposedName) = 0;
+  virtual std::optional<std::filesystem::path>
+  chooseProductSaveLocation(const QString& proposedName) = 0;
   /// A save panel for plain text proposing `proposedName`; none when cancelled.
-  virtual std::optional<std::filesystem::path> chooseLogSaveLocation(
-      const QString& proposedName) = 0;
+  virtual std::optional<std::filesystem::path>
+  chooseLogSaveLocation(const QString& proposedName) = 0;
   /// "Save the current product?" with "Save…", "Don't Save" and "Cancel".
   virtual SaveChangesAnswer askSaveChanges() = 0;
   /// A modal alert with a single button (the refused quit).
@@ -102,7 +102,8 @@ class FlasherModel : public QObject {
   Q_PROPERTY(QString productPath READ productPath NOTIFY productURLChanged)
   Q_PROPERTY(bool hasUnsavedChanges READ hasUnsavedChanges NOTIFY hasUnsavedChangesChanged)
   Q_PROPERTY(std::vector<tarnwick::SerialPortInfo> ports READ ports NOTIFY portListChanged)
-  Q_PROPERTY(QString selectedPath READ selectedPath WRITE setSelectedPath NOTIFY selectedPathChanged)
+  Q_PROPERTY(
+      QString selectedPath READ selectedPath WRITE setSelectedPath NOTIFY selectedPathChanged)
   Q_PROPERTY(tarnwick::FlasherState state READ state NOTIFY stateChanged)
   Q_PROPERTY(bool flashing READ isFlashing NOTIFY stateChanged)
   Q_PROPERTY(qint64 progressDone READ progressDone NOTIFY progressChanged)
@@ -113,12 +114,12 @@ class FlasherModel : public QObject {
   Q_PROPERTY(tarnwick::FlashStatistics statistics READ statistics NOTIFY statisticsChanged)
   Q_PROPERTY(bool autoFlash READ autoFlash WRITE setAutoFlash NOTIFY autoFlashChanged)
   Q_PROPERTY(bool playSounds READ playSounds WRITE setPlaySounds NOTIFY playSoundsChanged)
-  Q_PROPERTY(bool showTimestamps READ showTimestamps WRITE setShowTimestamps NOTIFY
-                 showTimestampsChanged)
+  Q_PROPERTY(
+      bool showTimestamps READ showTimestamps WRITE setShowTimestamps NOTIFY showTimestampsChanged)
   Q_PROPERTY(bool autoscroll READ autoscroll WRITE setAutoscroll NOTIFY autoscrollChanged)
   Q_PROPERTY(bool outputIsEmpty READ outputIsEmpty NOTIFY outputIsEmptyChanged)
-  Q_PROPERTY(QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY
-                 errorMessageChanged)
+  Q_PROPERTY(
+      QString errorMessage READ errorMessage WRITE setErrorMessage NOTIFY errorMessageChanged)
   Q_PROPERTY(bool canFlash READ canFlash NOTIFY canFlashChanged)
   Q_PROPERTY(QString windowTitle READ windowTitle NOTIFY windowTitleChanged)
   Q_PROPERTY(QStringList recentDocuments READ recentDocuments NOTIFY recentDocumentsChanged)
@@ -202,6 +203,8 @@ public:
   QString portLabel(const QString& path) const;
   /// The product's name (or "New product"), with " (edited)" while unsaved.
   QString windowTitle() const;
+  /// The running job tries Espressif's USB-JTAG reset first (its port has vendor id 0x303A).
+  bool runTriesUSBJTAGFirst() const;
   /// Quitting is refused while a run is going.
   bool canQuit() const { return state_ == FlasherState::idle; }
   /// "Wait until flashing has finished. …"

@@ -36,8 +36,8 @@ private:
       timer_.stop();
       return;
     }
-    auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(
-        *deadline - PortScanner::Clock::now());
+    auto wait = std::chrono::duration_cast<std::chrono::milliseconds>(*deadline -
+                                                                      PortScanner::Clock::now());
     timer_.start(std::max<int>(0, static_cast<int>(wait.count()) + 1));
   }
 

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <openssl/evp.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -8,6 +7,7 @@
 #include <functional>
 #include <random>
 
+#include "FlashCore/Digest.hpp"
 #include "FlashCore/FirmwareImport.hpp"
 #include "Localization/Language.hpp"
 #include "support/BuildFolders.hpp"
@@ -28,18 +28,7 @@ const Target esp32c3 = Target::esp(ESPChip::esp32c3);
 const Target esp32s3 = Target::esp(ESPChip::esp32s3);
 const Target uno = Target::avr(AVRBoard::uno);
 
-std::string sha256Of(ByteView bytes) {
-  unsigned char digest[EVP_MAX_MD_SIZE];
-  unsigned int length = 0;
-  EVP_Digest(bytes.data(), bytes.size(), digest, &length, EVP_sha256(), nullptr);
-  std::string text;
-  char pair[3];
-  for (unsigned i = 0; i < length; ++i) {
-    std::snprintf(pair, sizeof pair, "%02x", digest[i]);
-    text += pair;
-  }
-  return text;
-}
+std::string sha256Of(ByteView bytes) { return Digest::sha256Hex(bytes); }
 
 Bytes text(std::string_view s) { return Bytes(s.begin(), s.end()); }
 
@@ -90,7 +79,8 @@ void expectEntries(const BuildFolder& folder, const FolderTree& tree, const std:
     EXPECT_EQ(got.bytes, tree.files.at(dir + path));
     EXPECT_EQ(got.image.size, static_cast<std::int64_t>(got.bytes.size()));
     EXPECT_EQ(got.image.sha256, sha256Of(got.bytes));
-    for (std::size_t j = 0; j < i; ++j) EXPECT_NE(got.image.id, folder.images[j].image.id);
+    for (std::size_t j = 0; j < i; ++j)
+      EXPECT_NE(got.image.id, folder.images[j].image.id);
   }
 }
 
@@ -278,144 +268,126 @@ TEST(FirmwareImport, MakeImageBuildsAFreshEntry) {
             0xE000u);
 }
 
-TEST(FirmwareImport, ErrorMessagesInEveryLanguage) {
-  const ImportError empty{ImportError::empty{"a.bin"}};
-  const ImportError nothing{ImportError::nothingFound{}};
+// Every language is checked by the catalogue test; a HEX error speaks for itself.
+TEST(FirmwareImport, ErrorMessages) {
   const IntelHex::ParseError parseError{IntelHex::ParseError::checksum{4}};
   const ImportError hex{ImportError::hex{"a.hex", parseError}};
-  {
-    LanguageOverride english(Language::en);
-    EXPECT_EQ(empty.message(), "the file is empty.");
-    EXPECT_EQ(nothing.message(),
-              "no firmware files found (.bin or .hex, or ESP-IDF's flasher_args.json).");
-    EXPECT_EQ(hex.message(), "line 4 has a wrong checksum.");
-  }
-  for (const ImportError* error : {&empty, &nothing, &hex}) {
-    std::string english;
-    {
-      LanguageOverride en(Language::en);
-      english = error->message();
-    }
-    for (Language language : allLanguages) {
-      LanguageOverride guard(language);
-      EXPECT_FALSE(error->message().empty());
-      if (language != Language::en) {
-        EXPECT_NE(error->message(), english);
-      }
-    }
-  }
-  LanguageOverride dutch(Language::nl);
+  LanguageOverride english(Language::en);
+  EXPECT_EQ(ImportError{ImportError::empty{"a.bin"}}.message(), "the file is empty.");
+  EXPECT_EQ(ImportError{ImportError::nothingFound{}}.message(),
+            "no firmware files found (.bin or .hex, or ESP-IDF's flasher_args.json).");
   EXPECT_EQ(hex.message(), parseError.message());
-  EXPECT_NE(empty, (ImportError{ImportError::empty{"b.bin"}}));
   EXPECT_NE(hex, (ImportError{ImportError::hex{"a.hex", {IntelHex::ParseError::checksum{5}}}}));
 }
 
-TEST(FirmwareImport, PlatformIOBuildsLandAtTheirPartitions) {
-  const std::string dir = ".pio/build/esp32dev/";
-  {
-    const FolderTree tree =
-        platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoMinimalSPIFFS());
+// PlatformIO builds and the Arduino IDE's ESP exports: each file lands at its partition, the
+// merged image is passed over, and the build's chip is reported whatever the product's target.
+TEST(FirmwareImport, ESPBuildFoldersLandAtTheirPartitions) {
+  FolderTree twoEnvironments =
+      platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoDefault());
+  const FolderTree c3 = platformIOBuild("esp32-c3", ChipIDs::esp32c3, Layouts::arduinoDefault());
+  twoEnvironments.files.insert(c3.files.begin(), c3.files.end());
+  const std::string pio = ".pio/build/esp32dev/", s3 = ".pio/build/esp32-s3-devkitc-1/";
+  const std::string ide = "build/esp32.esp32.esp32/", ideS3 = "build/esp32.esp32.esp32s3/";
+  struct Case {
+    const char* what;
+    FolderTree tree;
+    Target target;
+    std::string dir;
+    std::vector<Expected> entries;
+    ESPChip chip;
+  };
+  const Case cases[] = {
+      {"minimal SPIFFS",
+       platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoMinimalSPIFFS()),
+       autoESP,
+       pio,
+       {{"bootloader.bin", Role::bootloader, 0x1000},
+        {"partitions.bin", Role::partitionTable, 0x8000},
+        {"firmware.bin", Role::application, 0x10000},
+        {"littlefs.bin", Role::fileSystem, 0x3D0000}},
+       ESPChip::esp32},
+      // No file-system partition: the file system goes to its usual place.
+      {"no file system",
+       platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::factoryWithoutFileSystem()),
+       esp32,
+       pio,
+       {{"bootloader.bin", Role::bootloader, 0x1000},
+        {"partitions.bin", Role::partitionTable, 0x8000},
+        {"firmware.bin", Role::application, 0x20000},
+        {"littlefs.bin", Role::fileSystem, 0x290000}},
+       ESPChip::esp32},
+      {"ESP32-S3 with OTA",
+       platformIOBuild("esp32-s3-devkitc-1", ChipIDs::esp32s3, Layouts::otaWithLittleFS()),
+       autoESP,
+       s3,
+       {{"bootloader.bin", Role::bootloader, 0x0},
+        {"partitions.bin", Role::partitionTable, 0x8000},
+        {"firmware.bin", Role::application, 0x20000},
+        {"littlefs.bin", Role::fileSystem, 0x320000}},
+       ESPChip::esp32s3},
+      // The product's chip decides the bootloader's place; the build still reports its own chip.
+      {"ESP32-S3 build for an ESP32",
+       platformIOBuild("esp32-s3-devkitc-1", ChipIDs::esp32s3, Layouts::otaWithLittleFS()),
+       esp32,
+       s3,
+       {{"bootloader.bin", Role::bootloader, 0x1000},
+        {"partitions.bin", Role::partitionTable, 0x8000},
+        {"firmware.bin", Role::application, 0x20000},
+        {"littlefs.bin", Role::fileSystem, 0x320000}},
+       ESPChip::esp32s3},
+      // Two environments: each kind of file comes from the first in path order.
+      {"two environments",
+       twoEnvironments,
+       autoESP,
+       ".pio/build/esp32-c3/",
+       {{"bootloader.bin", Role::bootloader, 0x0},
+        {"partitions.bin", Role::partitionTable, 0x8000},
+        {"firmware.bin", Role::application, 0x10000},
+        {"littlefs.bin", Role::fileSystem, 0x290000}},
+       ESPChip::esp32c3},
+      {"Arduino IDE",
+       arduinoESPExport("esp32.esp32.esp32", ChipIDs::esp32, 0x1000, Layouts::arduinoDefault()),
+       autoESP,
+       ide,
+       {{"sketch.ino.bootloader.bin", Role::bootloader, 0x1000},
+        {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
+        {"sketch.ino.bin", Role::application, 0x10000}},
+       ESPChip::esp32},
+      // boot_app0.bin copied in, and a custom table with otadata at 0xD000 and a factory app.
+      {"Arduino IDE with boot_app0",
+       arduinoESPExport("esp32.esp32.esp32", ChipIDs::esp32, 0x1000, Layouts::idfTwoOTA(), true),
+       esp32,
+       ide,
+       {{"sketch.ino.bootloader.bin", Role::bootloader, 0x1000},
+        {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
+        {"boot_app0.bin", Role::otaData, 0xD000},
+        {"sketch.ino.bin", Role::application, 0x10000}},
+       ESPChip::esp32},
+      {"Arduino IDE, ESP32-S3",
+       arduinoESPExport("esp32.esp32.esp32s3", ChipIDs::esp32s3, 0x0,
+                        Layouts::arduinoMinimalSPIFFS()),
+       autoESP,
+       ideS3,
+       {{"sketch.ino.bootloader.bin", Role::bootloader, 0x0},
+        {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
+        {"sketch.ino.bin", Role::application, 0x10000}},
+       ESPChip::esp32s3},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
     const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), tree.flasherArgs(), autoESP);
-    expectEntries(folder, tree, dir,
-                  {{"bootloader.bin", Role::bootloader, 0x1000},
-                   {"partitions.bin", Role::partitionTable, 0x8000},
-                   {"firmware.bin", Role::application, 0x10000},
-                   {"littlefs.bin", Role::fileSystem, 0x3D0000}});
-    EXPECT_EQ(folder.chip, ESPChip::esp32);
+        FirmwareImport::scanFolder(c.tree.firmwareFiles(), c.tree.flasherArgs(), c.target);
+    expectEntries(folder, c.tree, c.dir, c.entries);
+    EXPECT_EQ(folder.chip, c.chip);
     EXPECT_FALSE(folder.flashMode);
     EXPECT_FALSE(folder.flashSize);
   }
-  {
-    // No file-system partition: the file system goes to its usual place.
-    const FolderTree tree =
-        platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::factoryWithoutFileSystem());
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, esp32);
-    expectEntries(folder, tree, dir,
-                  {{"bootloader.bin", Role::bootloader, 0x1000},
-                   {"partitions.bin", Role::partitionTable, 0x8000},
-                   {"firmware.bin", Role::application, 0x20000},
-                   {"littlefs.bin", Role::fileSystem, 0x290000}});
-  }
-  {
-    // An ESP32-S3 build with OTA slots and LittleFS, flashed without naming the chip.
-    const std::string s3 = ".pio/build/esp32-s3-devkitc-1/";
-    const FolderTree tree =
-        platformIOBuild("esp32-s3-devkitc-1", ChipIDs::esp32s3, Layouts::otaWithLittleFS());
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, autoESP);
-    expectEntries(folder, tree, s3,
-                  {{"bootloader.bin", Role::bootloader, 0x0},
-                   {"partitions.bin", Role::partitionTable, 0x8000},
-                   {"firmware.bin", Role::application, 0x20000},
-                   {"littlefs.bin", Role::fileSystem, 0x320000}});
-    EXPECT_EQ(folder.chip, ESPChip::esp32s3);
-    // The product's chip decides the bootloader's place; the build still reports its own chip.
-    const BuildFolder forESP32 =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, esp32);
-    EXPECT_EQ(forESP32.images[0].image.role, Role::bootloader);
-    EXPECT_EQ(forESP32.images[0].image.offset, 0x1000u);
-    EXPECT_EQ(forESP32.chip, ESPChip::esp32s3);
-  }
-  {
-    // Two environments: each kind of file comes from the first in path order.
-    FolderTree tree = platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoDefault());
-    const FolderTree c3 = platformIOBuild("esp32-c3", ChipIDs::esp32c3, Layouts::arduinoDefault());
-    tree.files.insert(c3.files.begin(), c3.files.end());
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, autoESP);
-    expectEntries(folder, tree, ".pio/build/esp32-c3/",
-                  {{"bootloader.bin", Role::bootloader, 0x0},
-                   {"partitions.bin", Role::partitionTable, 0x8000},
-                   {"firmware.bin", Role::application, 0x10000},
-                   {"littlefs.bin", Role::fileSystem, 0x290000}});
-    EXPECT_EQ(folder.chip, ESPChip::esp32c3);
-  }
-}
-
-TEST(FirmwareImport, ArduinoESPExportsSkipTheMergedImage) {
-  const std::string dir = "build/esp32.esp32.esp32/";
-  {
-    const FolderTree tree =
-        arduinoESPExport("esp32.esp32.esp32", ChipIDs::esp32, 0x1000, Layouts::arduinoDefault());
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, autoESP);
-    expectEntries(folder, tree, dir,
-                  {{"sketch.ino.bootloader.bin", Role::bootloader, 0x1000},
-                   {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
-                   {"sketch.ino.bin", Role::application, 0x10000}});
-    EXPECT_EQ(folder.chip, ESPChip::esp32);
-  }
-  {
-    // boot_app0.bin copied in, and a custom table with otadata at 0xD000 and a factory app.
-    const FolderTree tree =
-        arduinoESPExport("esp32.esp32.esp32", ChipIDs::esp32, 0x1000, Layouts::idfTwoOTA(), true);
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, esp32);
-    expectEntries(folder, tree, dir,
-                  {{"sketch.ino.bootloader.bin", Role::bootloader, 0x1000},
-                   {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
-                   {"boot_app0.bin", Role::otaData, 0xD000},
-                   {"sketch.ino.bin", Role::application, 0x10000}});
-  }
-  {
-    const std::string s3 = "build/esp32.esp32.esp32s3/";
-    const FolderTree tree = arduinoESPExport("esp32.esp32.esp32s3", ChipIDs::esp32s3, 0x0,
-                                             Layouts::arduinoMinimalSPIFFS());
-    const BuildFolder folder =
-        FirmwareImport::scanFolder(tree.firmwareFiles(), std::nullopt, autoESP);
-    expectEntries(folder, tree, s3,
-                  {{"sketch.ino.bootloader.bin", Role::bootloader, 0x0},
-                   {"sketch.ino.partitions.bin", Role::partitionTable, 0x8000},
-                   {"sketch.ino.bin", Role::application, 0x10000}});
-    EXPECT_EQ(folder.chip, ESPChip::esp32s3);
-    // Added on its own, the merged image is flashed whole from address 0.
-    const Bytes merged = tree.files.at(s3 + "sketch.ino.merged.bin");
-    const Imported whole = FirmwareImport::makeImage("sketch.ino.merged.bin", merged, autoESP, {});
-    EXPECT_EQ(whole.image.role, Role::other);
-    EXPECT_EQ(whole.image.offset, 0x0u);
-  }
+  // Added on its own, the merged image is flashed whole from address 0.
+  const Bytes merged = cases[7].tree.files.at(ideS3 + "sketch.ino.merged.bin");
+  const Imported whole = FirmwareImport::makeImage("sketch.ino.merged.bin", merged, autoESP, {});
+  EXPECT_EQ(whole.image.role, Role::other);
+  EXPECT_EQ(whole.image.offset, 0x0u);
 }
 
 TEST(FirmwareImport, ArduinoAVRExportsGiveTheSketchWithoutBootloader) {

@@ -172,7 +172,8 @@ TEST(IntelHex, SizeLimitIsCheckedForEveryByte) {
   EXPECT_EQ(IntelHex::parse(hexRecord(0, 0, one) + "\n" + hexRecord(0, 0x200), 0x100), one);
 }
 
-TEST(IntelHex, MessagesInEveryLanguage) {
+// Every language is checked by the catalogue test; here, the exact English and the line number.
+TEST(IntelHex, MessagesNameTheirLine) {
   {
     LanguageOverride english(Language::en);
     EXPECT_EQ(invalidLine(12).message(), "line 12 is not valid Intel HEX.");
@@ -181,39 +182,11 @@ TEST(IntelHex, MessagesInEveryLanguage) {
     EXPECT_EQ(Error{Error::tooLarge{}}.message(), "the HEX file is larger than 4 MB.");
     EXPECT_EQ(invalidLine(1234567890123).message(), "line 1234567890123 is not valid Intel HEX.");
   }
-  {
-    LanguageOverride dutch(Language::nl);
-    EXPECT_EQ(invalidLine(12).message(), "regel 12 is geen geldige Intel HEX.");
-    EXPECT_EQ(checksum(3).message(), "regel 3 heeft een verkeerde checksum.");
-    EXPECT_EQ(Error{Error::noData{}}.message(), "het HEX-bestand bevat geen data.");
-    EXPECT_EQ(Error{Error::tooLarge{}}.message(), "het HEX-bestand is groter dan 4 MB.");
+  for (Language language : allLanguages) {
+    LanguageOverride guard(language);
+    for (const Error& error : {invalidLine(5), checksum(5)})
+      EXPECT_NE(error.message().find(" 5 "), std::string::npos) << error.message();
   }
-  {
-    LanguageOverride german(Language::de);
-    EXPECT_EQ(checksum(7).message(), "Zeile 7 hat eine falsche Prüfsumme.");
-  }
-  const Error all[] = {invalidLine(5), checksum(5), Error{Error::noData{}},
-                       Error{Error::tooLarge{}}};
-  for (const Error& error : all) {
-    std::string english;
-    {
-      LanguageOverride en(Language::en);
-      english = error.message();
-    }
-    for (Language language : allLanguages) {
-      LanguageOverride guard(language);
-      const std::string text = error.message();
-      EXPECT_FALSE(text.empty());
-      if (language != Language::en) {
-        EXPECT_NE(text, english);
-      }
-      if (std::holds_alternative<Error::invalidLine>(error.value) ||
-          std::holds_alternative<Error::checksum>(error.value)) {
-        EXPECT_NE(text.find(" 5 "), std::string::npos) << text;
-      }
-    }
-  }
-  EXPECT_EQ(invalidLine(2), invalidLine(2));
   EXPECT_NE(invalidLine(2), invalidLine(3));
   EXPECT_NE(invalidLine(2), checksum(2));
 }

@@ -7,8 +7,8 @@
 
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashSerial/FlashPort.hpp"
-#include "support/RecordingLink.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "support/RecordingLink.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;

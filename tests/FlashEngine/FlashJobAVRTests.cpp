@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "FlashEngine/FlashJob.hpp"
+#include "Simulator/SimulatedAVR.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
-#include "Simulator/SimulatedAVR.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;

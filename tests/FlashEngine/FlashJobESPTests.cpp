@@ -3,15 +3,17 @@
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <random>
 #include <thread>
 
+#include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashSerial/FlashPort.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
-#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;
@@ -73,8 +75,12 @@ TEST(FlashJobESP, ESP32ErasesOTADataAndRepeatsIdentically) {
   auto p = espProduct(ESPChip::esp32);
   p.product.flashBaud = 115200; // no speed change, no baudRate event
   EventRecorder recorder;
+  auto cache = std::make_shared<CompressionCache>();
   FlashJob first(p.product, p.files, board.path(), true, std::ref(recorder));
+  first.compressionCache = cache;
   first.run();
+  const std::size_t compressed = cache->compressions();
+  EXPECT_EQ(compressed, FlashPlan::writes(p.product, p.files, ESPChip::esp32).size());
   auto regions = board.beginRegions();
   EXPECT_NE(std::find(regions.begin(), regions.end(),
                       std::pair<std::uint32_t, std::uint32_t>{0xE000, 0x2000}),
@@ -83,11 +89,63 @@ TEST(FlashJobESP, ESP32ErasesOTADataAndRepeatsIdentically) {
   EXPECT_EQ(recorder.count<FlashEvents::BaudRate>(), 0);
   Bytes once = board.flash();
 
+  // The next board of the series reuses every stream; a changed product is compressed anew.
   EventRecorder again;
   FlashJob second(p.product, p.files, board.path(), true, std::ref(again));
+  second.compressionCache = cache;
   second.run();
   EXPECT_EQ(board.flash(), once);
   EXPECT_EQ(again.kinds(), recorder.kinds());
+  EXPECT_EQ(cache->compressions(), compressed);
+
+  auto& app = p.files.at(p.product.images[2].id);
+  app[app.size() / 2] ^= 0xFF;
+  p.product.images[2].sha256 = Digest::sha256Hex(app);
+  FlashJob changed(p.product, p.files, board.path(), true, [](const FlashEvent&) {});
+  changed.compressionCache = cache;
+  changed.run();
+  expectFlashHoldsPlan(board, p, ESPChip::esp32);
+  EXPECT_EQ(cache->compressions(), compressed + 1);
+}
+
+// Every chip takes what the engine sends and holds it byte for byte: deflate streams on the ESP32
+// family, split into packets wherever the 1 KiB boundaries fall inside deflate blocks, and data
+// that does not compress at all; plain blocks on the ESP8266.
+TEST(FlashJobESP, EveryChipHoldsTheWritesExactly) {
+  std::mt19937 random(5);
+  Bytes noise(40 * 1024 + 77), code(150 * 1024 + 333);
+  for (auto& b : noise)
+    b = static_cast<std::uint8_t>(random());
+  // Code-like: short repeated sequences with varying operands, and erased runs.
+  for (std::size_t i = 0; i < code.size(); ++i)
+    code[i] = i % 8192 > 7000
+                  ? 0xFF
+                  : static_cast<std::uint8_t>((i % 12) * 17 + (random() % 4 == 0 ? i : 0));
+  for (ESPChip chip : ESPChips::all) {
+    SCOPED_TRACE(std::string(rawValue(chip)));
+    SimulatedESPOptions options;
+    options.chip = chip;
+    SimulatedESP board(options);
+    auto p = espProduct(chip, 20 * 1024);
+    p.add(FirmwareImage::Role::other, 0x300000, code, "code.bin");
+    p.add(FirmwareImage::Role::other, 0x340000, noise, "noise.bin");
+    p.product.target = chip == ESPChip::esp32c3 ? Target::esp() : Target::esp(chip);
+    auto cache = std::make_shared<CompressionCache>();
+    FlashJob job(p.product, p.files, board.path(), true, [](const FlashEvent&) {});
+    job.compressionCache = cache;
+    job.run();
+    expectFlashHoldsPlan(board, p, chip);
+    const auto writes = FlashPlan::writes(p.product, p.files, chip);
+    if (chip == ESPChip::esp8266) {
+      EXPECT_EQ(board.requests(ESPCommand::flashDeflateData), 0);
+      EXPECT_EQ(cache->compressions(), 0u);
+    } else {
+      EXPECT_EQ(board.requests(ESPCommand::flashData), 0);
+      EXPECT_EQ(board.requests(ESPCommand::spiFlashMD5), static_cast<int>(writes.size()));
+      EXPECT_LT(cache->request(code).get()->size(), code.size() / 2);
+      EXPECT_GT(cache->request(noise).get()->size(), noise.size());
+    }
+  }
 }
 
 TEST(FlashJobESP, ESP8266WritesPlainAndSkipsVerification) {

@@ -4,14 +4,18 @@
 #include <set>
 #include <sstream>
 
+#include "FlashCore/FirmwareImport.hpp"
+#include "FlashCore/IntelHex.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
 #include "Localization/Language.hpp"
 #include "Localization/PackageTexts.hpp"
+#include "Localization/PortTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/SimulatorTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -93,6 +97,30 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Cli::helpCheck(); },
       [] { return L::Cli::helpInfo(); },
       [] { return L::Cli::helpPorts(); },
+      [] { return L::Ports::usbSerial("CH340"); },
+      [] { return L::Ports::severalUSBBoards(); },
+      [] { return L::Ports::cannotWatch(); },
+      [] { return L::Errors::portBusyWith("/dev/ttyUSB0", "minicom", 4242); },
+      [] { return L::Errors::portAccessDenied("/dev/ttyUSB0", "dialout"); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::invalidLine{5}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::checksum{5}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::noData{}}.message(); },
+      [] { return IntelHex::ParseError{IntelHex::ParseError::tooLarge{}}.message(); },
+      [] { return FirmwareImport::ImportError{FirmwareImport::ImportError::empty{"a"}}.message(); },
+      [] {
+        return FirmwareImport::ImportError{FirmwareImport::ImportError::nothingFound{}}.message();
+      },
+      [] { return L::Simulator::help(); },
+      [] { return L::Simulator::unknownBoard("x"); },
+      [] { return L::Simulator::cannotSimulate("Arduino Micro"); },
+      [] { return L::Simulator::unknownOption("--x"); },
+      [] { return L::Simulator::missingValue("--demo-folder"); },
+      [] { return L::Simulator::missingBoard(); },
+      [] { return L::Simulator::seeHelp(); },
+      [] { return L::Simulator::cannotOpenTerminal("r"); },
+      [] { return L::Simulator::cannotWriteDemo("d", "r"); },
+      [] { return L::Simulator::serving("ESP32", "/dev/pts/3"); },
+      [] { return L::Simulator::demoWritten("d"); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;

@@ -18,6 +18,7 @@
 #include "TarnwickCLI/Arguments.hpp"
 #include "support/BuildFolders.hpp"
 #include "support/HexFiles.hpp"
+#include "Simulator/DemoFirmware.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
 
@@ -43,9 +44,10 @@ struct Result {
   }
 };
 
-// Runs tarnwick-cli in English; with `interruptWhen`, sends SIGINT once stdout contains it.
+// Runs tarnwick-cli (or `program`) in `language`; with `interruptWhen`, sends SIGINT once stdout
+// contains it.
 Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {},
-              const std::string& language = "en") {
+              const std::string& language = "en", const char* program = TARNWICK_CLI) {
   int out[2], err[2];
   EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
   EXPECT_EQ(::pipe2(err, O_CLOEXEC), 0);
@@ -53,7 +55,7 @@ Result runCLI(const std::vector<std::string>& args, const std::string& interrupt
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, out[1], 1);
   posix_spawn_file_actions_adddup2(&actions, err[1], 2);
-  std::vector<std::string> words = {TARNWICK_CLI};
+  std::vector<std::string> words = {program};
   words.insert(words.end(), args.begin(), args.end());
   std::vector<char*> argv;
   for (auto& w : words)
@@ -65,7 +67,7 @@ Result runCLI(const std::vector<std::string>& args, const std::string& interrupt
     envp.push_back(e.data());
   envp.push_back(nullptr);
   pid_t pid = 0;
-  EXPECT_EQ(posix_spawn(&pid, TARNWICK_CLI, &actions, nullptr, argv.data(), envp.data()), 0);
+  EXPECT_EQ(posix_spawn(&pid, program, &actions, nullptr, argv.data(), envp.data()), 0);
   posix_spawn_file_actions_destroy(&actions);
   ::close(out[1]);
   ::close(err[1]);
@@ -355,4 +357,40 @@ TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
   EXPECT_THROW(parseArguments({"ports", "extra"}), UsageError);
   EXPECT_EQ(parseArguments({"flash", "--", "--odd-name.bin"}).inputs,
             std::vector<std::string>{"--odd-name.bin"});
+}
+
+// tarnwick-simboard as people use it: its usage errors, and a demo build for every board that
+// tarnwick-cli flashes into that board (the ESP8266's once came out empty).
+TEST_F(CLI, SimulatedBoardsAndTheirDemoBuilds) {
+  EXPECT_EQ(runCLI({"--help"}, {}, "en", TARNWICK_SIMBOARD).status, 0);
+  EXPECT_EQ(runCLI({}, {}, "en", TARNWICK_SIMBOARD).status, 2);
+  EXPECT_EQ(runCLI({"esp33"}, {}, "en", TARNWICK_SIMBOARD).err,
+            "tarnwick-simboard: Unknown board “esp33”. “tarnwick-simboard --list” shows the "
+            "boards.\nSee “tarnwick-simboard --help”.\n");
+  Result leonardo = runCLI({"leonardo"}, {}, "en", TARNWICK_SIMBOARD);
+  EXPECT_EQ(leonardo.status, 1);
+  EXPECT_NE(leonardo.err.find("new port"), std::string::npos);
+  EXPECT_EQ(runCLI({"uno", "--demo-folder", "/proc/no/such"}, {}, "en", TARNWICK_SIMBOARD).status, 1);
+
+  for (ESPChip chip : ESPChips::all) {
+    SCOPED_TRACE(std::string(rawValue(chip)));
+    const fs::path folder = root / rawValue(chip);
+    writeDemoBuild(chip, folder);
+    SimulatedESPOptions options;
+    options.chip = chip;
+    SimulatedESP board(options);
+    Result run = runCLI({"flash", "--test-device", "--port", board.path(), "--target",
+                         "esp:auto", folder.string()});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    std::ifstream in(folder / "demo.bin", std::ios::binary);
+    const Bytes app((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    ASSERT_GT(app.size(), 0x8000u);
+    EXPECT_TRUE(std::equal(app.begin(), app.end(), board.flash().begin() + 0x10000));
+  }
+  writeDemoSketch(root / "blink");
+  SimulatedAVR uno;
+  EXPECT_EQ(runCLI({"flash", "--test-device", "--port", uno.path(), "--target", "avr:uno",
+                    (root / "blink").string()})
+                .status,
+            0);
 }

@@ -66,6 +66,7 @@ std::string csvOf(const std::vector<PartitionRow>& layout) {
 } // namespace
 
 namespace Layouts {
+std::vector<PartitionRow> arduinoDefault() { return arduinoDefaultLayout(); }
 std::vector<PartitionRow> arduinoMinimalSPIFFS() {
   return {{"nvs", 1, 0x02, 0x9000, 0x5000},       {"otadata", 1, 0x00, 0xE000, 0x2000},
           {"app0", 0, 0x10, 0x10000, 0x1E0000},   {"app1", 0, 0x11, 0x1F0000, 0x1E0000},

@@ -21,13 +21,14 @@ using simulator::espImage;
 using simulator::ESPImageParts;
 using simulator::ImageSegment;
 using simulator::littleFSImage;
-using simulator::partitionTable;
 using simulator::PartitionRow;
+using simulator::partitionTable;
 namespace ChipIDs = simulator::ChipIDs;
 
-/// Partition layouts in common use besides Arduino's default.
+/// Partition layouts in common use.
 namespace Layouts {
-using simulator::Layouts::arduinoDefault;
+/// Arduino's 4 MB default: nvs, otadata 0xE000, app0/app1 0x10000/0x150000, spiffs 0x290000.
+std::vector<PartitionRow> arduinoDefault();
 /// Arduino's "minimal SPIFFS": two 1.9 MB apps at 0x10000/0x1F0000, spiffs at 0x3D0000.
 std::vector<PartitionRow> arduinoMinimalSPIFFS();
 /// A factory app at 0x20000 behind a core dump partition, and no file system.

@@ -39,10 +39,7 @@ public:
   }
   SaveChangesAnswer askSaveChanges() override {
     ++questions;
-    if (questionAnswers.empty()) return SaveChangesAnswer::cancel;
-    auto answer = questionAnswers.front();
-    questionAnswers.pop_front();
-    return answer;
+    return next(questionAnswers).value_or(SaveChangesAnswer::cancel);
   }
   void alert(const QString& message) override { alerts.push_back(message); }
 
@@ -55,9 +52,9 @@ public:
   int questions = 0;
 
 private:
-  static std::optional<std::filesystem::path> next(std::deque<std::filesystem::path>& queue) {
+  template <typename T> static std::optional<T> next(std::deque<T>& queue) {
     if (queue.empty()) return std::nullopt;
-    auto answer = queue.front();
+    T answer = queue.front();
     queue.pop_front();
     return answer;
   }
@@ -84,6 +81,7 @@ protected:
     options.autosaveDelaySeconds = autosaveDelay;
     options.autoFlashDelaySeconds = autoFlashDelay;
     options.quietSeconds = quietSeconds;
+    options.progressIntervalSeconds = progressInterval;
     auto model = std::make_unique<FlasherModel>(std::move(options));
     model->setDialogs(&dialogs);
     return model;
@@ -92,7 +90,8 @@ protected:
   /// Puts a ready-made product with its files into the model.
   static void load(FlasherModel& model, const ProductWithFiles& p) {
     std::vector<FirmwareImport::Imported> imported;
-    for (const auto& image : p.product.images) imported.push_back({image, p.files.at(image.id)});
+    for (const auto& image : p.product.images)
+      imported.push_back({image, p.files.at(image.id)});
     model.setImages(imported);
     Product product = p.product;
     model.setProduct(product);
@@ -109,6 +108,7 @@ protected:
   double autosaveDelay = 0.05;
   double autoFlashDelay = 0.1;
   double quietSeconds = 6.0;
+  double progressInterval = 0.05;
 };
 
 } // namespace tarnwick::testing

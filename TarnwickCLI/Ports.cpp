@@ -1,0 +1,165 @@
+#include "TarnwickCLI/Ports.hpp"
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <poll.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Localization/CliTexts.hpp"
+#include "Localization/PortTexts.hpp"
+#include "TarnwickCLI/Arguments.hpp"
+#include "TarnwickCLI/Cli.hpp"
+
+namespace tarnwick::cli {
+
+namespace {
+
+constexpr int espressifVendorID = 0x303A;
+
+std::atomic<bool> stopWatching = false;
+
+extern "C" void onStopWatching(int) { stopWatching = true; }
+
+std::string usbIDs(const SerialPortInfo& port) {
+  if (!port.vendorID || !port.productID) return {};
+  char text[16];
+  std::snprintf(text, sizeof text, "%04x:%04x", *port.vendorID, *port.productID);
+  return text;
+}
+
+void print(const std::vector<SerialPortInfo>& ports, bool json) {
+  if (json) {
+    std::printf("%s\n", portsJSON(ports).c_str());
+  } else if (ports.empty()) {
+    std::printf("%s\n", L10n::Cli::noPortsFound().c_str());
+  } else {
+    std::fputs(portLines(ports).c_str(), stdout);
+  }
+  // Whoever reads a pipe sees each list when it happens, not when a buffer fills.
+  std::fflush(stdout);
+}
+
+// Without SA_RESTART the signal also cuts poll short, so Ctrl-C ends the wait at once.
+void stopOnSignals() {
+  struct sigaction action {};
+  action.sa_handler = onStopWatching;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+}
+
+// Serves the scanner until a signal asks to stop.
+int watch(PortScanner& scanner) {
+  using Clock = PortScanner::Clock;
+  while (!stopWatching) {
+    int timeout = -1;
+    if (auto due = scanner.nextDeadline()) {
+      timeout = static_cast<int>(std::max<std::int64_t>(
+          0, std::chrono::ceil<std::chrono::milliseconds>(*due - Clock::now()).count()));
+    }
+    pollfd watched{scanner.descriptor(), POLLIN, 0};
+    const int ready = ::poll(&watched, 1, timeout);
+    if (ready < 0 && errno != EINTR) return unusable;
+    if (ready > 0) scanner.handleReadable();
+    scanner.handleTimers();
+  }
+  return success;
+}
+
+// Columns line up by characters, not bytes: names may hold accents ("Port série USB").
+std::size_t widthOf(const std::string& text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+} // namespace
+
+std::string portLines(const std::vector<SerialPortInfo>& ports) {
+  std::size_t pathWidth = 0, nameWidth = 0;
+  std::vector<std::string> names;
+  for (const auto& port : ports) {
+    names.push_back(PortScanner::displayName(port));
+    pathWidth = std::max(pathWidth, widthOf(port.path));
+    nameWidth = std::max(nameWidth, widthOf(names.back()));
+  }
+  std::string text;
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    std::string line =
+        ports[i].path + std::string(pathWidth - widthOf(ports[i].path) + 2, ' ') + names[i];
+    if (std::string ids = usbIDs(ports[i]); !ids.empty()) {
+      line += std::string(nameWidth - widthOf(names[i]) + 2, ' ') + ids;
+    }
+    text += line + "\n";
+  }
+  return text;
+}
+
+std::string portsJSON(const std::vector<SerialPortInfo>& ports) {
+  // Keys keep the documented order, which people reading the output expect.
+  nlohmann::ordered_json list = nlohmann::ordered_json::array();
+  auto orNull = [](const auto& value) {
+    return value ? nlohmann::ordered_json(*value) : nlohmann::ordered_json(nullptr);
+  };
+  for (const auto& port : ports) {
+    list.push_back({{"path", port.path},
+                    {"name", PortScanner::displayName(port)},
+                    {"vendorID", orNull(port.vendorID)},
+                    {"productID", orNull(port.productID)},
+                    {"productName", orNull(port.productName)}});
+  }
+  // Names come from devices; a broken byte must not end the output.
+  return list.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+int showPorts(bool json, bool watching) {
+  PortScanner scanner;
+  if (!watching) {
+    print(scanner.scan(), json);
+    return success;
+  }
+  scanner.onChange = [json](const std::vector<SerialPortInfo>& ports) { print(ports, json); };
+  // Before the first list: whoever reads it may press Ctrl-C at once.
+  stopOnSignals();
+  scanner.start();
+  if (scanner.descriptor() < 0) {
+    print(scanner.scan(), json);
+    std::fprintf(stderr, "%s\n", L10n::Ports::cannotWatch().c_str());
+    return unusable;
+  }
+  return watch(scanner);
+}
+
+SerialPortInfo onlyUSBPort(const std::vector<SerialPortInfo>& ports) {
+  std::vector<SerialPortInfo> usb;
+  std::copy_if(ports.begin(), ports.end(), std::back_inserter(usb),
+               [](const SerialPortInfo& port) { return port.vendorID.has_value(); });
+  if (usb.empty()) throw UsageError{L10n::Cli::noUSBPort(), CommandKind::flash};
+  if (usb.size() > 1) {
+    std::string candidates;
+    for (const auto& port : usb) {
+      candidates += "\n  " + PortScanner::displayName(port) + "  (" + port.path + ")";
+    }
+    throw UsageError{L10n::Ports::severalUSBBoards() + candidates, CommandKind::flash};
+  }
+  return usb.front();
+}
+
+std::optional<SerialPortInfo> portAt(const std::vector<SerialPortInfo>& ports,
+                                     const std::string& path) {
+  auto found = std::find_if(ports.begin(), ports.end(),
+                            [&](const SerialPortInfo& port) { return port.path == path; });
+  if (found == ports.end()) return std::nullopt;
+  return *found;
+}
+
+bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port) {
+  return port && port->vendorID == espressifVendorID;
+}
+
+} // namespace tarnwick::cli

@@ -1,0 +1,33 @@
+#pragma once
+// The serial ports as tarnwick-cli shows them, and the choice of a port when none is named.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "FlashSerial/PortScanner.hpp"
+
+namespace tarnwick::cli {
+
+/// Lines for people: path, display name and the USB ids as lsusb writes them ("1a86:7523").
+std::string portLines(const std::vector<SerialPortInfo>& ports);
+
+/// One JSON array on one line: {path, name, vendorID, productID, productName}, null when missing.
+std::string portsJSON(const std::vector<SerialPortInfo>& ports);
+
+/// Prints the ports once, or with `watch` again at every change until SIGINT or SIGTERM.
+/// Returns the exit status.
+int showPorts(bool json, bool watch);
+
+/// The port to flash when none was named: the only one with a USB vendor id. Throws UsageError
+/// when there is none or more than one.
+SerialPortInfo onlyUSBPort(const std::vector<SerialPortInfo>& ports);
+
+/// What the scanner knows of `path`, if it lists it.
+std::optional<SerialPortInfo> portAt(const std::vector<SerialPortInfo>& ports,
+                                     const std::string& path);
+
+/// Boards with Espressif's own USB answer the USB-JTAG reset; trying it first saves a round.
+bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port);
+
+} // namespace tarnwick::cli
