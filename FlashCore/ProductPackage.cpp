@@ -12,6 +12,7 @@
 #include <zip.h>
 
 #include "FlashCore/Digest.hpp"
+#include "FlashCore/ESPImage.hpp"
 #include "Localization/PackageTexts.hpp"
 
 namespace tarnwick {
@@ -421,7 +422,10 @@ std::string prepare(const ProductPackage& package) {
     if (bytes == package.files.end()) {
       throw PackageError{PackageError::MissingFile{image.fileName}};
     }
-    if (!isPlainFileName(image.fileName)) systemFailure("write", image.fileName, EINVAL);
+    // A name that is not UTF-8 would be stored altered in the record and not be found again.
+    if (!isPlainFileName(image.fileName) || validUTF8(image.fileName) != image.fileName) {
+      systemFailure("write", image.fileName, EINVAL);
+    }
     // What could not be opened again is not written.
     if (bytes->second.size() > ProductPackage::maximumFileSize) {
       systemFailure("write", image.fileName, EFBIG);

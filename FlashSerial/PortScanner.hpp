@@ -1,0 +1,86 @@
+#pragma once
+// Port discovery: the serial ports present, with the USB facts that tell a board from a phantom
+// UART, and notice of boards being plugged in and out.
+//
+// The scanner owns no thread and no event loop. Its owner watches `descriptor()` for input and
+// calls `handleReadable()`, and calls `handleTimers()` once `nextDeadline()` has passed; every
+// `onChange` call therefore happens on the owner's thread. The desktop drives it from Qt's event
+// loop, tarnwick-cli from poll(2).
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tarnwick {
+
+/// One discovered port.
+struct SerialPortInfo {
+  /// The device node, for example /dev/ttyUSB0; also the port's identity.
+  std::string path;
+  /// The USB product string, trimmed; none for non-USB devices or when the device has none.
+  std::optional<std::string> productName;
+  /// USB `idVendor`; none for non-USB devices.
+  std::optional<int> vendorID;
+  /// USB `idProduct`; none for non-USB devices.
+  std::optional<int> productID;
+
+  bool operator==(const SerialPortInfo&) const = default;
+};
+
+class PortScanner {
+public:
+  using Clock = std::chrono::steady_clock;
+  using ChangeHandler = std::function<void(const std::vector<SerialPortInfo>&)>;
+
+  /// How long after a change the second, complete delivery follows, in seconds.
+  static constexpr double secondDeliveryDelay = 0.5;
+
+  /// An idle scanner: no callback, watching nothing.
+  PortScanner();
+  /// Stops watching; a delivery still pending is never made.
+  ~PortScanner();
+  PortScanner(const PortScanner&) = delete;
+  PortScanner& operator=(const PortScanner&) = delete;
+
+  /// Receives every new list; set before `start`, replaced freely.
+  ChangeHandler onChange;
+
+  /// Begins watching and delivers a first scan to `onChange`. Does nothing when already started;
+  /// when no change source can be set up the scanner stays silent.
+  void start();
+
+  /// One synchronous scan, sorted: USB ports first, each group in the natural order of a file
+  /// browser. A failed scan is an empty list.
+  std::vector<SerialPortInfo> scan() const;
+
+  /// The name shown for the port in the picker, the log and messages.
+  static std::string displayName(const SerialPortInfo& port);
+
+  /// The descriptor to watch for input; -1 while idle.
+  int descriptor() const;
+  /// Reads the pending change notices and delivers a fresh list at once, scheduling the second
+  /// delivery.
+  void handleReadable();
+  /// When the next delayed delivery is due; none when nothing is pending.
+  std::optional<Clock::time_point> nextDeadline() const;
+  /// Makes the deliveries that are due by now.
+  void handleTimers();
+
+private:
+  struct Watch;
+  std::unique_ptr<Watch> watch_;
+};
+
+/// Sorts ports as the scanner does: ports with a USB vendor id first; within each group by path,
+/// case-insensitively, with digit runs compared by value (ttyACM2 before ttyACM10). Stable.
+void sortPorts(std::vector<SerialPortInfo>& ports);
+
+} // namespace tarnwick
+
+template <> struct std::hash<tarnwick::SerialPortInfo> {
+  std::size_t operator()(const tarnwick::SerialPortInfo& port) const noexcept;
+};

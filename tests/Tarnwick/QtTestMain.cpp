@@ -1,0 +1,22 @@
+// GoogleTest main for the application's tests: a Qt application on the offscreen platform, and
+// Qt's test mode so settings and data locations never touch the user's own.
+#include <QStandardPaths>
+#include <gtest/gtest.h>
+
+#ifdef TARNWICK_WIDGET_TESTS
+#include <QApplication>
+using TestApplication = QApplication;
+#else
+#include <QGuiApplication>
+using TestApplication = QGuiApplication;
+#endif
+
+int main(int argc, char** argv) {
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  QStandardPaths::setTestModeEnabled(true);
+  TestApplication app(argc, argv);
+  TestApplication::setOrganizationName("Tarnwick");
+  TestApplication::setApplicationName("TarnwickTests");
+  ::testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
