@@ -449,8 +449,8 @@ std::string prepare(const ProductPackage& package) {
   throw fs::filesystem_error("write", target, std::error_code(code, std::generic_category()));
 }
 
-// The single-file form, streamed into `fd`. The layout of the first entry is what type
-// recognition looks for at fixed offsets, so it is written first, stored and without extras.
+// The single-file form, assembled in memory and then written to `fd`. The first entry is what
+// type recognition looks for at fixed offsets, so it goes first, stored and without extras.
 void writeArchive(const ProductPackage& package, const std::string& record, int fd,
                   const fs::path& shown) {
   zip_error_t error;

@@ -37,7 +37,7 @@ done
 failed=()
 for target in "${targets[@]}"; do
   if wait "${jobs[$target]}"; then
-    echo "$target: $(grep -E '^#[0-9]+ +DONE' "build-fuzz/$target.log" | tail -n 1)"
+    echo "$target: $(grep -E '^Done [0-9]+ runs' "build-fuzz/$target.log" | tail -n 1)"
   else
     echo "== $target failed:"
     grep -vE '^#[0-9]+|NEW_FUNC|^INFO' "build-fuzz/$target.log" | head -n 40

@@ -399,9 +399,9 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
   // A record of a few kilobytes that claims to be smaller and would inflate much further.
   std::string bomb = ZipBuilder::build({{"product.json", "{}" + std::string(8 << 20, ' ')}});
 
-  // Written by another tool: no mimetype entry, directory entries, a stored record.
+  // Written by another tool: no mimetype entry, a directory entry, stored record and firmware.
   auto tolerant = sound;
-  tolerant[0].stored = true;
+  tolerant[0].stored = tolerant[1].stored = true;
   tolerant.insert(tolerant.begin(), {"files/", "", false, S_IFDIR | 0755});
   std::string flipped = valid;
   flipped[flipped.find(firmwareName) + firmwareName.size() + 100] ^= 0x10;

@@ -239,12 +239,12 @@ TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
       << damaged.err;
   EXPECT_EQ(runCLI({"info", (root / "nothing.twflash").string()}).status, 2);
 
-  // A board of another chip.
-  fs::remove_all(root / "P.twflash");
-  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--out", (root / "P.twflash").string(),
-                    (root / "p").string()})
+  // A board of another chip, flashed from a single file saved over the damaged directory.
+  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--force", "--out",
+                    (root / "P.twflash").string(), (root / "p").string()})
                 .status,
             0);
+  ASSERT_TRUE(fs::is_regular_file(root / "P.twflash"));
   SimulatedESPOptions c3;
   c3.chip = ESPChip::esp32c3;
   SimulatedESP wrong(c3);
