@@ -212,7 +212,8 @@ Imported makeImage(const std::string& fileName, Bytes content, const Target& tar
   image.enabled = true;
   image.role = role(fileName, content, target);
   image.offset = address(image.role, content, target, existing);
-  image.fileName = fileName;
+  // A Linux file name may hold any byte; the product record holds text.
+  image.fileName = validUTF8(fileName);
   image.size = static_cast<std::int64_t>(content.size());
   image.sha256 = Digest::sha256Hex(content);
   return {std::move(image), std::move(content)};

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "Localization/ProductTexts.hpp"
+#include "Localization/GeneralTexts.hpp"
 
 namespace tarnwick {
 
@@ -87,8 +87,8 @@ std::vector<FirmwareImage> Product::enabledImages() const {
 
 // ---- JSON ----
 
-std::string ProductDecodingError::message() const {
-  return L10n::Product::damagedRecord(description);
+std::string ProductDecodingError::message(const std::string& file) const {
+  return L10n::Errors::cannotRead(file);
 }
 
 namespace {
@@ -186,8 +186,9 @@ std::string encodeProduct(const Product& product) {
               {"flashSize", rawValue(product.flashSize)},
               {"clearOTAData", product.clearOTAData},
               {"images", images}};
-  // nlohmann's objects keep their keys sorted, so the output is stable.
-  return object.dump(2);
+  // nlohmann's objects keep their keys sorted, so the output is stable. Text that is not UTF-8
+  // (a Linux file name may hold any byte) is stored with U+FFFD, so the record always reads back.
+  return object.dump(2, ' ', false, json::error_handler_t::replace);
 }
 
 Product decodeProduct(std::string_view text) {
@@ -224,8 +225,15 @@ Product decodeProduct(std::string_view text) {
     product.clearOTAData = boolValue(*v, "clearOTAData");
   if (auto* v = optional(object, "images")) {
     if (!v->is_array()) corrupt("Expected an array for \"images\"");
-    for (const auto& image : *v)
+    for (const auto& image : *v) {
       product.images.push_back(decodeImage(image));
+      // Files are kept by id, so a second entry with the same id has no file of its own.
+      const UUID& id = product.images.back().id;
+      if (std::count_if(product.images.begin(), product.images.end(),
+                        [&](const FirmwareImage& other) { return other.id == id; }) > 1) {
+        corrupt("Two images share the id " + id.text());
+      }
+    }
   }
   return product;
 }

@@ -105,10 +105,11 @@ struct Product {
 };
 
 /// A product record that cannot be decoded. `description` names the cause (in English, as the
-/// JSON library reports it); `message()` gives the text shown to users.
+/// JSON library reports it, for logs and tests); `message(file)` gives the text shown to users.
 struct ProductDecodingError {
   std::string description;
-  std::string message() const;
+  /// "Cannot read <file>. Is it a file of this app?"
+  std::string message(const std::string& file) const;
   bool operator==(const ProductDecodingError&) const = default;
 };
 

@@ -28,6 +28,15 @@ std::string ProductIssue::message() const {
     std::string operator()(const NotAnImage&) const { return T::notAnImage(); }
     std::string operator()(const NotInPartition&) const { return T::notInPartition(); }
     std::string operator()(const OneSketchOnly&) const { return T::oneSketchOnly(); }
+    std::string operator()(const NoImageHeader& k) const { return T::noImageHeaderAt(k.at); }
+    std::string operator()(const PartitionBeyondFlash& k) const {
+      return T::partitionBeyondFlash(k.label);
+    }
+    std::string operator()(const BeyondFlash&) const { return T::beyondFlash(); }
+    std::string operator()(const OTADataTooLarge&) const { return T::otaDataTooLarge(); }
+    std::string operator()(const BaudOutOfRange&) const {
+      return T::baudOutOfRange(ProductCheck::lowestBaud, ProductCheck::highestBaud);
+    }
   };
   return std::visit(Visitor{}, kind);
 }
@@ -50,12 +59,39 @@ const Bytes* bytesOf(const FileBytesMap& files, const FirmwareImage& image) {
 
 using Role = FirmwareImage::Role;
 
+bool isOTAData(const Partition& p) { return p.type == 1 && p.subtype == 0; }
+
+// Where a chip's bootloader starts; a chip detected at run time may be either kind.
+std::vector<std::uint32_t> bootloaderPlaces(std::optional<ESPChip> chip) {
+  if (chip) return {bootloaderOffset(*chip)};
+  return {0x0, 0x1000};
+}
+
+// Data written over the bootloader's place without the 0xE9 magic leaves a board that does not
+// start: typically an AVR sketch or random bytes given to an ESP target.
+// Gives the place found without a header; an image with a header at any covered place passes
+// (a merged ESP32 image starts at 0x0 but carries its header at 0x1000).
+std::optional<std::uint32_t> missingHeaderAt(const FirmwareImage& image, const Bytes& bytes,
+                                             const std::vector<std::uint32_t>& places) {
+  std::optional<std::uint32_t> covered;
+  for (std::uint32_t place : places) {
+    if (place < image.offset || place - image.offset >= bytes.size()) continue;
+    if (bytes[place - image.offset] == ESPImage::magic) return std::nullopt;
+    if (!covered) covered = place;
+  }
+  return covered;
+}
+
 } // namespace
 
 std::vector<ProductIssue> ProductCheck::check(const Product& product, const FileBytesMap& files) {
   std::vector<Issue> issues;
   const auto images = product.enabledImages();
   if (images.empty()) return {error(Issue::NoImages{})};
+  if (product.target.isESP() && (product.flashBaud < ProductCheck::lowestBaud ||
+                                 product.flashBaud > ProductCheck::highestBaud)) {
+    issues.push_back(error(Issue::BaudOutOfRange{}));
+  }
 
   for (const auto& image : images) {
     if (!bytesOf(files, image)) issues.push_back(error(Issue::MissingFile{}, image.id));
@@ -80,16 +116,30 @@ std::vector<ProductIssue> ProductCheck::check(const Product& product, const File
       }
     }
     if (A.offset % 0x1000 != 0) issues.push_back(error(Issue::NotAligned{}, A.id));
+    // In 64 bits: an offset near 4 GiB wraps `end()` and would slip past the overlap test.
+    if (std::uint64_t{A.offset} + static_cast<std::uint64_t>(A.size) > ProductCheck::flashLimit) {
+      issues.push_back(error(Issue::BeyondFlash{}, A.id));
+    }
   }
 
   std::optional<std::vector<Partition>> partitions;
   for (const auto& image : images) {
     if (image.role != Role::partitionTable) continue;
     if (const Bytes* bytes = bytesOf(files, image)) partitions = Partition::parseTable(*bytes);
+    if (!partitions) break;
+    for (const auto& partition : *partitions) {
+      if (std::uint64_t{partition.offset} + partition.size > ProductCheck::flashLimit) {
+        issues.push_back(error(Issue::PartitionBeyondFlash{partition.label}, image.id));
+      }
+      if (isOTAData(partition) && partition.size > ProductCheck::otaDataLimit) {
+        issues.push_back(error(Issue::OTADataTooLarge{}, image.id));
+      }
+    }
     break;
   }
 
   const auto productChip = product.target.espChip();
+  const auto places = bootloaderPlaces(productChip);
   for (const auto& image : images) {
     const Bytes* bytes = bytesOf(files, image);
     if (!bytes) continue;
@@ -110,6 +160,12 @@ std::vector<ProductIssue> ProductCheck::check(const Product& product, const File
           issues.push_back(warning(Issue::BootloaderOffset{bootloaderOffset(*decides)}, image.id));
         }
       }
+    }
+    // A misplaced bootloader has its own finding.
+    auto place =
+        image.role == Role::bootloader ? std::nullopt : missingHeaderAt(image, *bytes, places);
+    if (place) {
+      issues.push_back(warning(Issue::NoImageHeader{*place}, image.id));
     }
     if (partitions && (image.role == Role::application || image.role == Role::fileSystem ||
                        image.role == Role::otaData)) {
@@ -153,9 +209,10 @@ std::vector<FlashWrite> FlashPlan::writes(const Product& product, const FileByte
     std::optional<std::vector<Partition>> partitions;
     if (table != result.end()) partitions = Partition::parseTable(table->data);
     if (partitions) {
-      auto otaData = std::find_if(partitions->begin(), partitions->end(),
-                                  [](const Partition& p) { return p.type == 1 && p.subtype == 0; });
-      if (otaData != partitions->end()) {
+      auto otaData = std::find_if(partitions->begin(), partitions->end(), isOTAData);
+      // A table that claims a huge OTA data partition must not make the plan allocate it.
+      if (otaData != partitions->end() && otaData->size <= ProductCheck::otaDataLimit &&
+          std::uint64_t{otaData->offset} + otaData->size <= ProductCheck::flashLimit) {
         std::uint64_t start = otaData->offset, end = start + otaData->size;
         bool touched = std::any_of(result.begin(), result.end(), [&](const FlashWrite& w) {
           std::uint64_t writeEnd = std::uint64_t{w.offset} + w.data.size();

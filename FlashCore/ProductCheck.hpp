@@ -37,6 +37,14 @@ struct ProductIssue {
     std::int64_t max;
     bool operator==(const SketchTooLarge&) const = default;
   };
+  struct NoImageHeader {
+    std::uint32_t at;
+    bool operator==(const NoImageHeader&) const = default;
+  };
+  struct PartitionBeyondFlash {
+    std::string label;
+    bool operator==(const PartitionBeyondFlash&) const = default;
+  };
   template <int N> struct Plain { bool operator==(const Plain&) const = default; };
   using NoImages = Plain<0>;
   using MissingFile = Plain<1>;
@@ -44,9 +52,13 @@ struct ProductIssue {
   using NotAnImage = Plain<3>;
   using NotInPartition = Plain<4>;
   using OneSketchOnly = Plain<5>;
-  using Kind =
-      std::variant<Overlap, ChipMismatch, BootloaderOffset, LargerThanPartition, SketchTooLarge,
-                   NoImages, MissingFile, NotAligned, NotAnImage, NotInPartition, OneSketchOnly>;
+  using BeyondFlash = Plain<6>;
+  using OTADataTooLarge = Plain<7>;
+  using BaudOutOfRange = Plain<8>;
+  using Kind = std::variant<Overlap, ChipMismatch, BootloaderOffset, LargerThanPartition,
+                            SketchTooLarge, NoImages, MissingFile, NotAligned, NotAnImage,
+                            NotInPartition, OneSketchOnly, NoImageHeader, PartitionBeyondFlash,
+                            BeyondFlash, OTADataTooLarge, BaudOutOfRange>;
 
   Severity severity = Severity::error;
   Kind kind;
@@ -59,6 +71,14 @@ struct ProductIssue {
 };
 
 namespace ProductCheck {
+/// The largest flash any supported chip has; nothing may be written or erased beyond it.
+inline constexpr std::uint64_t flashLimit = 0x8000000;
+/// A real OTA data partition is 8 KiB; more than this is a damaged or hostile table.
+inline constexpr std::uint32_t otaDataLimit = 0x10000;
+/// The speeds USB serial adapters offer.
+inline constexpr std::int64_t lowestBaud = 9600;
+inline constexpr std::int64_t highestBaud = 3'000'000;
+
 /// Every finding about the product and its files, in a fixed order; errors block flashing.
 std::vector<ProductIssue> check(const Product& product, const FileBytesMap& files);
 /// The first error-severity finding, if any.

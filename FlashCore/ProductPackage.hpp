@@ -1,6 +1,7 @@
 #pragma once
-// The product file: a "*.twflash" directory holding product.json and a copy of every firmware
-// file, each guarded by its SHA-256.
+// The product file: product.json and a copy of every firmware file, each guarded by its SHA-256,
+// kept in one ZIP file ("*.twflash") or, as older products and other programs have them, in a
+// "*.twflash" directory.
 
 #include <cstdint>
 #include <filesystem>
@@ -45,18 +46,32 @@ struct ProductPackage {
   static constexpr std::uintmax_t maximumRecordSize = 16u * 1024 * 1024;
   /// Largest stored firmware file read.
   static constexpr std::uintmax_t maximumFileSize = 256u * 1024 * 1024;
+  /// Largest sum of all entries of a product; more is refused before anything is inflated.
+  static constexpr std::uintmax_t maximumPackageSize = 512u * 1024 * 1024;
+  /// The content of the first, stored entry "mimetype" of a single-file product, by which the
+  /// desktop recognises the type without trusting the name.
+  static constexpr std::string_view mimeType = "application/x-tarnwick-product";
 
   Product product;
   FileBytesMap files;
 
-  /// Reads the product file at `location`. Throws PackageError or ProductDecodingError.
-  /// Nothing outside the directory is read: links inside it are not followed.
+  /// Reads the product file at `location`, a single file or a directory. Throws PackageError or
+  /// ProductDecodingError. Nothing outside the product is read: links inside a directory are
+  /// not followed, and entries of a single file are only ever read into memory.
   static ProductPackage read(const std::filesystem::path& location);
 
-  /// Writes the package to `location`, replacing what is there only once the new directory is
-  /// complete. Throws PackageError (missingFile, before anything is written) or
-  /// std::filesystem::filesystem_error; on failure the previous file is left as it was.
+  /// Reads a single-file product held in memory, with the checks of `read`.
+  static ProductPackage decode(ByteView container);
+
+  /// Writes the package as a single file to `location`, replacing what is there (a file or a
+  /// directory) only once the new file is complete on disk. Throws PackageError (missingFile,
+  /// before anything is written) or std::filesystem::filesystem_error; on failure the previous
+  /// product is left as it was. Temporary files of an earlier, interrupted save are removed.
   static void write(const ProductPackage& package, const std::filesystem::path& location);
+
+  /// Writes the package as a directory, for programs that read only that form; otherwise as
+  /// `write`.
+  static void writeDirectory(const ProductPackage& package, const std::filesystem::path& location);
 
   /// "files/" + this name holds the entry's bytes: the id's first 8 characters in lower case,
   /// "-", and the file name.

@@ -167,7 +167,9 @@ void AVRLoader::flashSTK500v2(const std::vector<Page>& pages,
       stk500v2(STK500v2::signOn(), 0.6);
       contact = true;
     } catch (const FlashError&) {
-    } catch (const FlashPortError&) {
+    } catch (const FlashPortError& error) {
+      // A line that hiccups during the reset is a missed try; a port that is gone stays gone.
+      if (error.kind() == FlashPortError::Kind::disconnected) throw;
     }
   }
   if (!contact) throw FlashError::avrNoResponse();

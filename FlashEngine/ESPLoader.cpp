@@ -123,7 +123,8 @@ ESPChip ESPLoader::detectChip() {
   try {
     send(ESPPacket::getSecurityInfo());
     auto response = receive(ESPCommand::getSecurityInfo, 0.5);
-    if (response.data.size() >= 24) {
+    // A refusal may carry bytes of its own; only a successful answer holds a chip id.
+    if (!response.status(statusBytes()).first && response.data.size() >= 24) {
       auto id = readLE32(ByteView(response.data).subspan(12, 4));
       if (auto chip = espChipFromSecurityInfoChipID(id)) return *chip;
     }

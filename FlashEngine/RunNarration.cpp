@@ -1,5 +1,6 @@
 #include "FlashEngine/RunNarration.hpp"
 
+#include "FlashCore/ESPChip.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 
@@ -32,6 +33,9 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget) {
   } else if (auto* e = std::get_if<Connected>(&event)) {
     step.line = line(Kind::response,
                      e->mac ? L10n::Log::chipAndMAC(e->chip, *e->mac) : L10n::Log::chip(e->chip));
+    if (e->chip == displayName(ESPChip::esp8266)) {
+      step.note = line(Kind::meta, L10n::Log::esp8266Limits());
+    }
   } else if (auto* e = std::get_if<BaudRate>(&event)) {
     step.line = line(Kind::meta, L10n::Log::speed(e->rate));
   } else if (auto* e = std::get_if<PortChanged>(&event)) {
@@ -63,8 +67,27 @@ NarratedStep succeeded(const FlashSummary& summary) {
 }
 
 NarratedStep failed(const std::string& message, bool cancelled) {
-  if (cancelled) return {L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped())};
+  if (cancelled) {
+    return {L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
+            line(Kind::warning, L10n::Log::partlyWritten())};
+  }
   return {L10n::Stage::failed(), line(Kind::error, "✕ " + message)};
 }
 
 } // namespace tarnwick::RunNarration
+
+namespace tarnwick {
+
+NarratedStep RunNarrator::narrate(const FlashEvent& event) {
+  NarratedStep step = RunNarration::narrate(event, avrTarget_);
+  if (!avrTarget_) return step;
+  if (auto* writing = std::get_if<FlashEvents::Writing>(&event)) {
+    writeToShow_ = writing->name;
+  } else if (std::holds_alternative<FlashEvents::Progress>(event) && writeToShow_) {
+    step.stage = L10n::Stage::writing(*writeToShow_);
+    writeToShow_.reset();
+  }
+  return step;
+}
+
+} // namespace tarnwick

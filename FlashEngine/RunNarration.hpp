@@ -21,7 +21,22 @@ struct LogSegment {
 struct NarratedStep {
   std::optional<std::string> stage;
   std::optional<LogSegment> line;
+  /// A further line after `line`.
+  std::optional<LogSegment> note = std::nullopt;
   bool operator==(const NarratedStep&) const = default;
+};
+
+/// Narrates one run from start to end. Unlike `RunNarration::narrate` it remembers the write in
+/// progress: an AVR loader connects after its `writing` event, so the stage falls back to
+/// "Connecting…" and must show the write again once bytes move.
+class RunNarrator {
+public:
+  explicit RunNarrator(bool avrTarget) : avrTarget_(avrTarget) {}
+  NarratedStep narrate(const FlashEvent& event);
+
+private:
+  bool avrTarget_;
+  std::optional<std::string> writeToShow_;
 };
 
 namespace RunNarration {
@@ -32,7 +47,8 @@ LogSegment opening(const std::string& productName, const std::string& portLabel)
 NarratedStep narrate(const FlashEvent& event, bool avrTarget);
 /// The end of a successful run: "Done" and "--- Done in N s ---".
 NarratedStep succeeded(const FlashSummary& summary);
-/// The end of a failed or stopped run: "Failed" and "✕ message", or "Stopped" and "✕ Stopped.".
+/// The end of a failed or stopped run: "Failed" and "✕ message", or "Stopped" and "✕ Stopped."
+/// with the note that the board is only partly written.
 NarratedStep failed(const std::string& message, bool cancelled);
 
 } // namespace RunNarration

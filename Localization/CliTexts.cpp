@@ -16,8 +16,8 @@ std::string unknownCommand(const std::string& word) {
                 word, {"”.", "’.", "“.", " ».", "»."});
 }
 std::string unknownOption(const std::string& option) {
-  return around({"Unknown option ", "Onbekende optie ", "Unbekannte Option ",
-                 "Option inconnue ", "Opción desconocida "},
+  return around({"Unknown option ", "Onbekende optie ", "Unbekannte Option ", "Option inconnue ",
+                 "Opción desconocida "},
                 option, {".", ".", ".", ".", "."});
 }
 std::string missingValue(const std::string& option) {
@@ -38,16 +38,17 @@ std::string badValue(const std::string& option, const std::string& value) {
          option + ".";
 }
 std::string missingOption(const std::string& option) {
-  return around({"", "", "", "L’option ", "Falta la opción "}, option,
-                {" is required.", " is verplicht.", " ist erforderlich.", " est obligatoire.",
-                 "."});
+  return around(
+      {"", "", "", "L’option ", "Falta la opción "}, option,
+      {" is required.", " is verplicht.", " ist erforderlich.", " est obligatoire.", "."});
 }
 std::string missingInput() {
-  return tr({"Name a product file, or firmware files or a build folder.",
-             "Geef een productbestand op, of firmwarebestanden of een buildmap.",
-             "Gib eine Produktdatei an, oder Firmware-Dateien oder einen Build-Ordner.",
-             "Indiquez un fichier produit, ou des fichiers firmware ou un dossier de build.",
-             "Indica un archivo de producto, o archivos de firmware o una carpeta de compilación."});
+  return tr(
+      {"Name a product file, or firmware files or a build folder.",
+       "Geef een productbestand op, of firmwarebestanden of een buildmap.",
+       "Gib eine Produktdatei an, oder Firmware-Dateien oder einen Build-Ordner.",
+       "Indiquez un fichier produit, ou des fichiers firmware ou un dossier de build.",
+       "Indica un archivo de producto, o archivos de firmware o una carpeta de compilación."});
 }
 std::string oneProductFile() {
   return tr({"Name exactly one product file.", "Geef precies één productbestand op.",
@@ -59,16 +60,64 @@ std::string noInputs() {
              "Dieser Befehl nimmt keine Dateien.", "Cette commande ne prend aucun fichier.",
              "Esta orden no admite archivos."});
 }
-std::string unknownTarget(const std::string& text) {
+std::string missingCommand() {
+  return tr({"Name a command: flash, pack, check, info or ports.",
+             "Geef een opdracht op: flash, pack, check, info of ports.",
+             "Gib einen Befehl an: flash, pack, check, info oder ports.",
+             "Indiquez une commande : flash, pack, check, info ou ports.",
+             "Indica una orden: flash, pack, check, info o ports."});
+}
+std::string didYouMean(const std::string& word) {
+  return around({" Did you mean ", " Bedoelde je ", " Meintest du ", " Vouliez-vous dire ",
+                 " ¿Quisiste decir "},
+                word, {"?", "?", "?", " ?", "?"});
+}
+namespace {
+std::string joined(const std::vector<std::string>& values) {
+  std::string list;
+  for (const auto& value : values)
+    list += (list.empty() ? "" : ", ") + value;
+  return list;
+}
+} // namespace
+std::string validValues(const std::vector<std::string>& values) {
+  return around({"Valid values: ", "Geldige waarden: ", "Gültige Werte: ", "Valeurs valides : ",
+                 "Valores válidos: "},
+                joined(values), {".", ".", ".", ".", "."});
+}
+std::string unknownTarget(const std::string& text, const std::vector<std::string>& valid) {
   return around({"Unknown target ", "Onbekend doel ", "Unbekanntes Ziel ", "Cible inconnue ",
                  "Destino desconocido "},
                 text,
-                {" (for example esp:auto, esp:esp32s3, avr:uno).",
-                 " (bijvoorbeeld esp:auto, esp:esp32s3, avr:uno).",
-                 " (zum Beispiel esp:auto, esp:esp32s3, avr:uno).",
-                 " (par exemple esp:auto, esp:esp32s3, avr:uno).",
-                 " (por ejemplo esp:auto, esp:esp32s3, avr:uno)."});
+                {". Valid targets: ", ". Geldige doelen: ", ". Gültige Ziele: ",
+                 ". Cibles valides : ", ". Destinos válidos: "}) +
+         joined(valid) + ".";
 }
+std::string espOnly(const std::string& option) {
+  return option + tr({" applies to ESP boards only.", " geldt alleen voor ESP-boards.",
+                      " gilt nur für ESP-Boards.", " ne s’applique qu’aux cartes ESP.",
+                      " solo se aplica a placas ESP."});
+}
+std::string targetWithProduct() {
+  return tr({"A product file names its own target; leave out --target.",
+             "Een productbestand noemt zijn eigen doel; laat --target weg.",
+             "Eine Produktdatei nennt ihr eigenes Ziel; lass --target weg.",
+             "Un fichier produit indique sa propre cible ; retirez --target.",
+             "Un archivo de producto indica su propio destino; quita --target."});
+}
+std::string noSuchFile() {
+  return tr({"No such file or directory.", "Bestand of map bestaat niet.",
+             "Datei oder Verzeichnis nicht gefunden.", "Aucun fichier ou dossier de ce nom.",
+             "No existe el archivo o el directorio."});
+}
+std::string alreadyExists(const std::string& file) {
+  return file + tr({" already exists. Add --force to replace it.",
+                    " bestaat al. Voeg --force toe om het te vervangen.",
+                    " existiert bereits. Mit --force wird es ersetzt.",
+                    " existe déjà. Ajoutez --force pour le remplacer.",
+                    " ya existe. Añade --force para sustituirlo."});
+}
+std::string labelled(const std::string& label) { return label + tr({":", ":", ":", " :", ":"}); }
 std::string noUSBPort() {
   return tr({"No USB board found. Connect the board with a cable that carries data, or name the "
              "port with --port.",
@@ -83,10 +132,11 @@ std::string noUSBPort() {
 }
 std::string severalPorts(const std::vector<std::string>& ports) {
   std::string list;
-  for (const auto& port : ports) list += (list.empty() ? "" : ", ") + port;
+  for (const auto& port : ports)
+    list += (list.empty() ? "" : ", ") + port;
   return around({"Several serial ports found (", "Meerdere seriële poorten gevonden (",
-                 "Mehrere serielle Schnittstellen gefunden (",
-                 "Plusieurs ports série trouvés (", "Se han encontrado varios puertos serie ("},
+                 "Mehrere serielle Schnittstellen gefunden (", "Plusieurs ports série trouvés (",
+                 "Se han encontrado varios puertos serie ("},
                 list,
                 {"). Choose one with --port.", "). Kies er een met --port.",
                  "). Wähle eine mit --port.", "). Choisissez-en un avec --port.",
@@ -113,12 +163,10 @@ std::string warningPrefix() {
 std::string errorPrefix() { return tr({"Error", "Fout", "Fehler", "Erreur", "Error"}); }
 std::string yes() { return tr({"yes", "ja", "ja", "oui", "sí"}); }
 std::string no() { return tr({"no", "nee", "nein", "non", "no"}); }
-std::string seeHelp() {
-  return tr({"Run “tarnwick-cli --help” for the commands.",
-             "Gebruik ‘tarnwick-cli --help’ voor de opdrachten.",
-             "„tarnwick-cli --help“ zeigt die Befehle.",
-             "Lancez « tarnwick-cli --help » pour voir les commandes.",
-             "Ejecuta «tarnwick-cli --help» para ver las órdenes."});
+std::string seeHelp(const std::string& command) {
+  const std::string call = "tarnwick-cli " + (command.empty() ? "" : command + " ") + "--help";
+  return around({"See “", "Zie ‘", "Siehe „", "Voir « ", "Consulta «"}, call,
+                {"”.", "’.", "“.", " ».", "»."});
 }
 
 std::string helpOverview() {
@@ -134,7 +182,7 @@ Commands:
   info    show what a product file holds
   ports   list the serial ports
 
-“tarnwick-cli COMMAND --help” describes a command.
+“tarnwick-cli COMMAND --help” describes a command; “tarnwick-cli --version” gives the version.
 Exit status: 0 success, 1 the flash run failed, 2 wrong usage or unusable input.
 )",
              R"(Gebruik: tarnwick-cli OPDRACHT [opties] …
@@ -149,7 +197,7 @@ Opdrachten:
   info    tonen wat een productbestand bevat
   ports   de seriële poorten tonen
 
-‘tarnwick-cli OPDRACHT --help’ beschrijft een opdracht.
+‘tarnwick-cli OPDRACHT --help’ beschrijft een opdracht; ‘tarnwick-cli --version’ geeft de versie.
 Afsluitstatus: 0 gelukt, 1 flashen mislukt, 2 verkeerd gebruik of onbruikbare invoer.
 )",
              R"(Aufruf: tarnwick-cli BEFEHL [Optionen] …
@@ -164,7 +212,7 @@ Befehle:
   info    zeigen, was eine Produktdatei enthält
   ports   die seriellen Schnittstellen auflisten
 
-„tarnwick-cli BEFEHL --help“ beschreibt einen Befehl.
+„tarnwick-cli BEFEHL --help“ beschreibt einen Befehl, „tarnwick-cli --version“ nennt die Version.
 Exit-Status: 0 Erfolg, 1 Flashen fehlgeschlagen, 2 falscher Aufruf oder unbrauchbare Eingabe.
 )",
              R"(Utilisation : tarnwick-cli COMMANDE [options] …
@@ -179,7 +227,7 @@ Commandes :
   info    montrer le contenu d’un fichier produit
   ports   lister les ports série
 
-« tarnwick-cli COMMANDE --help » décrit une commande.
+« tarnwick-cli COMMANDE --help » décrit une commande ; « tarnwick-cli --version » donne la version.
 Code de sortie : 0 réussite, 1 échec du flashage, 2 mauvaise utilisation ou entrée inutilisable.
 )",
              R"(Uso: tarnwick-cli ORDEN [opciones] …
@@ -194,7 +242,7 @@ archivos de producto (.twflash) que la app Tarnwick.
   info    mostrar lo que contiene un archivo de producto
   ports   mostrar los puertos serie
 
-«tarnwick-cli ORDEN --help» describe una orden.
+«tarnwick-cli ORDEN --help» describe una orden; «tarnwick-cli --version» muestra la versión.
 Código de salida: 0 éxito, 1 el flasheo falló, 2 uso incorrecto o entrada inservible.
 )"});
 }
@@ -205,17 +253,18 @@ std::string helpFlash() {
 
 Flashes one board. With --target the product is built on the spot: one folder is read as a
 build folder (PlatformIO, Arduino IDE, ESP-IDF), otherwise the files are added one by one.
+A product file names its own target.
 
 Options:
-  --port PATH        serial port (default: the only USB serial port present)
-  --target TARGET    esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
-  --baud N           speed while flashing (ESP)
-  --reset MODE       auto, classic, usbJTAG or manual
-  --no-verify        do not verify after writing
-  --flash-mode MODE  keep, qio, qout, dio or dout
-  --flash-size SIZE  keep, 1MB, 2MB, 4MB, 8MB or 16MB
-  --keep-otadata     do not erase the OTA selection
-  --test-device      also accept pseudo-terminals (simulated boards)
+  -p, --port PATH        serial port (default: the only USB serial port present)
+  -t, --target TARGET    esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  -b, --baud N           speed while flashing (ESP; 9600 to 3000000)
+      --reset MODE       auto, classic, usbJTAG or manual (ESP)
+      --no-verify        do not verify after writing
+      --flash-mode MODE  keep, qio, qout, dio or dout (ESP)
+      --flash-size SIZE  keep, 1MB, 2MB, 4MB, 8MB or 16MB (ESP)
+      --keep-otadata     do not erase the OTA selection (ESP)
+      --test-device      also accept pseudo-terminals (simulated boards)
 Ctrl-C stops the run and restarts the board.
 )",
              R"(Gebruik: tarnwick-cli flash [opties] PRODUCT.twflash
@@ -223,18 +272,18 @@ Ctrl-C stops the run and restarts the board.
 
 Flasht één board. Met --target wordt het product ter plekke samengesteld: één map wordt als
 buildmap gelezen (PlatformIO, Arduino IDE, ESP-IDF), anders worden de bestanden één voor één
-toegevoegd.
+toegevoegd. Een productbestand noemt zijn eigen doel.
 
 Opties:
-  --port PAD         seriële poort (standaard: de enige aanwezige USB-seriële poort)
-  --target DOEL      esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
-  --baud N           snelheid tijdens flashen (ESP)
-  --reset MODUS      auto, classic, usbJTAG of manual
-  --no-verify        niet controleren na schrijven
-  --flash-mode MODUS keep, qio, qout, dio of dout
-  --flash-size MAAT  keep, 1MB, 2MB, 4MB, 8MB of 16MB
-  --keep-otadata     de OTA-keuze niet wissen
-  --test-device      ook pseudoterminals accepteren (gesimuleerde boards)
+  -p, --port PAD          seriële poort (standaard: de enige aanwezige USB-seriële poort)
+  -t, --target DOEL       esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  -b, --baud N            snelheid tijdens flashen (ESP; 9600 tot 3000000)
+      --reset MODUS       auto, classic, usbJTAG of manual (ESP)
+      --no-verify         niet controleren na schrijven
+      --flash-mode MODUS  keep, qio, qout, dio of dout (ESP)
+      --flash-size MAAT   keep, 1MB, 2MB, 4MB, 8MB of 16MB (ESP)
+      --keep-otadata      de OTA-keuze niet wissen (ESP)
+      --test-device       ook pseudoterminals accepteren (gesimuleerde boards)
 Ctrl-C stopt het flashen en herstart het board.
 )",
              R"(Aufruf: tarnwick-cli flash [Optionen] PRODUKT.twflash
@@ -242,18 +291,18 @@ Ctrl-C stopt het flashen en herstart het board.
 
 Flasht ein Board. Mit --target wird das Produkt an Ort und Stelle erstellt: ein einzelner
 Ordner wird als Build-Ordner gelesen (PlatformIO, Arduino IDE, ESP-IDF), sonst werden die
-Dateien nacheinander hinzugefügt.
+Dateien nacheinander hinzugefügt. Eine Produktdatei nennt ihr eigenes Ziel.
 
 Optionen:
-  --port PFAD        serielle Schnittstelle (Standard: die einzige vorhandene USB-Schnittstelle)
-  --target ZIEL      esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
-  --baud N           Geschwindigkeit beim Flashen (ESP)
-  --reset MODUS      auto, classic, usbJTAG oder manual
-  --no-verify        nach dem Schreiben nicht prüfen
-  --flash-mode MODUS keep, qio, qout, dio oder dout
-  --flash-size GRÖSSE keep, 1MB, 2MB, 4MB, 8MB oder 16MB
-  --keep-otadata     die OTA-Auswahl nicht löschen
-  --test-device      auch Pseudo-Terminals annehmen (simulierte Boards)
+  -p, --port PFAD          serielle Schnittstelle (Standard: die einzige vorhandene USB-Schnittstelle)
+  -t, --target ZIEL        esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  -b, --baud N             Geschwindigkeit beim Flashen (ESP; 9600 bis 3000000)
+      --reset MODUS        auto, classic, usbJTAG oder manual (ESP)
+      --no-verify          nach dem Schreiben nicht prüfen
+      --flash-mode MODUS   keep, qio, qout, dio oder dout (ESP)
+      --flash-size GRÖSSE  keep, 1MB, 2MB, 4MB, 8MB oder 16MB (ESP)
+      --keep-otadata       die OTA-Auswahl nicht löschen (ESP)
+      --test-device        auch Pseudo-Terminals annehmen (simulierte Boards)
 Strg-C bricht das Flashen ab und startet das Board neu.
 )",
              R"(Utilisation : tarnwick-cli flash [options] PRODUIT.twflash
@@ -261,18 +310,18 @@ Strg-C bricht das Flashen ab und startet das Board neu.
 
 Flashe une carte. Avec --target, le produit est constitué sur-le-champ : un dossier seul est lu
 comme dossier de build (PlatformIO, Arduino IDE, ESP-IDF), sinon les fichiers sont ajoutés un
-par un.
+par un. Un fichier produit indique sa propre cible.
 
 Options :
-  --port CHEMIN      port série (par défaut : le seul port série USB présent)
-  --target CIBLE     esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
-  --baud N           vitesse de flashage (ESP)
-  --reset MODE       auto, classic, usbJTAG ou manual
-  --no-verify        ne pas vérifier après l’écriture
-  --flash-mode MODE  keep, qio, qout, dio ou dout
-  --flash-size TAILLE keep, 1MB, 2MB, 4MB, 8MB ou 16MB
-  --keep-otadata     ne pas effacer la sélection OTA
-  --test-device      accepter aussi les pseudo-terminaux (cartes simulées)
+  -p, --port CHEMIN        port série (par défaut : le seul port série USB présent)
+  -t, --target CIBLE       esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  -b, --baud N             vitesse de flashage (ESP ; 9600 à 3000000)
+      --reset MODE         auto, classic, usbJTAG ou manual (ESP)
+      --no-verify          ne pas vérifier après l’écriture
+      --flash-mode MODE    keep, qio, qout, dio ou dout (ESP)
+      --flash-size TAILLE  keep, 1MB, 2MB, 4MB, 8MB ou 16MB (ESP)
+      --keep-otadata       ne pas effacer la sélection OTA (ESP)
+      --test-device        accepter aussi les pseudo-terminaux (cartes simulées)
 Ctrl-C arrête le flashage et redémarre la carte.
 )",
              R"(Uso: tarnwick-cli flash [opciones] PRODUCTO.twflash
@@ -280,42 +329,123 @@ Ctrl-C arrête le flashage et redémarre la carte.
 
 Flashea una placa. Con --target el producto se crea al momento: una sola carpeta se lee como
 carpeta de compilación (PlatformIO, Arduino IDE, ESP-IDF); si no, los archivos se añaden uno a
-uno.
+uno. Un archivo de producto indica su propio destino.
 
 Opciones:
-  --port RUTA        puerto serie (por defecto: el único puerto serie USB presente)
-  --target DESTINO   esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
-  --baud N           velocidad de flasheo (ESP)
-  --reset MODO       auto, classic, usbJTAG o manual
-  --no-verify        no verificar tras escribir
-  --flash-mode MODO  keep, qio, qout, dio o dout
-  --flash-size TAMAÑO keep, 1MB, 2MB, 4MB, 8MB o 16MB
-  --keep-otadata     no borrar la selección OTA
-  --test-device      aceptar también pseudoterminales (placas simuladas)
+  -p, --port RUTA          puerto serie (por defecto: el único puerto serie USB presente)
+  -t, --target DESTINO     esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
+  -b, --baud N             velocidad de flasheo (ESP; 9600 a 3000000)
+      --reset MODO         auto, classic, usbJTAG o manual (ESP)
+      --no-verify          no verificar tras escribir
+      --flash-mode MODO    keep, qio, qout, dio o dout (ESP)
+      --flash-size TAMAÑO  keep, 1MB, 2MB, 4MB, 8MB o 16MB (ESP)
+      --keep-otadata       no borrar la selección OTA (ESP)
+      --test-device        aceptar también pseudoterminales (placas simuladas)
 Ctrl-C detiene el flasheo y reinicia la placa.
 )"});
 }
 
 std::string helpPack() {
-  return tr({R"(Usage: tarnwick-cli pack --target TARGET --out NAME.twflash [--name TEXT] FILE_OR_FOLDER…
+  return tr(
+      {R"(Usage: tarnwick-cli pack --target TARGET --out NAME.twflash [options] FILE_OR_FOLDER…
 
 Saves firmware files or a build folder as a product file, ready to flash board after board.
-)",
-             R"(Gebruik: tarnwick-cli pack --target DOEL --out NAAM.twflash [--name TEKST] BESTAND_OF_MAP…
+The product keeps the settings given here, as flash takes them. A product with an error is not
+saved.
 
-Slaat firmwarebestanden of een buildmap op als productbestand, klaar om board na board te flashen.
+Options:
+  -t, --target TARGET     esp:auto, esp:esp32, …, avr:uno, … (required)
+      --out NAME.twflash  the product file to write (required)
+      --name TEXT         product name (default: the file name)
+      --notes TEXT        notes kept in the product
+      --force             replace an existing product file
+      --directory         save a folder instead of one file, for programs that read only folders
+  -b, --baud N            speed while flashing (ESP; 9600 to 3000000)
+      --reset MODE        auto, classic, usbJTAG or manual (ESP)
+      --no-verify         do not verify after writing
+      --flash-mode MODE   keep, qio, qout, dio or dout (ESP)
+      --flash-size SIZE   keep, 1MB, 2MB, 4MB, 8MB or 16MB (ESP)
+      --keep-otadata      do not erase the OTA selection (ESP)
 )",
-             R"(Aufruf: tarnwick-cli pack --target ZIEL --out NAME.twflash [--name TEXT] DATEI_ODER_ORDNER…
+       R"(Gebruik: tarnwick-cli pack --target DOEL --out NAAM.twflash [opties] BESTAND_OF_MAP…
 
-Speichert Firmware-Dateien oder einen Build-Ordner als Produktdatei, bereit zum Flashen Board für Board.
+Slaat firmwarebestanden of een buildmap op als productbestand, klaar om board na board te
+flashen. Het product bewaart de instellingen die hier worden gegeven, zoals flash ze aanneemt.
+Een product met een fout wordt niet opgeslagen.
+
+Opties:
+  -t, --target DOEL       esp:auto, esp:esp32, …, avr:uno, … (verplicht)
+      --out NAAM.twflash  het productbestand dat wordt geschreven (verplicht)
+      --name TEKST        productnaam (standaard: de bestandsnaam)
+      --notes TEKST       notities in het product
+      --force             een bestaand productbestand vervangen
+      --directory         een map opslaan in plaats van één bestand, voor programma's die alleen mappen lezen
+  -b, --baud N            snelheid tijdens flashen (ESP; 9600 tot 3000000)
+      --reset MODUS       auto, classic, usbJTAG of manual (ESP)
+      --no-verify         niet controleren na schrijven
+      --flash-mode MODUS  keep, qio, qout, dio of dout (ESP)
+      --flash-size MAAT   keep, 1MB, 2MB, 4MB, 8MB of 16MB (ESP)
+      --keep-otadata      de OTA-keuze niet wissen (ESP)
 )",
-             R"(Utilisation : tarnwick-cli pack --target CIBLE --out NOM.twflash [--name TEXTE] FICHIER_OU_DOSSIER…
+       R"(Aufruf: tarnwick-cli pack --target ZIEL --out NAME.twflash [Optionen] DATEI_ODER_ORDNER…
 
-Enregistre des fichiers firmware ou un dossier de build comme fichier produit, prêt à flasher carte après carte.
+Speichert Firmware-Dateien oder einen Build-Ordner als Produktdatei, bereit zum Flashen Board
+für Board. Das Produkt behält die hier angegebenen Einstellungen, wie flash sie annimmt. Ein
+Produkt mit einem Fehler wird nicht gespeichert.
+
+Optionen:
+  -t, --target ZIEL        esp:auto, esp:esp32, …, avr:uno, … (erforderlich)
+      --out NAME.twflash   die zu schreibende Produktdatei (erforderlich)
+      --name TEXT          Produktname (Standard: der Dateiname)
+      --notes TEXT         Notizen im Produkt
+      --force              eine vorhandene Produktdatei ersetzen
+      --directory          einen Ordner statt einer Datei speichern, für Programme, die nur Ordner lesen
+  -b, --baud N             Geschwindigkeit beim Flashen (ESP; 9600 bis 3000000)
+      --reset MODUS        auto, classic, usbJTAG oder manual (ESP)
+      --no-verify          nach dem Schreiben nicht prüfen
+      --flash-mode MODUS   keep, qio, qout, dio oder dout (ESP)
+      --flash-size GRÖSSE  keep, 1MB, 2MB, 4MB, 8MB oder 16MB (ESP)
+      --keep-otadata       die OTA-Auswahl nicht löschen (ESP)
 )",
-             R"(Uso: tarnwick-cli pack --target DESTINO --out NOMBRE.twflash [--name TEXTO] ARCHIVO_O_CARPETA…
+       R"(Utilisation : tarnwick-cli pack --target CIBLE --out NOM.twflash [options] FICHIER_OU_DOSSIER…
 
-Guarda archivos de firmware o una carpeta de compilación como archivo de producto, listo para flashear placa tras placa.
+Enregistre des fichiers firmware ou un dossier de build comme fichier produit, prêt à flasher
+carte après carte. Le produit garde les réglages donnés ici, comme flash les accepte. Un produit
+qui comporte une erreur n’est pas enregistré.
+
+Options :
+  -t, --target CIBLE       esp:auto, esp:esp32, …, avr:uno, … (obligatoire)
+      --out NOM.twflash    le fichier produit à écrire (obligatoire)
+      --name TEXTE         nom du produit (par défaut : le nom du fichier)
+      --notes TEXTE        notes conservées dans le produit
+      --force              remplacer un fichier produit existant
+      --directory          enregistrer un dossier plutôt qu’un fichier, pour les programmes qui ne lisent que des dossiers
+  -b, --baud N             vitesse de flashage (ESP ; 9600 à 3000000)
+      --reset MODE         auto, classic, usbJTAG ou manual (ESP)
+      --no-verify          ne pas vérifier après l’écriture
+      --flash-mode MODE    keep, qio, qout, dio ou dout (ESP)
+      --flash-size TAILLE  keep, 1MB, 2MB, 4MB, 8MB ou 16MB (ESP)
+      --keep-otadata       ne pas effacer la sélection OTA (ESP)
+)",
+       R"(Uso: tarnwick-cli pack --target DESTINO --out NOMBRE.twflash [opciones] ARCHIVO_O_CARPETA…
+
+Guarda archivos de firmware o una carpeta de compilación como archivo de producto, listo para
+flashear placa tras placa. El producto guarda los ajustes indicados aquí, tal como los acepta
+flash. Un producto con un error no se guarda.
+
+Opciones:
+  -t, --target DESTINO      esp:auto, esp:esp32, …, avr:uno, … (obligatorio)
+      --out NOMBRE.twflash  el archivo de producto que se escribe (obligatorio)
+      --name TEXTO          nombre del producto (por defecto: el nombre del archivo)
+      --notes TEXTO         notas guardadas en el producto
+      --force               sustituir un archivo de producto existente
+      --directory           guardar una carpeta en lugar de un archivo, para programas que solo leen carpetas
+  -b, --baud N              velocidad de flasheo (ESP; 9600 a 3000000)
+      --reset MODO          auto, classic, usbJTAG o manual (ESP)
+      --no-verify           no verificar tras escribir
+      --flash-mode MODO     keep, qio, qout, dio o dout (ESP)
+      --flash-size TAMAÑO   keep, 1MB, 2MB, 4MB, 8MB o 16MB (ESP)
+      --keep-otadata        no borrar la selección OTA (ESP)
 )"});
 }
 

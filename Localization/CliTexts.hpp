@@ -15,7 +15,18 @@ std::string missingOption(const std::string& option);
 std::string missingInput();
 std::string oneProductFile();
 std::string noInputs();
-std::string unknownTarget(const std::string& text);
+std::string missingCommand();
+/// " Did you mean …?", appended to a message about a mistyped word.
+std::string didYouMean(const std::string& word);
+/// " Valid values: a, b, c.", appended to a refused value.
+std::string validValues(const std::vector<std::string>& values);
+std::string unknownTarget(const std::string& text, const std::vector<std::string>& valid);
+std::string espOnly(const std::string& option);
+std::string targetWithProduct();
+std::string noSuchFile();
+std::string alreadyExists(const std::string& file);
+/// A label followed by a colon as the language writes it ("Name:", « Nom : »).
+std::string labelled(const std::string& label);
 std::string noUSBPort();
 std::string severalPorts(const std::vector<std::string>& ports);
 std::string noPortsFound();
@@ -25,7 +36,8 @@ std::string warningPrefix();
 std::string errorPrefix();
 std::string yes();
 std::string no();
-std::string seeHelp();
+/// The pointer to a command's help after a usage error (`command` empty: the overview).
+std::string seeHelp(const std::string& command);
 
 /// Usage and description of the whole program and of each command.
 std::string helpOverview();

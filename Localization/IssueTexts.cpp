@@ -49,9 +49,16 @@ std::string builtFor(const std::string& imageChip, const std::string& productChi
          tr({", not for ", ", niet voor ", " gebaut, nicht für ", ", pas pour ", ", no para "}) +
          productChip + ".";
 }
-std::string bootloaderBelongsAt(std::uint32_t address) {
+namespace {
+std::string hex(std::uint32_t address) {
   char text[16];
   std::snprintf(text, sizeof text, "0x%X", address);
+  return text;
+}
+} // namespace
+
+std::string bootloaderBelongsAt(std::uint32_t address) {
+  const std::string text = hex(address);
   return tr({"The bootloader belongs at ", "De bootloader hoort op ", "Der Bootloader gehört an ",
              "Le bootloader doit se trouver à ", "El bootloader debe ir en "}) +
          text + ".";
@@ -68,6 +75,47 @@ std::string notInPartition() {
              "Beginnt nicht an einer Partition der Partitionstabelle.",
              "Ne commence pas au début d’une partition de la table.",
              "No empieza en una partición de la tabla de particiones."});
+}
+
+std::string noImageHeaderAt(std::uint32_t address) {
+  const std::string at = hex(address);
+  return tr({"No ESP image header at " + at + ", where the bootloader starts.",
+             "Geen ESP-imageheader op " + at + ", waar de bootloader begint.",
+             "Kein ESP-Image-Header an " + at + ", wo der Bootloader beginnt.",
+             "Pas d’en-tête d’image ESP à " + at + ", là où commence le bootloader.",
+             "No hay cabecera de imagen ESP en " + at + ", donde empieza el bootloader."});
+}
+std::string partitionBeyondFlash(const std::string& label) {
+  return tr({"Partition " + label + " ends beyond 128 MB, more flash than any chip has.",
+             "Partitie " + label + " eindigt voorbij 128 MB, meer flash dan een chip heeft.",
+             "Partition " + label + " endet jenseits von 128 MB, mehr Flash, als ein Chip hat.",
+             "La partition " + label +
+                 " se termine au-delà de 128 Mo, plus de flash qu’aucune puce n’en a.",
+             "La partición " + label +
+                 " termina más allá de 128 MB, más flash del que tiene ningún chip."});
+}
+std::string beyondFlash() {
+  return tr({"Ends beyond 128 MB, more flash than any chip has.",
+             "Eindigt voorbij 128 MB, meer flash dan een chip heeft.",
+             "Endet jenseits von 128 MB, mehr Flash, als ein Chip hat.",
+             "Se termine au-delà de 128 Mo, plus de flash qu’aucune puce n’en a.",
+             "Termina más allá de 128 MB, más flash del que tiene ningún chip."});
+}
+std::string otaDataTooLarge() {
+  return tr({"The OTA data partition is larger than 64 KB.",
+             "De OTA-gegevenspartitie is groter dan 64 KB.",
+             "Die OTA-Datenpartition ist größer als 64 KB.",
+             "La partition des données OTA dépasse 64 Ko.",
+             "La partición de datos OTA supera los 64 KB."});
+}
+std::string baudOutOfRange(std::int64_t lowest, std::int64_t highest) {
+  const std::string low = std::to_string(lowest), high = std::to_string(highest);
+  return tr(
+      {"The speed while flashing must be between " + low + " and " + high + " baud.",
+       "De snelheid tijdens flashen moet tussen " + low + " en " + high + " baud liggen.",
+       "Die Geschwindigkeit beim Flashen muss zwischen " + low + " und " + high + " Baud liegen.",
+       "La vitesse de flashage doit être comprise entre " + low + " et " + high + " bauds.",
+       "La velocidad de flasheo debe estar entre " + low + " y " + high + " baudios."});
 }
 
 } // namespace tarnwick::L10n::Issue

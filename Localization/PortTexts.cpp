@@ -6,14 +6,13 @@ namespace tarnwick::L10n::Errors {
 
 // French sets a no-break space before a colon and inside guillemets, so the line never breaks
 // between them and the word they belong to.
-#define NBSP "\u00A0"
 
 std::string portInvalidPath(const std::string& path) {
   switch (currentLanguage()) {
   case Language::en: return "'" + path + "' is not a valid serial port.";
   case Language::nl: return "'" + path + "' is geen geldige seriële poort.";
   case Language::de: return "„" + path + "“ ist keine gültige serielle Schnittstelle.";
-  case Language::fr: return "«" NBSP + path + NBSP "» n’est pas un port série valide.";
+  case Language::fr: return "« " + path + " » n’est pas un port série valide.";
   case Language::es: return "«" + path + "» no es un puerto serie válido.";
   }
   return {};
@@ -24,7 +23,7 @@ std::string portOpenFailed(const std::string& path, const std::string& reason) {
   case Language::en: return "Cannot open " + path + ": " + reason + ".";
   case Language::nl: return "Kan " + path + " niet openen: " + reason + ".";
   case Language::de: return path + " kann nicht geöffnet werden: " + reason + ".";
-  case Language::fr: return "Impossible d’ouvrir " + path + NBSP ": " + reason + ".";
+  case Language::fr: return "Impossible d’ouvrir " + path + " : " + reason + ".";
   case Language::es: return "No se puede abrir " + path + ": " + reason + ".";
   }
   return {};
@@ -86,10 +85,9 @@ std::string portAccessDenied(const std::string& path, const std::string& group) 
            "“ haben Zugriff darauf. Treten Sie der Gruppe mit „" + command +
            "“ bei und melden Sie sich danach ab und wieder an.";
   case Language::fr:
-    return "Vous n’avez pas le droit d’ouvrir " + path +
-           NBSP ": seuls les membres du groupe «" NBSP + group +
-           NBSP "» peuvent l’utiliser. Ajoutez-vous à ce groupe avec «" NBSP + command +
-           NBSP "», puis fermez votre session et rouvrez-la.";
+    return "Vous n’avez pas le droit d’ouvrir " + path + " : seuls les membres du groupe « " +
+           group + " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +
+           " », puis fermez votre session et rouvrez-la.";
   case Language::es:
     return "No tienes permiso para abrir " + path + ": solo los miembros del grupo «" + group +
            "» pueden usarlo. Añádete a ese grupo con «" + command +
@@ -104,7 +102,7 @@ std::string portConfigurationFailed(const std::string& reason) {
   case Language::nl: return "Instellen van de seriële poort mislukt: " + reason + ".";
   case Language::de:
     return "Die serielle Schnittstelle konnte nicht eingerichtet werden: " + reason + ".";
-  case Language::fr: return "La configuration du port série a échoué" NBSP ": " + reason + ".";
+  case Language::fr: return "La configuration du port série a échoué : " + reason + ".";
   case Language::es: return "No se pudo configurar el puerto serie: " + reason + ".";
   }
   return {};
@@ -117,7 +115,7 @@ std::string portUnsupportedBaudRate(std::int64_t rate) {
   case Language::nl: return "Baudrate " + digits + " wordt niet ondersteund door deze adapter.";
   case Language::de: return "Baudrate " + digits + " wird von diesem Adapter nicht unterstützt.";
   case Language::fr:
-    return "Cet adaptateur ne prend pas en charge le débit de " + digits + NBSP "bauds.";
+    return "Cet adaptateur ne prend pas en charge le débit de " + digits + " bauds.";
   case Language::es: return "Este adaptador no admite la velocidad de " + digits + " baudios.";
   }
   return {};
@@ -128,7 +126,7 @@ std::string portWriteFailed(const std::string& reason) {
   case Language::en: return "Sending failed: " + reason + ".";
   case Language::nl: return "Verzenden mislukt: " + reason + ".";
   case Language::de: return "Senden fehlgeschlagen: " + reason + ".";
-  case Language::fr: return "L’envoi a échoué" NBSP ": " + reason + ".";
+  case Language::fr: return "L’envoi a échoué : " + reason + ".";
   case Language::es: return "No se pudo enviar: " + reason + ".";
   }
   return {};
@@ -145,8 +143,6 @@ std::string portDisconnected() {
              "Der Adapter wurde getrennt.", "L’adaptateur a été déconnecté.",
              "El adaptador se ha desconectado."});
 }
-
-#undef NBSP
 
 } // namespace tarnwick::L10n::Errors
 
@@ -167,7 +163,7 @@ std::string severalUSBBoards() {
   return tr({"Several USB boards are connected. Choose one with --port:",
              "Er zijn meerdere USB-boards aangesloten. Kies er een met --port:",
              "Mehrere USB-Boards sind angeschlossen. Wähle eines mit --port:",
-             "Plusieurs cartes USB sont branchées. Choisissez-en une avec --port\u00A0:",
+             "Plusieurs cartes USB sont branchées. Choisissez-en une avec --port :",
              "Hay varias placas USB conectadas. Elige una con --port:"});
 }
 

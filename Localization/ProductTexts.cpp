@@ -6,14 +6,6 @@ namespace tarnwick::L10n::Product {
 std::string newProduct() {
   return tr({"New product", "Nieuw product", "Neues Produkt", "Nouveau produit", "Producto nuevo"});
 }
-std::string damagedRecord(const std::string& description) {
-  return tr({"the product description is damaged (", "de productbeschrijving is beschadigd (",
-             "die Produktbeschreibung ist beschädigt (",
-             "la description du produit est "
-             "endommagée (",
-             "la descripción del producto está dañada ("}) +
-         description + ").";
-}
 } // namespace tarnwick::L10n::Product
 
 namespace tarnwick::L10n::Images {

@@ -8,7 +8,6 @@ namespace tarnwick::L10n::Product {
 /// Name of a new or unnamed product.
 std::string newProduct();
 /// The product record cannot be decoded; `description` says where.
-std::string damagedRecord(const std::string& description);
 } // namespace tarnwick::L10n::Product
 
 namespace tarnwick::L10n::Images {

@@ -186,5 +186,24 @@ std::string partitionsApplicationIn(std::int64_t count, const std::string& parti
                  partition, {"", "", "", "", ""});
 }
 std::string stopped() { return tr({"Stopped.", "Gestopt.", "Gestoppt.", "Arrêté.", "Detenido."}); }
+std::string partlyWritten() {
+  return tr({"The board was restarted and is only partly written.",
+             "Het board is herstart en maar gedeeltelijk beschreven.",
+             "Das Board wurde neu gestartet und ist nur teilweise beschrieben.",
+             "La carte a été redémarrée et n’est que partiellement écrite.",
+             "La placa se ha reiniciado y solo está escrita en parte."});
+}
+std::string esp8266Limits() {
+  return tr({"The ESP8266 ROM cannot verify (its bootloader checks every block) and flashes at "
+             "115200 baud.",
+             "Het ROM van de ESP8266 kan niet controleren (de bootloader controleert elk blok) en "
+             "flasht op 115200 baud.",
+             "Das ROM des ESP8266 kann nicht prüfen (sein Bootloader prüft jeden Block) und flasht "
+             "mit 115200 Baud.",
+             "La ROM de l’ESP8266 ne sait pas vérifier (son bootloader contrôle chaque bloc) et "
+             "flashe à 115200 bauds.",
+             "La ROM del ESP8266 no puede verificar (su bootloader comprueba cada bloque) y "
+             "flashea a 115200 baudios."});
+}
 std::string log() { return tr({"Log", "Logboek", "Protokoll", "Journal", "Registro"}); }
 } // namespace tarnwick::L10n::Log

@@ -55,5 +55,9 @@ std::string filesFrom(std::int64_t count, const std::string& folder);
 std::string openedProduct(const std::string& name);
 std::string partitionsApplicationIn(std::int64_t count, const std::string& partition);
 std::string stopped();
+/// After a stop: why the board must be flashed again.
+std::string partlyWritten();
+/// Once per ESP8266 run: why there is no verification and no speed change.
+std::string esp8266Limits();
 std::string log();
 } // namespace tarnwick::L10n::Log

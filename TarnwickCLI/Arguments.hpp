@@ -10,7 +10,7 @@
 
 namespace tarnwick::cli {
 
-enum class CommandKind { help, flash, pack, check, info, ports };
+enum class CommandKind { help, version, flash, pack, check, info, ports };
 
 /// Overrides of a product's settings given on the command line.
 struct SettingOverrides {
@@ -21,6 +21,8 @@ struct SettingOverrides {
   std::optional<FlashSize> flashSize;
   bool keepOTAData = false;
   bool operator==(const SettingOverrides&) const = default;
+  /// The first option given that only an ESP board has a use for.
+  std::optional<std::string> espOnlyOption() const;
 };
 
 /// One parsed invocation.
@@ -35,6 +37,11 @@ struct Arguments {
   std::optional<std::string> target;
   std::optional<std::string> out;
   std::optional<std::string> name;
+  std::optional<std::string> notes;
+  /// Replace an existing product file.
+  bool force = false;
+  /// `pack` writes the product as a directory, for programs that read only that form.
+  bool directory = false;
   /// `ports`: print JSON for scripts.
   bool json = false;
   /// `ports`: print the list again at every change.
@@ -54,5 +61,9 @@ struct UsageError {
 
 /// Parses the words after the program name. Throws UsageError.
 Arguments parseArguments(const std::vector<std::string>& words);
+
+/// The candidate closest to a mistyped `word`, if one is close enough to be meant.
+std::optional<std::string> closestMatch(const std::string& word,
+                                        const std::vector<std::string>& candidates);
 
 } // namespace tarnwick::cli

@@ -1,13 +1,16 @@
 #include "TarnwickCLI/Cli.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
+#include <fstream>
 #include <thread>
 #include <unistd.h>
 
 #include "FlashCore/AVR.hpp"
+#include "FlashCore/ESPImage.hpp"
 #include "FlashCore/FirmwareImport.hpp"
 #include "FlashCore/FolderFiles.hpp"
 #include "FlashCore/ProductCheck.hpp"
@@ -18,6 +21,7 @@
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
+#include "Localization/IssueTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
@@ -46,6 +50,7 @@ void printError(const std::string& message) {
 
 std::string usageOf(CommandKind command) {
   switch (command) {
+  case CommandKind::version: return L10n::Cli::helpOverview();
   case CommandKind::flash: return L10n::Cli::helpFlash();
   case CommandKind::pack: return L10n::Cli::helpPack();
   case CommandKind::check: return L10n::Cli::helpCheck();
@@ -56,34 +61,76 @@ std::string usageOf(CommandKind command) {
   return {};
 }
 
+std::string commandWord(CommandKind command) {
+  switch (command) {
+  case CommandKind::flash: return "flash";
+  case CommandKind::pack: return "pack";
+  case CommandKind::check: return "check";
+  case CommandKind::info: return "info";
+  case CommandKind::ports: return "ports";
+  case CommandKind::help:
+  case CommandKind::version: return "";
+  }
+  return "";
+}
+
 std::string nameOf(const std::string& path) {
   fs::path p(path);
   if (p.filename().empty()) p = p.parent_path();
   return p.filename().string();
 }
 
+bool exists(const std::string& path) {
+  std::error_code ignored;
+  return fs::exists(fs::symlink_status(path, ignored));
+}
+
+// A product file, whichever of its forms: a directory holding product.json, or a file with the
+// product extension or the product type as the first entry of its container.
+bool isProductFile(const std::string& path) {
+  std::error_code ignored;
+  if (fs::is_directory(path, ignored)) return fs::exists(fs::path(path) / "product.json", ignored);
+  std::string extension = fs::path(path).extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  if (extension == "." + std::string(ProductPackage::fileExtension)) return true;
+  // Only a regular file is looked into: reading a FIFO or a serial device could wait forever.
+  if (!fs::is_regular_file(path, ignored)) return false;
+  std::ifstream file(path, std::ios::binary);
+  std::string head(128, '\0');
+  file.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  return head.starts_with("PK\x03\x04") &&
+         head.find("application/x-tarnwick-product") != std::string::npos;
+}
+
 ProductPackage openProduct(const std::string& path) {
+  if (!exists(path))
+    throw Unusable{L10n::Errors::cannotOpen(nameOf(path), L10n::Cli::noSuchFile())};
   try {
     return ProductPackage::read(path);
   } catch (const PackageError& error) {
     throw Unusable{L10n::Errors::cannotOpen(nameOf(path), error.message())};
   } catch (const ProductDecodingError& error) {
-    throw Unusable{L10n::Errors::cannotOpen(nameOf(path), error.message())};
+    throw Unusable{error.message(nameOf(path))};
   }
-}
-
-Target targetFrom(const std::string& text) {
-  auto target = Target::parse(text);
-  if (!target) throw Unusable{L10n::Cli::unknownTarget(text)};
-  return *target;
 }
 
 // Builds a product from a build folder or from single files, as the app's "Build Folder…" and
 // "Files…" do.
-ProductPackage importProduct(const Target& target, const std::vector<std::string>& inputs) {
+ProductPackage importProduct(const std::string& targetText,
+                             const std::vector<std::string>& inputs) {
+  const Target target = *Target::parse(targetText); // checked with the arguments
   ProductPackage package;
   package.product.target = target;
+  // Named after what it was made from, so the run's first line says what is being flashed.
+  package.product.name = nameOf(inputs.front());
   std::vector<FirmwareImport::Imported> entries;
+  for (const std::string& input : inputs) {
+    if (!exists(input))
+      throw Unusable{L10n::Errors::cannotUse(nameOf(input), L10n::Cli::noSuchFile())};
+  }
+  if (target.avrBoard() && inputs.size() > 1) throw Unusable{L10n::Issue::oneSketchOnly()};
 
   if (inputs.size() == 1 && fs::is_directory(inputs[0])) {
     const std::string folder = nameOf(inputs[0]);
@@ -107,10 +154,7 @@ ProductPackage importProduct(const Target& target, const std::vector<std::string
       const std::string name = nameOf(input);
       try {
         Bytes content = FirmwareImport::content(name, readFileBytes(input));
-        auto imported = FirmwareImport::makeImage(name, std::move(content), target, entries);
-        // An Arduino board takes one sketch: the last file given wins.
-        if (target.avrBoard()) entries.clear();
-        entries.push_back(std::move(imported));
+        entries.push_back(FirmwareImport::makeImage(name, std::move(content), target, entries));
       } catch (const FirmwareImport::ImportError& error) {
         throw Unusable{L10n::Errors::cannotUse(name, error.message())};
       } catch (const fs::filesystem_error& error) {
@@ -126,13 +170,22 @@ ProductPackage importProduct(const Target& target, const std::vector<std::string
 }
 
 ProductPackage productFor(const Arguments& arguments) {
-  if (arguments.target) return importProduct(targetFrom(*arguments.target), arguments.inputs);
+  if (arguments.target) {
+    // A product file is a product file whatever else is given: never import it as firmware.
+    if (std::any_of(arguments.inputs.begin(), arguments.inputs.end(), isProductFile)) {
+      throw UsageError{L10n::Cli::targetWithProduct(), arguments.command};
+    }
+    return importProduct(*arguments.target, arguments.inputs);
+  }
   if (arguments.inputs.size() != 1)
     throw UsageError{L10n::Cli::oneProductFile(), arguments.command};
   return openProduct(arguments.inputs[0]);
 }
 
-void applyOverrides(Product& product, const SettingOverrides& overrides) {
+void applyOverrides(Product& product, const SettingOverrides& overrides, CommandKind command) {
+  if (auto option = overrides.espOnlyOption(); option && product.target.avrBoard()) {
+    throw UsageError{L10n::Cli::espOnly(*option), command};
+  }
   if (overrides.baud) product.flashBaud = *overrides.baud;
   if (overrides.reset) product.resetMode = *overrides.reset;
   if (overrides.noVerify) product.verify = false;
@@ -151,13 +204,14 @@ std::string fileOf(const Product& product, const ProductIssue& issue) {
 
 std::string findingLine(const Product& product, const ProductIssue& issue) {
   std::string file = fileOf(product, issue);
-  return (issue.isError() ? L10n::Cli::errorPrefix() : L10n::Cli::warningPrefix()) + ": " +
-         (file.empty() ? "" : file + ": ") + issue.message();
+  return L10n::Cli::labelled(issue.isError() ? L10n::Cli::errorPrefix()
+                                             : L10n::Cli::warningPrefix()) +
+         " " + (file.empty() ? "" : file + ": ") + issue.message();
 }
 
 int flash(const Arguments& arguments) {
   ProductPackage package = productFor(arguments);
-  applyOverrides(package.product, arguments.overrides);
+  applyOverrides(package.product, arguments.overrides, arguments.command);
   auto issues = ProductCheck::check(package.product, package.files);
   for (const auto& issue : issues) {
     if (!issue.isError()) printError(findingLine(package.product, issue));
@@ -173,17 +227,18 @@ int flash(const Arguments& arguments) {
   auto show = [&](const NarratedStep& step) {
     if (step.stage) console.stage(*step.stage);
     if (step.line) console.line(step.line->text);
+    if (step.note) console.line(step.note->text);
   };
+  RunNarrator narrator(avr);
   console.line(
       RunNarration::opening(package.product.name, port.starts_with("/dev/") ? port.substr(5) : port)
           .text);
 
   FlashJob job(package.product, package.files, port, arguments.testDevice,
                [&](const FlashEvent& event) {
+                 show(narrator.narrate(event));
                  if (auto* progress = std::get_if<FlashEvents::Progress>(&event)) {
                    console.progress(progress->done, progress->total);
-                 } else {
-                   show(RunNarration::narrate(event, avr));
                  }
                });
   job.usbJTAGFirst = prefersUSBJTAGReset(portAt(present, port));
@@ -222,26 +277,40 @@ int flash(const Arguments& arguments) {
     show(RunNarration::succeeded(*summary));
     return success;
   }
-  show(RunNarration::failed(*failure, cancelled));
+  // The end of a failed run is an error: it goes where errors go.
+  NarratedStep end = RunNarration::failed(*failure, cancelled);
+  printError(end.line->text);
+  if (end.note) printError(end.note->text);
   return runFailed;
 }
 
 int pack(const Arguments& arguments) {
-  ProductPackage package = importProduct(targetFrom(*arguments.target), arguments.inputs);
+  ProductPackage package = importProduct(*arguments.target, arguments.inputs);
+  applyOverrides(package.product, arguments.overrides, arguments.command);
   fs::path out = *arguments.out;
   if (out.extension() != "." + std::string(ProductPackage::fileExtension)) {
     out += "." + std::string(ProductPackage::fileExtension);
   }
   package.product.name = arguments.name ? *arguments.name : out.stem().string();
+  if (arguments.notes) package.product.notes = *arguments.notes;
+
+  // A product that cannot be flashed is not saved: a CI job must not ship it.
+  auto issues = ProductCheck::check(package.product, package.files);
+  for (const auto& issue : issues)
+    printError(findingLine(package.product, issue));
+  if (ProductCheck::firstError(issues)) return unusable;
+  if (exists(out.string()) && !arguments.force) {
+    throw Unusable{L10n::Cli::alreadyExists(out.string())};
+  }
   try {
-    ProductPackage::write(package, out);
+    if (arguments.directory)
+      ProductPackage::writeDirectory(package, out);
+    else
+      ProductPackage::write(package, out);
   } catch (const PackageError& error) {
     throw Unusable{L10n::Errors::savingFailed(error.message())};
   } catch (const fs::filesystem_error& error) {
     throw Unusable{L10n::Errors::savingFailed(error.code().message() + ".")};
-  }
-  for (const auto& issue : ProductCheck::check(package.product, package.files)) {
-    printError(findingLine(package.product, issue));
   }
   std::printf(
       "%s\n",
@@ -276,14 +345,52 @@ std::string roleName(FirmwareImage::Role role) {
   return {};
 }
 
+// Characters a terminal acts on, shown as "\xNN" so a product cannot move the cursor, clear the
+// screen or retitle the window. C1 controls (U+0080 to U+009F) count as well.
+std::string visible(const std::string& text) {
+  std::string shown;
+  const std::string valid = validUTF8(text);
+  for (std::size_t i = 0; i < valid.size(); ++i) {
+    auto c = static_cast<unsigned char>(valid[i]);
+    char escaped[8];
+    if (c < 0x20 || c == 0x7F) {
+      std::snprintf(escaped, sizeof escaped, "\\x%02X", c);
+      shown += escaped;
+    } else if (c == 0xC2 && i + 1 < valid.size() &&
+               static_cast<unsigned char>(valid[i + 1]) <= 0x9F) {
+      std::snprintf(escaped, sizeof escaped, "\\u%04X", static_cast<unsigned char>(valid[++i]));
+      shown += escaped;
+    } else if (c == '\\') {
+      shown += "\\\\";
+    } else {
+      shown += static_cast<char>(c);
+    }
+  }
+  return shown;
+}
+
+// Columns on a terminal: one per character, not per byte, so "Größe" and "Nom du produit" line
+// up in every language.
+std::size_t displayWidth(const std::string& text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+std::string padded(const std::string& text, std::size_t width, bool right = false) {
+  std::string gap(width > displayWidth(text) ? width - displayWidth(text) : 0, ' ');
+  return right ? gap + text : text + gap;
+}
+
 int info(const Arguments& arguments) {
   ProductPackage package = openProduct(arguments.inputs[0]);
   const Product& p = package.product;
-  auto row = [](const std::string& label, const std::string& value) {
-    std::printf("%-28s %s\n", (label + ":").c_str(), value.c_str());
+  std::vector<std::pair<std::string, std::string>> rows;
+  auto row = [&](const std::string& label, const std::string& value) {
+    rows.emplace_back(L10n::Cli::labelled(label), value);
   };
   auto yesNo = [](bool value) { return value ? L10n::Cli::yes() : L10n::Cli::no(); };
-  row(L10n::Product::productName(), p.name.empty() ? L10n::Product::newProduct() : p.name);
+  row(L10n::Product::productName(), p.name.empty() ? L10n::Product::newProduct() : visible(p.name));
   row(L10n::Product::target(), targetName(p.target) + " (" + p.target.text() + ")");
   if (p.target.isESP()) {
     row(L10n::Settings::speedWhileFlashing(), std::to_string(p.flashBaud) + " baud");
@@ -295,12 +402,25 @@ int info(const Arguments& arguments) {
     row(L10n::Settings::bootloaderName(*board), std::to_string(baudRate(*board)) + " baud");
   }
   row(L10n::Settings::verifyAfterWriting(), yesNo(p.verify));
-  if (!p.notes.empty()) row(L10n::Product::notes(), p.notes);
+  if (!p.notes.empty()) row(L10n::Product::notes(), visible(p.notes));
+  std::size_t labelWidth = 0;
+  for (const auto& [label, value] : rows)
+    labelWidth = std::max(labelWidth, displayWidth(label));
+  for (const auto& [label, value] : rows)
+    std::printf("%s %s\n", padded(label, labelWidth).c_str(), value.c_str());
   std::printf("\n");
+
+  std::size_t roleWidth = 0, sizeWidth = 0;
   for (const auto& image : p.images) {
-    std::printf("%s %-18s %-10s %10s  %s  %s\n", image.enabled ? "*" : "-",
-                roleName(image.role).c_str(), formatAddress(image.offset).c_str(),
-                formatByteCount(image.size).c_str(), image.sha256.c_str(), image.fileName.c_str());
+    roleWidth = std::max(roleWidth, displayWidth(roleName(image.role)));
+    sizeWidth = std::max(sizeWidth, displayWidth(formatByteCount(image.size)));
+  }
+  for (const auto& image : p.images) {
+    std::printf("%s %s  %-10s  %s  %s  %s\n", image.enabled ? "*" : "-",
+                padded(roleName(image.role), roleWidth).c_str(),
+                formatAddress(image.offset).c_str(),
+                padded(formatByteCount(image.size), sizeWidth, true).c_str(),
+                visible(image.sha256).c_str(), visible(image.fileName).c_str());
   }
   return success;
 }
@@ -314,6 +434,7 @@ int run(int argc, char** argv) {
     arguments = parseArguments(words);
     switch (arguments.command) {
     case CommandKind::help: std::fputs(usageOf(arguments.helpFor).c_str(), stdout); return success;
+    case CommandKind::version: std::printf("tarnwick-cli %s\n", TARNWICK_VERSION); return success;
     case CommandKind::flash: return flash(arguments);
     case CommandKind::pack: return pack(arguments);
     case CommandKind::check: return check(arguments);
@@ -322,8 +443,7 @@ int run(int argc, char** argv) {
     }
   } catch (const UsageError& error) {
     printError(error.message);
-    std::fputc('\n', stderr);
-    std::fputs(usageOf(error.command).c_str(), stderr);
+    printError(L10n::Cli::seeHelp(commandWord(error.command)));
     return unusable;
   } catch (const Unusable& error) {
     printError(error.message);

@@ -12,7 +12,9 @@ cleanup() {
 }
 trap cleanup EXIT
 
-build/tests/support/tarnwick-simboard esp32 --pace --demo-folder "$work/project" >"$work/port" &
+simboard=build/Simulator/tarnwick-simboard
+[ -x "$simboard" ] || simboard=build/tests/support/tarnwick-simboard
+"$simboard" esp32 --pace --demo-folder "$work/project" >"$work/port" &
 sim=$!
 for _ in $(seq 50); do
   [ -s "$work/port" ] && break

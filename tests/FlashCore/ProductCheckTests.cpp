@@ -106,14 +106,14 @@ TEST(ProductCheck, CombinedESPRulesComeInTheDocumentedOrder) {
 
 TEST(ProductCheck, OverlapsTouchingRangesAndAutomaticChip) {
   Builder b;
-  auto first = b.add(Role::other, 0x1000, Bytes(0x5000), "first").id;
-  b.add(Role::other, 0x6000, Bytes(0x10), "second");
+  auto first = b.add(Role::other, 0x11000, Bytes(0x5000), "first").id;
+  b.add(Role::other, 0x16000, Bytes(0x10), "second");
   EXPECT_TRUE(b.check().empty());
   b.product.images[0].size = 0x5001;
   EXPECT_EQ(b.check(), std::vector<Issue>{err(Issue::Overlap{"second"}, first)});
-  b.product.images[1].offset = 0x2000;
+  b.product.images[1].offset = 0x12000;
   b.product.images[1].size = 0x2000;
-  b.add(Role::other, 0x3000, Bytes(0x10), "third");
+  b.add(Role::other, 0x13000, Bytes(0x10), "third");
   auto issues = b.check();
   ASSERT_EQ(issues.size(), 3u);
   EXPECT_EQ(issues[0].imageID, first);
@@ -133,6 +133,72 @@ TEST(ProductCheck, OverlapsTouchingRangesAndAutomaticChip) {
   esp8266.product.target = Target::esp(ESPChip::esp8266);
   esp8266.add(Role::application, 0x10000, espApplication(ChipIDs::esp32s3, 0x100, 2), "a");
   EXPECT_TRUE(esp8266.check().empty());
+}
+
+TEST(ProductCheck, HostileBoundsAndDataWithoutHeaderAtTheBootloader) {
+  Bytes hugeOTA =
+      partitionTable({{"otadata", 1, 0, 0xE000, 0xF0000000}, {"app0", 0, 0x10, 0x10000, 0x1000}});
+  Bytes sketch = avrSketch(0x2000);
+  Bytes merged(0x2000, 0xFF);
+  merged[0x1000] = 0xE9;
+  struct Case {
+    Target target;
+    std::uint32_t offset;
+    Bytes bytes;
+    Role role;
+    std::int64_t baud;
+    std::vector<Issue::Kind> expected;
+  };
+  const std::vector<Case> cases = {
+      {Target::esp(ESPChip::esp32),
+       0x8000,
+       hugeOTA,
+       Role::partitionTable,
+       460800,
+       {Issue::PartitionBeyondFlash{"otadata"}, Issue::OTADataTooLarge{}}},
+      {Target::esp(ESPChip::esp32),
+       0xFFFFF000,
+       Bytes(0x2000),
+       Role::other,
+       460800,
+       {Issue::BeyondFlash{}}},
+      {Target::esp(ESPChip::esp32), 0x10000, Bytes(16), Role::other, 1, {Issue::BaudOutOfRange{}}},
+      {Target::esp(ESPChip::esp32),
+       0x10000,
+       Bytes(16),
+       Role::other,
+       3'000'001,
+       {Issue::BaudOutOfRange{}}},
+      {Target::esp(ESPChip::esp32), 0x0, sketch, Role::other, 9600, {Issue::NoImageHeader{0x1000}}},
+      {Target::esp(ESPChip::esp32c3), 0x0, sketch, Role::other, 9600, {Issue::NoImageHeader{0x0}}},
+      {Target::esp(), 0x0, sketch, Role::other, 460800, {Issue::NoImageHeader{0x0}}},
+      {Target::esp(ESPChip::esp32), 0x0, merged, Role::other, 460800, {}},
+      {Target::esp(), 0x0, merged, Role::other, 460800, {}},
+      {Target::esp(ESPChip::esp32c3),
+       0x0,
+       merged,
+       Role::other,
+       460800,
+       {Issue::NoImageHeader{0x0}}},
+      {Target::avr(AVRBoard::uno), 0x0, sketch, Role::application, 1, {}},
+  };
+  for (const auto& c : cases) {
+    Builder b;
+    b.product.target = c.target;
+    b.product.flashBaud = c.baud;
+    b.add(c.role, c.offset, c.bytes, "x");
+    std::vector<Issue::Kind> kinds;
+    for (const auto& issue : b.check()) {
+      kinds.push_back(issue.kind);
+      EXPECT_EQ(issue.isError(), !std::holds_alternative<Issue::NoImageHeader>(issue.kind));
+    }
+    EXPECT_EQ(kinds, c.expected) << c.target.text() << " at " << c.offset;
+    // The plan never erases what a hostile table claims.
+    if (c.target.isESP()) {
+      for (const auto& write : FlashPlan::writes(b.product, b.files, ESPChip::esp32))
+        EXPECT_LE(write.data.size(), 0x10000u);
+    }
+  }
 }
 
 TEST(FlashPlan, PatchesPadsErasesOTADataAndSorts) {

@@ -1,8 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <set>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
+#include <zip.h>
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
@@ -87,7 +94,7 @@ TEST_F(ProductFile, WriteThenReadGivesTheSamePackageAndReplacesTheOldOne) {
   ProductPackage package = sample();
   // Bytes nobody refers to are not written.
   package.files[UUID::random()] = {9, 9, 9};
-  ProductPackage::write(package, location);
+  ProductPackage::writeDirectory(package, location);
   ProductPackage expected = package;
   std::erase_if(expected.files, [&](const auto& item) {
     return std::none_of(package.product.images.begin(), package.product.images.end(),
@@ -103,7 +110,7 @@ TEST_F(ProductFile, WriteThenReadGivesTheSamePackageAndReplacesTheOldOne) {
   // Saving again over an existing product swaps it whole and leaves no temporary behind.
   package.product.name = "Lamp v2";
   package.product.images.pop_back();
-  ProductPackage::write(package, location);
+  ProductPackage::writeDirectory(package, location);
   EXPECT_EQ(ProductPackage::read(location).product.name, "Lamp v2");
   EXPECT_EQ(std::distance(fs::directory_iterator(root), fs::directory_iterator()), 1);
   EXPECT_EQ(std::distance(fs::directory_iterator(location / "files"), fs::directory_iterator()), 2);
@@ -111,7 +118,7 @@ TEST_F(ProductFile, WriteThenReadGivesTheSamePackageAndReplacesTheOldOne) {
 
 TEST_F(ProductFile, FailedWritesLeaveThePreviousFileUntouched) {
   ProductPackage package = sample();
-  ProductPackage::write(package, location);
+  ProductPackage::writeDirectory(package, location);
   std::string before = slurp(location / "product.json");
 
   ProductPackage missing = package;
@@ -160,7 +167,7 @@ TEST_F(ProductFile, EveryReadingErrorOnRealDirectories) {
   EXPECT_THROW(ProductPackage::read(location), ProductDecodingError);
 
   ProductPackage package = sample();
-  ProductPackage::write(package, location);
+  ProductPackage::writeDirectory(package, location);
   const FirmwareImage& first = package.product.images[0];
   fs::path stored = location / "files" / ProductPackage::storedName(first);
   std::string original = slurp(stored);
@@ -187,7 +194,7 @@ TEST_F(ProductFile, EveryReadingErrorOnRealDirectories) {
 TEST_F(ProductFile, UntrustedFilesNeverReachOutside) {
   using E = PackageError;
   ProductPackage package = sample();
-  ProductPackage::write(package, location);
+  ProductPackage::writeDirectory(package, location);
   const FirmwareImage& first = package.product.images[0];
   fs::path stored = location / "files" / ProductPackage::storedName(first);
 
@@ -252,4 +259,277 @@ TEST(PackageError, MessagesInEveryLanguage) {
       EXPECT_TRUE(std::islower(static_cast<unsigned char>(text[0]))) << text;
     }
   }
+}
+
+namespace {
+
+// A container made entry by entry, for shapes the writer never makes.
+class ZipBuilder {
+public:
+  struct Entry {
+    Entry(std::string name, std::string data, bool stored = false,
+          std::optional<mode_t> unixMode = std::nullopt)
+        : name(std::move(name)), data(std::move(data)), stored(stored), unixMode(unixMode) {}
+    std::string name;
+    std::string data;
+    bool stored;
+    std::optional<mode_t> unixMode;
+  };
+  static std::string build(const std::vector<Entry>& entries) {
+    zip_error_t error;
+    zip_error_init(&error);
+    zip_source_t* buffer = zip_source_buffer_create(nullptr, 0, 0, &error);
+    zip_source_keep(buffer);
+    zip_t* archive = zip_open_from_source(buffer, ZIP_TRUNCATE, &error);
+    for (const Entry& entry : entries) {
+      zip_source_t* source = zip_source_buffer(archive, entry.data.data(), entry.data.size(), 0);
+      zip_int64_t index = zip_file_add(archive, entry.name.c_str(), source, ZIP_FL_ENC_UTF_8);
+      EXPECT_GE(index, 0) << entry.name;
+      auto i = static_cast<zip_uint64_t>(index);
+      zip_set_file_compression(archive, i, entry.stored ? ZIP_CM_STORE : ZIP_CM_DEFLATE, 0);
+      if (entry.unixMode) {
+        zip_file_set_external_attributes(archive, i, 0, ZIP_OPSYS_UNIX, *entry.unixMode << 16);
+      }
+    }
+    EXPECT_EQ(zip_close(archive), 0);
+    zip_stat_t stat;
+    zip_source_stat(buffer, &stat);
+    std::string bytes(stat.size, '\0');
+    zip_source_open(buffer);
+    zip_source_read(buffer, bytes.data(), bytes.size());
+    zip_source_close(buffer);
+    zip_source_free(buffer);
+    zip_error_fini(&error);
+    return bytes;
+  }
+};
+
+// Replaces every occurrence, as a name sits in both the local and the central header.
+std::string patched(std::string bytes, const std::string& from, const std::string& to) {
+  for (auto at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 1))
+    bytes.replace(at, from.size(), to);
+  return bytes;
+}
+
+void putLittle32(std::string& bytes, std::size_t at, std::uint32_t value) {
+  for (int i = 0; i < 4; ++i)
+    bytes[at + i] = static_cast<char>(value >> (8 * i));
+}
+
+// Gives the entry `name` a false uncompressed size in both of its headers.
+std::string withDeclaredSize(std::string bytes, const std::string& name, std::uint32_t size) {
+  for (auto at = bytes.find(name); at != std::string::npos; at = bytes.find(name, at + 1)) {
+    if (bytes.compare(at - 30, 4, "PK\x03\x04") == 0) putLittle32(bytes, at - 30 + 22, size);
+    if (at >= 46 && bytes.compare(at - 46, 4, "PK\x01\x02") == 0)
+      putLittle32(bytes, at - 46 + 24, size);
+  }
+  return bytes;
+}
+
+} // namespace
+
+TEST_F(ProductFile, BothFormsRoundTripAndConvertIntoEachOther) {
+  ProductPackage package = sample();
+  ProductPackage::write(package, location);
+  ASSERT_TRUE(fs::is_regular_file(location));
+  EXPECT_EQ(ProductPackage::read(location), package);
+  std::string bytes = slurp(location);
+  EXPECT_EQ(ProductPackage::decode(
+                ByteView(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size())),
+            package);
+
+  // The first entry is what type recognition reads at fixed offsets: a stored "mimetype"
+  // without data descriptor or extra field, so its content starts at byte 38.
+  ASSERT_GT(bytes.size(), 68u);
+  EXPECT_EQ(bytes.substr(0, 4), "PK\x03\x04");
+  EXPECT_EQ(bytes[6] & 0x08, 0);                       // no data descriptor
+  EXPECT_EQ(bytes.substr(8, 2), std::string(2, '\0')); // stored
+  EXPECT_EQ(bytes.substr(26, 4), std::string("\x08\0\0\0", 4));
+  EXPECT_EQ(bytes.substr(30, 8), "mimetype");
+  EXPECT_EQ(bytes.substr(38, 30), "application/x-tarnwick-product");
+  EXPECT_EQ(bytes.substr(68, 4), "PK\x03\x04");
+
+  // Directory → file → directory gives back the same directory, byte for byte.
+  fs::path folder = root / "Folder.twflash";
+  ProductPackage::writeDirectory(package, folder);
+  auto listing = [](const fs::path& directory) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::recursive_directory_iterator(directory)) {
+      if (entry.is_regular_file())
+        files[fs::relative(entry.path(), directory).string()] = slurp(entry.path());
+    }
+    return files;
+  };
+  auto original = listing(folder);
+  ProductPackage::write(ProductPackage::read(folder), folder);
+  ASSERT_TRUE(fs::is_regular_file(folder));
+  ProductPackage::writeDirectory(ProductPackage::read(folder), folder);
+  ASSERT_TRUE(fs::is_directory(folder));
+  EXPECT_EQ(listing(folder), original);
+
+  // Saving a file over the file replaces it; nothing is left beside either product.
+  package.product.name = "Lamp v2";
+  ProductPackage::write(package, location);
+  EXPECT_EQ(ProductPackage::read(location), package);
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(root))
+    names.insert(entry.path().filename().string());
+  EXPECT_EQ(names, (std::set<std::string>{"Folder.twflash", "Lamp.twflash"}));
+}
+
+TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
+  using E = PackageError;
+  ProductPackage package = sample();
+  const FirmwareImage& first = package.product.images[0];
+  const std::string record = encodeProduct(package.product);
+  const std::string firmwareName = "files/" + ProductPackage::storedName(first);
+  const std::string firmware(package.files[first.id].begin(), package.files[first.id].end());
+  std::vector<ZipBuilder::Entry> sound = {{"product.json", record}, {firmwareName, firmware}};
+  for (const auto& image : package.product.images) {
+    if (image.id == first.id) continue;
+    const Bytes& data = package.files[image.id];
+    sound.push_back({"files/" + ProductPackage::storedName(image), {data.begin(), data.end()}});
+  }
+  auto with = [&](std::vector<ZipBuilder::Entry> extra) {
+    auto entries = sound;
+    entries.insert(entries.end(), extra.begin(), extra.end());
+    return ZipBuilder::build(entries);
+  };
+  const std::string valid = ZipBuilder::build(sound);
+  // A record of a few kilobytes that claims to be smaller and would inflate much further.
+  std::string bomb = ZipBuilder::build({{"product.json", "{}" + std::string(8 << 20, ' ')}});
+
+  // Written by another tool: no mimetype entry, directory entries, a stored record.
+  auto tolerant = sound;
+  tolerant[0].stored = true;
+  tolerant.insert(tolerant.begin(), {"files/", "", false, S_IFDIR | 0755});
+  std::string flipped = valid;
+  flipped[flipped.find(firmwareName) + firmwareName.size() + 100] ^= 0x10;
+
+  struct Case {
+    const char* what;
+    std::string bytes;
+    std::optional<E> error; // absent: reads as the package
+  };
+  const std::vector<Case> cases = {
+      {"another tool's layout", ZipBuilder::build(tolerant), std::nullopt},
+      {"empty", "", E{E::NotAPackage{}}},
+      {"not a container", std::string(4096, 'x'), E{E::NotAPackage{}}},
+      {"truncated", valid.substr(0, valid.size() / 2), E{E::NotAPackage{}}},
+      {"truncated end", valid.substr(0, valid.size() - 1), E{E::NotAPackage{}}},
+      {"no record", ZipBuilder::build({{"other.json", record}}), E{E::NotAPackage{}}},
+      {"another type", with({{"mimetype", "application/epub+zip", true}}), E{E::NotAPackage{}}},
+      {"damaged type",
+       patched(with({{"mimetype", std::string(ProductPackage::mimeType), true}}),
+               "tarnwick-product", "tarnwick-produXt"),
+       E{E::NotAPackage{}}},
+      {"duplicate record", patched(with({{"product.jsoX", "{}"}}), "product.jsoX", "product.json"),
+       E{E::NotAPackage{}}},
+      {"absolute name", patched(with({{"Xetc/passwd", "x"}}), "Xetc/passwd", "/etc/passwd"),
+       E{E::NotAPackage{}}},
+      {"dot-dot name",
+       patched(with({{"files/XX/escape", "x"}}), "files/XX/escape", "files/../escape"),
+       E{E::NotAPackage{}}},
+      {"link entry", with({{"files/link", "/etc/passwd", true, S_IFLNK | 0777}}),
+       E{E::NotAPackage{}}},
+      {"device entry", with({{"files/dev", "", true, S_IFCHR | 0666}}), E{E::NotAPackage{}}},
+      {"firmware as a link",
+       [&] {
+         auto entries = sound;
+         entries[1].unixMode = S_IFLNK | 0777;
+         return ZipBuilder::build(entries);
+       }(),
+       E{E::NotAPackage{}}},
+      {"declared too large", withDeclaredSize(valid, firmwareName, 300u << 20),
+       E{E::NotAPackage{}}},
+      {"sum too large",
+       withDeclaredSize(
+           withDeclaredSize(with({{"notes/a", "a"}, {"notes/b", "b"}}), "notes/a", 300u << 20),
+           "notes/b", 300u << 20),
+       E{E::NotAPackage{}}},
+      {"inflates beyond its size", withDeclaredSize(bomb, "product.json", 1000),
+       E{E::NotAPackage{}}},
+      {"missing firmware", ZipBuilder::build({sound[0]}), E{E::MissingFile{"firmware.bin"}}},
+      {"changed firmware", flipped, E{E::DamagedFile{"firmware.bin"}}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    fs::remove_all(location);
+    put(location, c.bytes);
+    auto before = fs::directory_iterator(root);
+    ByteView view(reinterpret_cast<const std::uint8_t*>(c.bytes.data()), c.bytes.size());
+    for (int fromMemory = 0; fromMemory < 2; ++fromMemory) {
+      try {
+        ProductPackage read =
+            fromMemory ? ProductPackage::decode(view) : ProductPackage::read(location);
+        EXPECT_FALSE(c.error);
+        if (!c.error) {
+          EXPECT_EQ(read, package);
+        }
+      } catch (const PackageError& error) {
+        EXPECT_EQ(std::optional<E>(error), c.error);
+      }
+    }
+    // Entries are only ever read into memory.
+    EXPECT_EQ(std::distance(fs::directory_iterator(root), fs::directory_iterator()), 1);
+    EXPECT_FALSE(fs::exists("escape") || fs::exists(root / "escape") || fs::exists("files"));
+  }
+}
+
+TEST_F(ProductFile, LeftoversOfAnInterruptedSaveGoWithTheNextSave) {
+  ProductPackage package = sample();
+  put(root / ".Lamp.twflash.saving-abcd1234", "half a file");
+  fs::create_directories(root / ".Lamp.twflash.saving-efgh5678" / "files");
+  put(root / ".Lamp.twflash.saving-locked00", "a save still running");
+  put(root / ".Other.twflash.saving-abcd1234", "another product's");
+  int running = ::open((root / ".Lamp.twflash.saving-locked00").c_str(), O_RDONLY);
+  ASSERT_EQ(::flock(running, LOCK_EX), 0);
+  ProductPackage::write(package, location);
+  ::close(running);
+  std::set<std::string> names;
+  for (const auto& entry : fs::directory_iterator(root))
+    names.insert(entry.path().filename().string());
+  EXPECT_EQ(names, (std::set<std::string>{"Lamp.twflash", ".Lamp.twflash.saving-locked00",
+                                          ".Other.twflash.saving-abcd1234"}));
+}
+
+TEST_F(ProductFile, ASaveKilledAtAnyMomentLeavesTheOldOrTheNewProduct) {
+  // Large enough that a save takes a few milliseconds, so the kills land inside it.
+  ProductPackage older = sample(), newer = sample();
+  std::mt19937 random(42);
+  for (auto* package : {&older, &newer}) {
+    Bytes big(2 << 20);
+    for (auto& byte : big)
+      byte = static_cast<std::uint8_t>(random());
+    package->product.images[0].size = static_cast<std::int64_t>(big.size());
+    package->product.images[0].sha256 = Digest::sha256Hex(big);
+    package->files[package->product.images[0].id] = big;
+  }
+  newer.product.name = "Lamp v2";
+
+  for (int round = 0; round < 16; ++round) {
+    // Half of the rounds start from a directory that the single file replaces.
+    if (round % 2 == 0) {
+      fs::remove_all(location);
+      ProductPackage::writeDirectory(older, location);
+    }
+    pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      try {
+        for (int i = 0;; ++i)
+          ProductPackage::write(i % 2 ? older : newer, location);
+      } catch (...) {
+      }
+      ::_exit(1);
+    }
+    std::this_thread::sleep_for(std::chrono::microseconds(random() % 60000));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ProductPackage found = ProductPackage::read(location);
+    EXPECT_TRUE(found == older || found == newer) << "round " << round;
+  }
+  ProductPackage::write(older, location);
+  EXPECT_EQ(std::distance(fs::directory_iterator(root), fs::directory_iterator()), 1);
+  EXPECT_EQ(ProductPackage::read(location), older);
 }

@@ -115,13 +115,23 @@ TEST(Product, DecodingFailsWholeOnAnyBadValue) {
   EXPECT_NE(decodeFailure("[]"), "decoded");
   EXPECT_NE(decodeFailure("{\"name\": \"cut"), "decoded");
   EXPECT_NE(decodeFailure(std::string(100000, '[')), "decoded");
+  auto twins = json;
+  twins["images"].push_back(json["images"][0]);
+  EXPECT_NE(decodeFailure(twins.dump()), "decoded");
   // Unknown keys are ignored.
   EXPECT_EQ(decodeProduct(R"({"colour": "red", "version": 0})").version, 0);
 
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
-    EXPECT_NE(ProductDecodingError{"x"}.message().find("(x)"), std::string::npos);
+    EXPECT_NE(ProductDecodingError{"x"}.message("P.twflash").find("P.twflash"), std::string::npos);
   }
+  LanguageOverride english(Language::en);
+  EXPECT_EQ(ProductDecodingError{"x"}.message("P.twflash"),
+            "Cannot read P.twflash. Is it a file of this app?");
+
+  // Linux file names may hold any byte; the record still saves and reads back.
+  one.images[0].fileName = "app\xff.bin";
+  EXPECT_EQ(decodeProduct(encodeProduct(one)).images[0].fileName, "app\xEF\xBF\xBD.bin");
 }
 
 TEST(Product, EnabledImagesSortStablyAndEndWraps) {

@@ -269,6 +269,14 @@ TEST(ESPLoader, LineFailuresAndCancellationAtEachPointOfConnecting) {
     for (const auto& step : bench.link.steps)
       if (step.starts_with("write")) writes.push_back(step);
     EXPECT_EQ(writes, (std::vector<std::string>{"write 0x08", "write 0x14", "write 0x0A"}));
+    // A refusal long enough to hold a chip id is still a refusal.
+    Bench refused;
+    refused.link.answerRequests = true;
+    refused.link.answerData[opcode(ESPCommand::getSecurityInfo)] = Bytes(24, 0);
+    refused.link.answerData[opcode(ESPCommand::getSecurityInfo)][12] = 9; // ESP32-S3
+    refused.link.answerData[opcode(ESPCommand::getSecurityInfo)][20] = 1;
+    refused.link.registers[ESPChips::magicRegister] = 0x00F01D83;
+    EXPECT_EQ(refused.loader.connect(ResetMode::classic, false), ESPChip::esp32);
   }
   {
     // Once the chip answered a sync, a failing read is the end, not another try.

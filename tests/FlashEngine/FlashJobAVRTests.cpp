@@ -146,11 +146,14 @@ TEST(FlashJobAVR, RefusalsAndSilence) {
 }
 
 TEST(FlashJobAVR, UnpluggedAndCancelledRunsEndPromptly) {
-  {
+  // Pulled while writing, and pulled while connecting: the adapter is gone, not silent.
+  for (auto [board, pages] : {std::pair{AVRBoard::uno, 5}, std::pair{AVRBoard::mega2560, 0},
+                              std::pair{AVRBoard::uno, 0}}) {
     SimulatedAVROptions options;
-    options.disconnectAfterPages = 5;
+    options.board = board;
+    options.disconnectAfterPages = pages;
     SimulatedAVR simulated(options);
-    auto p = avrProduct(AVRBoard::uno, 4000);
+    auto p = avrProduct(board, 4000);
     FlashJob job(p.product, p.files, simulated.path(), true, nullptr);
     auto start = Clock::now();
     auto error = errorOf<FlashPortError>([&] { job.run(); });

@@ -40,8 +40,23 @@ TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
   EXPECT_EQ(RunNarration::opening("", "ttyUSB0").text, "--- Flashing New product on ttyUSB0 ---");
   EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}),
             (NarratedStep{"Done", LogSegment{Kind::system, "--- Done in 3.4 s ---"}}));
+  EXPECT_EQ(step(Connected{"ESP8266", std::nullopt}).note->text,
+            "The ESP8266 ROM cannot verify (its bootloader checks every block) and flashes at "
+            "115200 baud.");
   EXPECT_EQ(RunNarration::failed("Stopped.", true),
-            (NarratedStep{"Stopped", LogSegment{Kind::warning, "✕ Stopped."}}));
+            (NarratedStep{
+                "Stopped", LogSegment{Kind::warning, "✕ Stopped."},
+                LogSegment{Kind::warning, "The board was restarted and is only partly written."}}));
+
+  // The AVR loader connects after the write began; the first progress shows the write again.
+  RunNarrator avr(true);
+  std::vector<std::optional<std::string>> stages;
+  for (FlashEvent e : std::vector<FlashEvent>{Writing{"Blink.hex", 0, 2000}, Connecting{1, false},
+                                              Progress{0, 4000}, Progress{1, 4000}})
+    stages.push_back(avr.narrate(e).stage);
+  EXPECT_EQ(stages, (std::vector<std::optional<std::string>>{"Writing Blink.hex…",
+                                                             "Connecting to the bootloader…",
+                                                             "Writing Blink.hex…", std::nullopt}));
   EXPECT_EQ(RunNarration::failed("No answer.", false).line,
             (LogSegment{Kind::error, "✕ No answer."}));
 

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <set>
+#include <sstream>
 
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
@@ -11,6 +12,7 @@
 #include "Localization/PackageTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "Localization/ProductTexts.hpp"
+#include "Localization/RunTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -50,7 +52,6 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Product::espDetectAutomatically(); },
       [] { return L::Product::productName(); },
       [] { return L::Product::boardName(AVRBoard::nanoOldBootloader); },
-      [] { return L::Product::damagedRecord("x"); },
       [] { return L::Images::partitionTable(); },
       [] { return L::Images::fileSystem(); },
       [] { return L::Cli::unknownCommand("x"); },
@@ -62,13 +63,31 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Cli::missingInput(); },
       [] { return L::Cli::oneProductFile(); },
       [] { return L::Cli::noInputs(); },
-      [] { return L::Cli::unknownTarget("x"); },
+      [] { return L::Cli::unknownTarget("x", {"esp:auto"}); },
+      [] { return L::Cli::missingCommand(); },
+      [] { return L::Cli::didYouMean("flash"); },
+      [] {
+        return L::Cli::validValues({"a", "b"});
+      },
+      [] { return L::Cli::espOnly("--baud"); },
+      [] { return L::Cli::targetWithProduct(); },
+      [] { return L::Cli::noSuchFile(); },
+      [] { return L::Cli::alreadyExists("P.twflash"); },
+      [] { return L::Issue::noImageHeaderAt(0x1000); },
+      [] { return L::Issue::partitionBeyondFlash("ota_0"); },
+      [] { return L::Issue::beyondFlash(); },
+      [] { return L::Issue::otaDataTooLarge(); },
+      [] { return L::Issue::baudOutOfRange(9600, 3000000); },
+      [] { return L::Log::partlyWritten(); },
+      [] { return L::Log::esp8266Limits(); },
       [] { return L::Cli::noUSBPort(); },
-      [] { return L::Cli::severalPorts({"/dev/ttyUSB0", "/dev/ttyUSB1"}); },
+      [] {
+        return L::Cli::severalPorts({"/dev/ttyUSB0", "/dev/ttyUSB1"});
+      },
       [] { return L::Cli::noPortsFound(); },
       [] { return L::Cli::packed("P.twflash", 3); },
       [] { return L::Cli::noFindings(); },
-      [] { return L::Cli::seeHelp(); },
+      [] { return L::Cli::seeHelp("flash"); },
       [] { return L::Cli::helpOverview(); },
       [] { return L::Cli::helpFlash(); },
       [] { return L::Cli::helpPack(); },
@@ -87,10 +106,28 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       LanguageOverride guard(language);
       std::string text = sentences[i]();
       EXPECT_FALSE(text.empty()) << i << " " << code(language);
+      // French puts one plain space before a colon, everywhere alike.
+      for (auto at = text.find(": "); language == Language::fr && at != std::string::npos;
+           at = text.find(": ", at + 1))
+        EXPECT_EQ(text[at - 1], ' ') << text;
       versions.insert(text);
     }
     // At least four distinct versions: two languages may share a loanword ("Bootloader").
     EXPECT_GE(versions.size(), 4u) << "text " << i;
+  }
+  // Option tables: descriptions start in one column, counted in characters, at least two apart.
+  for (Language language : allLanguages) {
+    LanguageOverride guard(language);
+    for (const std::string& help : {L::Cli::helpFlash(), L::Cli::helpPack()}) {
+      std::set<std::size_t> columns;
+      std::istringstream lines(help);
+      for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("  -")) continue;
+        std::erase_if(line, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
+        columns.insert(line.find_first_not_of(' ', line.find("  ", 3)));
+      }
+      EXPECT_EQ(columns.size(), 1u) << code(language);
+    }
   }
   LanguageOverride english(Language::en);
   EXPECT_EQ(L::Errors::cannotOpen("P.twflash", "it is not a product file of this app."),

@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <fstream>
 #include <poll.h>
+#include <set>
 #include <spawn.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -41,7 +43,8 @@ struct Result {
 };
 
 // Runs tarnwick-cli in English; with `interruptWhen`, sends SIGINT once stdout contains it.
-Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {}) {
+Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {},
+              const std::string& language = "en") {
   int out[2], err[2];
   EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
   EXPECT_EQ(::pipe2(err, O_CLOEXEC), 0);
@@ -55,7 +58,7 @@ Result runCLI(const std::vector<std::string>& args, const std::string& interrupt
   for (auto& w : words)
     argv.push_back(w.data());
   argv.push_back(nullptr);
-  std::vector<std::string> env = {"LANGUAGE=en", "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
+  std::vector<std::string> env = {"LANGUAGE=" + language, "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
   std::vector<char*> envp;
   for (auto& e : env)
     envp.push_back(e.data());
@@ -126,6 +129,7 @@ TEST_F(CLI, PackedProductAndBuildFolderFlashTheSameContents) {
   EXPECT_NE(direct.out.find("Chip: ESP32-S3 · MAC AB:CD:12:34:56:78"), std::string::npos);
   EXPECT_NE(direct.out.find("✓ firmware.bin verified"), std::string::npos);
   EXPECT_TRUE(direct.lastLine().starts_with("--- Done in ")) << direct.out;
+  EXPECT_TRUE(direct.out.starts_with("--- Flashing project on ")) << direct.out;
   // Output is not a terminal: no progress bar, plain lines only.
   EXPECT_EQ(direct.out.find('\r'), std::string::npos);
   Bytes fromFolder = board.flash();
@@ -134,7 +138,7 @@ TEST_F(CLI, PackedProductAndBuildFolderFlashTheSameContents) {
   Result packed = runCLI({"pack", "--target", "esp:auto", "--out", (root / "Sensor").string(),
                           "--name", "Sensor v1", (root / "project").string()});
   ASSERT_EQ(packed.status, 0) << packed.err;
-  ASSERT_TRUE(fs::exists(root / "Sensor.twflash" / "product.json"));
+  ASSERT_TRUE(fs::is_regular_file(root / "Sensor.twflash"));
   EXPECT_EQ(ProductPackage::read(root / "Sensor.twflash").product.name, "Sensor v1");
 
   Result fromFile = runCLI(
@@ -147,6 +151,35 @@ TEST_F(CLI, PackedProductAndBuildFolderFlashTheSameContents) {
   EXPECT_EQ(info.status, 0);
   EXPECT_NE(info.out.find("ESP32-S3 (esp:esp32s3)"), std::string::npos);
   EXPECT_NE(info.out.find("0x290000"), std::string::npos);
+
+  // Replacing needs --force; the settings of flash and --notes go into the product; a name
+  // cannot drive the terminal; every language lines up its columns by characters, not bytes.
+  std::vector<std::string> again = {
+      "pack", "-t",     "esp:auto", "--out", (root / "Sensor").string(), "--name", "A\x1B]0;x\aB",
+      "-b",   "921600", "--notes",  "n",     (root / "project").string()};
+  EXPECT_EQ(runCLI(again).status, 2);
+  EXPECT_EQ(ProductPackage::read(root / "Sensor.twflash").product.name, "Sensor v1");
+  again.push_back("--force");
+  ASSERT_EQ(runCLI(again).status, 0);
+  auto repacked = ProductPackage::read(root / "Sensor.twflash").product;
+  EXPECT_EQ(std::pair(repacked.flashBaud, repacked.notes),
+            std::pair(std::int64_t{921600}, std::string("n")));
+  for (const char* language : {"en", "nl", "de", "fr", "es"}) {
+    std::istringstream lines(
+        runCLI({"info", (root / "Sensor.twflash").string()}, {}, language).out);
+    std::set<std::size_t> valueColumns, sizeEnds;
+    for (std::string line; std::getline(lines, line);) {
+      // Columns count characters: drop UTF-8 continuation bytes.
+      std::erase_if(line, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
+      if (line.starts_with("* "))
+        sizeEnds.insert(line.find("  ", line.find("0x") + 12));
+      else if (auto colon = line.find(": "); colon != std::string::npos)
+        valueColumns.insert(line.find_first_not_of(' ', colon + 1));
+      EXPECT_EQ(line.find('\x1B'), std::string::npos) << language;
+    }
+    EXPECT_EQ(valueColumns.size(), 1u) << language;
+    EXPECT_EQ(sizeEnds.size(), 1u) << language;
+  }
   Result check = runCLI({"check", (root / "Sensor.twflash").string()});
   EXPECT_EQ(check.status, 0);
 }
@@ -183,8 +216,9 @@ TEST_F(CLI, SingleFilesAndArduinoSketches) {
 TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
   // A damaged product file.
   platformIOBuild("env", ChipIDs::esp32s3, Layouts::arduinoDefault()).writeTo(root / "p");
-  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--out", (root / "P.twflash").string(),
-                    (root / "p").string()})
+  // The directory form, as other programs exchange it, is read with the same checks.
+  ASSERT_EQ(runCLI({"pack", "--target", "esp:esp32s3", "--directory", "--out",
+                    (root / "P.twflash").string(), (root / "p").string()})
                 .status,
             0);
   for (const auto& entry : fs::directory_iterator(root / "P.twflash" / "files")) {
@@ -214,7 +248,7 @@ TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
   Result wrongChip =
       runCLI({"flash", "--test-device", "--port", wrong.path(), (root / "P.twflash").string()});
   EXPECT_EQ(wrongChip.status, 1);
-  EXPECT_EQ(wrongChip.lastLine(), "✕ ESP32-C3 is connected, but this product is for an ESP32-S3.");
+  EXPECT_EQ(wrongChip.err, "✕ ESP32-C3 is connected, but this product is for an ESP32-S3.\n");
 
   // A board that never answers.
   SimulatedESPOptions mute;
@@ -223,20 +257,54 @@ TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
   Result noSync =
       runCLI({"flash", "--test-device", "--port", silent.path(), (root / "P.twflash").string()});
   EXPECT_EQ(noSync.status, 1);
-  EXPECT_TRUE(noSync.lastLine().starts_with("✕ No connection with the bootloader.")) << noSync.out;
+  EXPECT_TRUE(noSync.err.starts_with("✕ No connection with the bootloader.")) << noSync.err;
 
-  // Usage errors.
-  EXPECT_EQ(runCLI({}).status, 0);
-  EXPECT_EQ(runCLI({"frobnicate"}).status, 2);
-  EXPECT_EQ(runCLI({"flash"}).status, 2);
-  EXPECT_EQ(runCLI({"flash", "--baud", "fast", "x.twflash"}).status, 2);
+  // Wrong firmware is refused, never reported done: a product file with --target, an import
+  // error while packing (nothing written), several sketches for one Arduino.
+  Result both =
+      runCLI({"flash", "-t", "esp:esp32s3", "-p", "/dev/null", (root / "P.twflash").string()});
+  EXPECT_EQ(both.err.substr(0, both.err.find('\n')),
+            "A product file names its own target; leave out --target.");
+  Result wrongPack =
+      runCLI({"pack", "-t", "esp:esp32", "--out", (root / "W").string(), (root / "p").string()});
+  EXPECT_EQ(wrongPack.status, 2);
+  EXPECT_NE(wrongPack.err.find("Error: firmware.bin: Built for ESP32-S3, not for ESP32."),
+            std::string::npos);
+  EXPECT_FALSE(fs::exists(root / "W.twflash"));
+  std::ofstream(root / "a.hex") << intelHexOf(avrSketch(100));
+  Result twoSketches = runCLI({"pack", "-t", "avr:uno", "--out", (root / "W").string(),
+                               (root / "a.hex").string(), (root / "a.hex").string()});
+  EXPECT_EQ(std::pair(twoSketches.status, twoSketches.err),
+            std::pair(2, std::string("An Arduino board takes one sketch.\n")));
+
+  // Usage errors: one line and where the help is, on stderr, status 2.
+  EXPECT_EQ(runCLI({"--version"}).out, "tarnwick-cli 0.1.0\n");
+  EXPECT_EQ(runCLI({}).status, 2);
+  Result typo = runCLI({"flsh"});
+  EXPECT_EQ(
+      std::pair(typo.status, typo.err),
+      std::pair(2,
+                std::string(
+                    "Unknown command “flsh”. Did you mean flash?\nSee “tarnwick-cli --help”.\n")));
+  EXPECT_NE(runCLI({"pack", "--bad", "x"}).err.find("Did you mean --baud?"), std::string::npos);
+  EXPECT_NE(runCLI({"flash", "--baud", "1", "x"}).err.find("between 9600 and 3000000 baud"),
+            std::string::npos);
+  EXPECT_NE(runCLI({"flash", "-t", "avr:uno", "--reset", "classic", "x"})
+                .err.find("--reset applies to ESP boards only."),
+            std::string::npos);
   Result badTarget = runCLI({"flash", "--target", "esp:esp33", (root / "p").string()});
   EXPECT_EQ(badTarget.status, 2);
-  EXPECT_NE(badTarget.err.find("Unknown target esp:esp33"), std::string::npos);
+  EXPECT_NE(badTarget.err.find("Unknown target esp:esp33. Valid targets: esp:auto, esp:esp8266,"),
+            std::string::npos);
+  EXPECT_NE(runCLI({"info", (root / "nothing.twflash").string()})
+                .err.find("nothing.twflash: No such file or directory."),
+            std::string::npos);
   std::ofstream(root / "empty.hex").close();
-  Result empty = runCLI({"flash", "--target", "avr:uno", "--port", "/dev/null", (root / "empty.hex").string()});
+  Result empty = runCLI(
+      {"flash", "--target", "avr:uno", "--port", "/dev/null", (root / "empty.hex").string()});
   EXPECT_EQ(empty.status, 2);
-  EXPECT_NE(empty.err.find("Cannot use empty.hex: the file is empty."), std::string::npos) << empty.err;
+  EXPECT_NE(empty.err.find("Cannot use empty.hex: the file is empty."), std::string::npos)
+      << empty.err;
   Result device = runCLI({"flash", "--target", "avr:uno", "--port", "/dev/null", "/dev/null"});
   EXPECT_EQ(device.status, 2);
   EXPECT_TRUE(device.err.starts_with("Cannot use null: ")) << device.err;
@@ -251,7 +319,7 @@ TEST_F(CLI, CtrlCStopsTheRunAndRestartsTheBoard) {
                      "--target", "esp:esp32", (root / "p").string()},
                     "→ firmware.bin");
   EXPECT_EQ(r.status, 1) << r.out;
-  EXPECT_EQ(r.lastLine(), "✕ Stopped.");
+  EXPECT_EQ(r.err, "✕ Stopped.\nThe board was restarted and is only partly written.\n");
 }
 
 TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
@@ -268,9 +336,21 @@ TEST(CLIArguments, OptionsAreParsedAndCheckedPerCommand) {
   EXPECT_EQ(parseArguments({"help", "flash"}).helpFor, CommandKind::flash);
   EXPECT_THROW(parseArguments({"check", "--port", "x", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"flash", "--reset", "sometimes", "p"}), UsageError);
+  Arguments shortForms =
+      parseArguments({"flash", "-p", "/dev/ttyUSB1", "-b", "9600", "-t", "esp:auto", "d"});
+  EXPECT_EQ(std::tuple(shortForms.port, shortForms.overrides.baud, shortForms.target),
+            std::tuple(std::optional<std::string>("/dev/ttyUSB1"),
+                       std::optional<std::int64_t>(9600), std::optional<std::string>("esp:auto")));
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(closestMatch("esp32s3", Words{"esp:esp32", "esp:esp32s3"}), "esp:esp32s3");
+  EXPECT_EQ(closestMatch("--verify", Words{"--no-verify", "--port"}), "--no-verify");
+  EXPECT_FALSE(closestMatch("zzz", Words{"flash", "pack"}));
   EXPECT_THROW(parseArguments({"flash", "--baud", "100", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"flash", "--no-verify=yes", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"pack", "--target", "esp:auto", "dir"}), UsageError);
+  EXPECT_TRUE(
+      parseArguments({"pack", "--target", "esp:auto", "--directory", "--out", "P", "d"}).directory);
+  EXPECT_THROW(parseArguments({"flash", "--directory", "p"}), UsageError);
   EXPECT_THROW(parseArguments({"ports", "extra"}), UsageError);
   EXPECT_EQ(parseArguments({"flash", "--", "--odd-name.bin"}).inputs,
             std::vector<std::string>{"--odd-name.bin"});

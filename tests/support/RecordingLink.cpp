@@ -44,10 +44,12 @@ void RecordingLink::write(ByteView bytes) {
       auto it = registers.find(readLE32(ByteView(frame).subspan(8, 4)));
       if (it != registers.end()) value = it->second;
     }
-    Bytes response{0x01, frame[1], 4, 0};
+    auto special = answerData.find(frame[1]);
+    Bytes data = special != answerData.end() ? special->second : Bytes{0, 0, 0, 0};
+    Bytes response{0x01, frame[1], static_cast<std::uint8_t>(data.size()), 0};
     for (int i = 0; i < 4; ++i)
       response.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
-    response.insert(response.end(), {0, 0, 0, 0});
+    response.insert(response.end(), data.begin(), data.end());
     Bytes framed = SLIP::encode(response);
     pending_.insert(pending_.end(), framed.begin(), framed.end());
   }

@@ -23,6 +23,8 @@ public:
   /// Answer every request with success (value from `registers` for readRegister).
   bool answerRequests = false;
   std::map<std::uint32_t, std::uint32_t> registers;
+  /// The data (status bytes included) of the answer to these opcodes, instead of bare success.
+  std::map<std::uint8_t, Bytes> answerData;
   /// setBaudRate fails as an adapter that refuses the rate.
   bool refuseBaudRate = false;
   /// Requests with these opcodes fail to write (writeFailed), after being recorded.

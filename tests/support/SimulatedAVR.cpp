@@ -93,6 +93,11 @@ void SimulatedAVR::serve() {
           static_cast<double>(n) * 10.0 / static_cast<double>(baudRate(options_.board))));
     }
     input.insert(input.end(), chunk, chunk + n);
+    if (options_.disconnectAfterPages == 0) { // pulled before the bootloader answered at all
+      gone_ = true;
+      terminal_.closeController();
+      break;
+    }
     for (;;) {
       bool handled = false;
       switch (protocol(options_.board)) {
