@@ -85,9 +85,8 @@ std::string portAccessDenied(const std::string& path, const std::string& group) 
            "“ haben Zugriff darauf. Treten Sie der Gruppe mit „" + command +
            "“ bei und melden Sie sich danach ab und wieder an.";
   case Language::fr:
-    return "Vous n’avez pas le droit d’ouvrir " + path +
-           " : seuls les membres du groupe « " + group +
-           " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +
+    return "Vous n’avez pas le droit d’ouvrir " + path + " : seuls les membres du groupe « " +
+           group + " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +
            " », puis fermez votre session et rouvrez-la.";
   case Language::es:
     return "No tienes permiso para abrir " + path + ": solo los miembros del grupo «" + group +
@@ -145,7 +144,6 @@ std::string portDisconnected() {
              "El adaptador se ha desconectado."});
 }
 
-
 } // namespace tarnwick::L10n::Errors
 
 namespace tarnwick::L10n::Ports {
@@ -165,7 +163,7 @@ std::string severalUSBBoards() {
   return tr({"Several USB boards are connected. Choose one with --port:",
              "Er zijn meerdere USB-boards aangesloten. Kies er een met --port:",
              "Mehrere USB-Boards sind angeschlossen. Wähle eines mit --port:",
-             "Plusieurs cartes USB sont branchées. Choisissez-en une avec --port\u00A0:",
+             "Plusieurs cartes USB sont branchées. Choisissez-en une avec --port :",
              "Hay varias placas USB conectadas. Elige una con --port:"});
 }
 

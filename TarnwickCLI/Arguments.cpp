@@ -34,9 +34,10 @@ std::vector<std::string> optionsOf(CommandKind command) {
     options.insert(options.end(), {"--port", "--test-device", "--target"});
     break;
   case CommandKind::pack:
-    options.insert(options.end(), {"--target", "--out", "--name", "--notes", "--force", "--directory"});
+    options.insert(options.end(),
+                   {"--target", "--out", "--name", "--notes", "--force", "--directory"});
     break;
-  case CommandKind::ports: return {"--json", "--watch"};
+  case CommandKind::ports: options = {"--json", "--watch"}; break;
   default: return {};
   }
   return options;
