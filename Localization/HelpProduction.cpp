@@ -198,7 +198,7 @@ HelpTopic privacy() {
                "tu propia carpeta personal."}),
           paragraph(
               {"The serial port is opened exclusively, so no other program can interfere while "
-               "flashing. Tarnwick cannot be quit while flashing: a half-written board does not "
+               "flashing. The app cannot be quit while flashing: a half-written board does not "
                "start.",
                "De seriële poort wordt exclusief geopend, zodat geen ander programma tijdens het "
                "flashen kan storen. Tarnwick kan tijdens het flashen niet worden afgesloten: een "
