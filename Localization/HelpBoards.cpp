@@ -8,7 +8,8 @@ namespace tarnwick::L10n::Help::content {
 HelpTopic esp() {
   return {
       "esp",
-      tr(same("ESP32 and ESP8266")),
+      tr({"ESP32 and ESP8266", "ESP32 en ESP8266", "ESP32 und ESP8266", "ESP32 et ESP8266",
+          "ESP32 y ESP8266"}),
       "cpu",
       {
           paragraph(
