@@ -70,7 +70,8 @@ struct HelpIcon {
   /// A name of the freedesktop icon naming scheme, or the file name (without extension) of one of
   /// the application's own icons.
   std::string name;
-  /// The theme has no fitting icon, so the application ships its own under `name`.
+  /// The theme has no fitting icon, so the application ships its own: `Assets/icons/` + `name`
+  /// + ".svg".
   bool own = false;
   bool operator==(const HelpIcon&) const = default;
 };

@@ -122,11 +122,11 @@ HelpTopic start() {
                "of bytes and the time it took. **Show Log** (Ctrl+L) opens the log; it can be "
                "saved as a text file.",
                "Na een geslaagde flash noemt het logboek de chip, het MAC-adres (ESP), het aantal "
-               "bytes en de duur. **Log tonen** (Ctrl+L) opent het logboek; je kunt het als "
+               "bytes en de duur. **Logboek tonen** (Ctrl+L) opent het logboek; je kunt het als "
                "tekstbestand bewaren.",
                "Nach einem erfolgreichen Durchlauf nennt das Protokoll den Chip, seine "
                "MAC-Adresse (ESP), die Anzahl der Bytes und die Dauer. **Protokoll einblenden** "
-               "(Strg+L) öffnet es; es lässt sich als Textdatei sichern.",
+               "(Strg+L) öffnet es; es lässt sich als Textdatei speichern.",
                "Après un flashage réussi, le journal indique la puce, son adresse MAC (ESP), le "
                "nombre d’octets et la durée. **Afficher le journal** (Ctrl+L) l’ouvre\u00A0; il "
                "peut être enregistré comme fichier texte.",
@@ -195,7 +195,7 @@ HelpTopic products() {
                "`.twflash`. De firmwarebestanden zitten erin, elk met zijn SHA-256-controlesom; "
                "zo kun je het bestand naar een andere computer kopiëren en valt een beschadigd "
                "of gewijzigd bestand bij het openen op.",
-               "**Produkt sichern** (Strg+S) schreibt es als eine Datei mit der Endung "
+               "**Produkt speichern** (Strg+S) schreibt es als eine Datei mit der Endung "
                "`.twflash`. Die Firmware-Dateien stecken darin, jede mit ihrer "
                "SHA-256-Prüfsumme: So lässt sich die Datei auf einen anderen Rechner kopieren, "
                "und eine beschädigte oder veränderte Datei fällt beim Öffnen auf.",
@@ -238,8 +238,8 @@ HelpTopic products() {
                "when it was never saved as a product.",
                "Je werk wordt vanzelf bewaard en is er bij de volgende start weer, ook als je "
                "het nooit als product hebt opgeslagen.",
-               "Die laufende Arbeit wird von selbst gesichert und ist beim nächsten Start wieder "
-               "da, auch wenn sie nie als Produkt gesichert wurde.",
+               "Die laufende Arbeit wird von selbst gespeichert und ist beim nächsten Start wieder "
+               "da, auch wenn sie nie als Produkt gespeichert wurde.",
                "Le travail en cours est enregistré automatiquement et revient au prochain "
                "démarrage, même s’il n’a jamais été enregistré comme produit.",
                "El trabajo en curso se guarda solo y vuelve a estar ahí en el siguiente inicio, "

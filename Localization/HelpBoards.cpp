@@ -8,7 +8,8 @@ namespace tarnwick::L10n::Help::content {
 HelpTopic esp() {
   return {
       "esp",
-      tr(same("ESP32 and ESP8266")),
+      tr({"ESP32 and ESP8266", "ESP32 en ESP8266", "ESP32 und ESP8266", "ESP32 et ESP8266",
+          "ESP32 y ESP8266"}),
       "cpu",
       {
           paragraph(
@@ -294,13 +295,15 @@ HelpTopic arduino() {
                 "Arduino Leonardo, Arduino Micro, Pro Micro"},
                {"Caterina (AVR109), 57600 baud, up to 28672 bytes; started with the 1200-baud "
                 "touch",
-                "Caterina (AVR109), 57600 baud, tot 28672 bytes; gestart met de 1200-baud-touch",
+                "Caterina (AVR109), 57600 baud, tot 28672 bytes; gestart door de poort op 1200 "
+                "baud "
+                "te openen",
                 "Caterina (AVR109), 57600 Baud, bis 28672 Byte; gestartet mit dem "
                 "1200-Baud-Touch",
                 "Caterina (AVR109), 57600\u00A0bauds, jusqu’à 28672\u00A0octets\u00A0; lancé par "
-                "la touche à 1200\u00A0bauds",
-                "Caterina (AVR109), 57600 baudios, hasta 28672 bytes; se arranca con el toque a "
-                "1200 baudios"}},
+                "une ouverture du port à 1200\u00A0bauds",
+                "Caterina (AVR109), 57600 baudios, hasta 28672 bytes; se arranca abriendo el "
+                "puerto a 1200 baudios"}},
           }),
           paragraph(
               {"The Uno, Nano and Mega are reset through DTR, as the Arduino IDE does. The "

@@ -82,7 +82,7 @@ HelpTopic production() {
                "chip, MAC address and result.",
                "Bewaar het logboek (Ctrl+Alt+S) aan het eind van een serie: het vermeldt elk "
                "board met chip, MAC-adres en resultaat.",
-               "Sichere am Ende einer Serie das Protokoll (Strg+Alt+S): Es führt jedes Board mit "
+               "Speichere am Ende einer Serie das Protokoll (Strg+Alt+S): Es führt jedes Board mit "
                "Chip, MAC-Adresse und Ergebnis auf.",
                "Enregistrez le journal (Ctrl+Alt+S) à la fin d’une série\u00A0: il recense "
                "chaque carte avec sa puce, son adresse MAC et le résultat.",
@@ -186,7 +186,7 @@ HelpTopic privacy() {
                "werk in je eigen thuismap.",
                "Tarnwick nutzt **kein Netzwerk**: Nichts wird gesammelt oder gesendet. Es öffnet "
                "nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
-               "du selbst auswählst, sicherst oder hineinziehst; außerdem legt es deine "
+               "du selbst auswählst, speicherst oder hineinziehst; außerdem legt es deine "
                "Einstellungen und die laufende Arbeit in deinem eigenen Home-Ordner ab.",
                "Tarnwick n’utilise **aucun réseau**\u00A0: rien n’est collecté ni envoyé. Il "
                "n’ouvre que le port série que vous choisissez et les fichiers et dossiers que "
@@ -198,7 +198,7 @@ HelpTopic privacy() {
                "tu propia carpeta personal."}),
           paragraph(
               {"The serial port is opened exclusively, so no other program can interfere while "
-               "flashing. Tarnwick cannot be quit while flashing: a half-written board does not "
+               "flashing. The app cannot be quit while flashing: a half-written board does not "
                "start.",
                "De seriële poort wordt exclusief geopend, zodat geen ander programma tijdens het "
                "flashen kan storen. Tarnwick kan tijdens het flashen niet worden afgesloten: een "
@@ -233,45 +233,67 @@ HelpTopic privacy() {
 }
 
 HelpTopic shortcuts() {
-  return {"shortcuts",
-          tr({"Keyboard shortcuts", "Sneltoetsen", "Tastenkürzel", "Raccourcis clavier",
-              "Atajos de teclado"}),
-          "keyboard",
-          {
-              table({
-                  {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Ctrl+R"},
-                   {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
-                    "Flashear / detener"}},
-                  {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
-                    "Ctrl+N / Ctrl+O"},
-                   {"New product / open product", "Nieuw product / product openen",
-                    "Neues Produkt / Produkt öffnen", "Nouveau produit / ouvrir un produit",
-                    "Producto nuevo / abrir producto"}},
-                  {{"Ctrl+S / Ctrl+Shift+S", "Ctrl+S / Ctrl+Shift+S", "Strg+S / Strg+Umschalt+S",
-                    "Ctrl+S / Ctrl+Maj+S", "Ctrl+S / Ctrl+Mayús+S"},
-                   {"Save product / save as", "Product opslaan / opslaan als",
-                    "Produkt sichern / sichern unter", "Enregistrer le produit / enregistrer sous",
-                    "Guardar producto / guardar como"}},
-                  {{"Delete", "Delete", "Entf", "Suppr", "Supr"},
-                   {"Remove the selected files", "Geselecteerde bestanden verwijderen",
-                    "Ausgewählte Dateien entfernen", "Retirer les fichiers sélectionnés",
-                    "Quitar los archivos seleccionados"}},
-                  {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Ctrl+L"},
-                   {"Show or hide the log", "Logboek tonen of verbergen",
-                    "Protokoll ein- oder ausblenden", "Afficher ou masquer le journal",
-                    "Mostrar u ocultar el registro"}},
-                  {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Ctrl+Alt+S"},
-                   {"Save log", "Logboek opslaan", "Protokoll sichern", "Enregistrer le journal",
-                    "Guardar el registro"}},
-                  {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Ctrl+K"},
-                   {"Clear log and counters", "Logboek en tellers wissen",
-                    "Protokoll und Zähler leeren", "Effacer le journal et les compteurs",
-                    "Borrar el registro y los contadores"}},
-                  {same("F1"),
-                   {"Open this help", "Deze help openen", "Diese Hilfe öffnen", "Ouvrir cette aide",
-                    "Abrir esta ayuda"}},
-              }),
-          }};
+  return {
+      "shortcuts",
+      tr({"Keyboard shortcuts", "Sneltoetsen", "Tastenkürzel", "Raccourcis clavier",
+          "Atajos de teclado"}),
+      "keyboard",
+      {
+          table({
+              {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Ctrl+R"},
+               {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
+                "Flashear / detener"}},
+              {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
+                "Ctrl+N / Ctrl+O"},
+               {"New product / open product", "Nieuw product / product openen",
+                "Neues Produkt / Produkt öffnen", "Nouveau produit / ouvrir un produit",
+                "Producto nuevo / abrir producto"}},
+              {{"Ctrl+S / Ctrl+Shift+S", "Ctrl+S / Ctrl+Shift+S", "Strg+S / Strg+Umschalt+S",
+                "Ctrl+S / Ctrl+Maj+S", "Ctrl+S / Ctrl+Mayús+S"},
+               {"Save product / save as", "Product opslaan / opslaan als",
+                "Produkt speichern / speichern unter", "Enregistrer le produit / enregistrer sous",
+                "Guardar producto / guardar como"}},
+              {{"Delete", "Delete", "Entf", "Suppr", "Supr"},
+               {"Remove the selected files", "Geselecteerde bestanden verwijderen",
+                "Ausgewählte Dateien entfernen", "Retirer les fichiers sélectionnés",
+                "Quitar los archivos seleccionados"}},
+              {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Ctrl+L"},
+               {"Show or hide the log", "Logboek tonen of verbergen",
+                "Protokoll ein- oder ausblenden", "Afficher ou masquer le journal",
+                "Mostrar u ocultar el registro"}},
+              {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Ctrl+Alt+S"},
+               {"Save log", "Logboek opslaan", "Protokoll speichern", "Enregistrer le journal",
+                "Guardar el registro"}},
+              {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Ctrl+K"},
+               {"Clear log and counters", "Logboek en tellers wissen",
+                "Protokoll und Zähler leeren", "Effacer le journal et les compteurs",
+                "Borrar el registro y los contadores"}},
+              {same("F1"),
+               {"Open this help", "Deze help openen", "Diese Hilfe öffnen", "Ouvrir cette aide",
+                "Abrir esta ayuda"}},
+          }),
+          paragraph(
+              {"F1 opens this help from anywhere in Tarnwick. The search field above the topics "
+               "lists every topic that mentions what you type, such as `dialout` or an error "
+               "message.",
+               "F1 opent deze help vanuit elke plek in Tarnwick. Het zoekveld boven de "
+               "onderwerpen toont elk onderwerp dat noemt wat je typt, zoals `dialout` of een "
+               "foutmelding.",
+               "F1 öffnet diese Hilfe überall in Tarnwick. Das Suchfeld über den Themen zeigt "
+               "jedes Thema, das erwähnt, was du eintippst, etwa `dialout` oder eine "
+               "Fehlermeldung.",
+               "F1 ouvre cette aide depuis n’importe quel endroit de Tarnwick. Le champ de "
+               "recherche au-dessus des rubriques affiche chaque rubrique qui mentionne ce que "
+               "vous tapez, comme `dialout` ou un message d’erreur.",
+               "F1 abre esta ayuda desde cualquier parte de Tarnwick. El campo de búsqueda sobre "
+               "los temas muestra cada tema que menciona lo que escribes, como `dialout` o un "
+               "mensaje de error."}),
+          screenshot("help.png", {"The help window with its topics and the search field.",
+                                  "Het helpvenster met de onderwerpen en het zoekveld.",
+                                  "Das Hilfefenster mit den Themen und dem Suchfeld.",
+                                  "La fenêtre d’aide avec ses rubriques et le champ de recherche.",
+                                  "La ventana de ayuda con sus temas y el campo de búsqueda."}),
+      }};
 }
 
 } // namespace tarnwick::L10n::Help::content

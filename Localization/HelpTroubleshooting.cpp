@@ -226,7 +226,7 @@ HelpTopic troubleshooting() {
                "USB\u00A0; Leonardo, Micro, Pro Micro) se déconnectent et se reconnectent en "
                "redémarrant, parfois sous un nouveau nom comme `/dev/ttyACM1`. Tarnwick suit une "
                "carte Arduino jusqu’au port de son bootloader. **Le bootloader n’est pas "
-               "apparu.**\u00A0: appuyez deux fois rapidement sur le bouton reset et relancez "
+               "apparu.** Appuyez deux fois rapidement sur le bouton reset et relancez "
                "aussitôt le flashage\u00A0; le bootloader attend alors environ huit secondes. "
                "Pour une carte ESP dont le firmware coupe l’USB, maintenez BOOT en la branchant, "
                "puis choisissez le port qui apparaît et la méthode **Manuel (bouton BOOT)**.",
@@ -234,7 +234,7 @@ HelpTopic troubleshooting() {
                "Leonardo, Micro, Pro Micro) se desconectan y se vuelven a conectar al "
                "reiniciarse, a veces con un nombre nuevo como `/dev/ttyACM1`. Tarnwick sigue a "
                "una placa Arduino hasta el puerto de su bootloader. **El bootloader no "
-               "apareció.**: pulsa dos veces rápido el botón de reinicio y vuelve a flashear "
+               "apareció.** Pulsa dos veces rápido el botón de reinicio y vuelve a flashear "
                "enseguida; el bootloader espera entonces unos ocho segundos. En una placa ESP "
                "cuyo firmware apaga el USB, mantén pulsado BOOT al conectarla y elige el puerto "
                "que aparece y el método **Manual (botón BOOT)**."}),
@@ -453,7 +453,7 @@ HelpTopic troubleshooting() {
                 "Het flashen raakte zijn poort kwijt. Flash opnieuw; gebeurt het vaker, bewaar "
                 "dan het logboek en meld het.",
                 "Der Durchlauf hat seine Schnittstelle verloren. Flashe erneut; wenn es sich "
-                "wiederholt, sichere das Protokoll und melde es.",
+                "wiederholt, speichere das Protokoll und melde es.",
                 "Le flashage a perdu son port. Relancez-le\u00A0; si cela se reproduit, "
                 "enregistrez le journal et signalez-le.",
                 "El flasheo perdió su puerto. Vuelve a flashear; si se repite, guarda el registro "
@@ -546,8 +546,8 @@ HelpTopic troubleshooting() {
                 "or add the firmware again and save.",
                 "Het productbestand is onvolledig of na het opslaan veranderd. Open het origineel "
                 "of voeg de firmware opnieuw toe en sla op.",
-                "Die Produktdatei ist unvollständig oder wurde nach dem Sichern verändert. Öffne "
-                "das Original oder füge die Firmware neu hinzu und sichere.",
+                "Die Produktdatei ist unvollständig oder wurde nach dem Speichern verändert. Öffne "
+                "das Original oder füge die Firmware neu hinzu und speichere.",
                 "Le fichier produit est incomplet ou a été modifié après l’enregistrement. Ouvrez "
                 "l’original ou ajoutez de nouveau le firmware et enregistrez.",
                 "El archivo de producto está incompleto o se modificó después de guardarlo. Abre "
@@ -602,7 +602,7 @@ HelpTopic troubleshooting() {
                "when you ask someone for help.",
                "Het logboek (Ctrl+L) toont elke stap van een flash. Bewaar het (Ctrl+Alt+S) en "
                "stuur het mee als je iemand om hulp vraagt.",
-               "Das Protokoll (Strg+L) zeigt jeden Schritt eines Durchlaufs. Sichere es "
+               "Das Protokoll (Strg+L) zeigt jeden Schritt eines Durchlaufs. Speichere es "
                "(Strg+Alt+S) und häng es an, wenn du jemanden um Hilfe bittest.",
                "Le journal (Ctrl+L) montre chaque étape d’un flashage. Enregistrez-le "
                "(Ctrl+Alt+S) et joignez-le quand vous demandez de l’aide.",

@@ -138,9 +138,10 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
 
   // The screenshots the window captures; the help names each once, whatever the language.
   const std::vector<std::string> names = Help::screenshotNames();
-  EXPECT_EQ(names, (std::vector<std::string>{"window-empty.png", "window-product.png",
-                                             "window-flashing.png", "window-success.png",
-                                             "settings-esp.png", "settings-arduino.png"}));
+  EXPECT_EQ(names,
+            (std::vector<std::string>{"window-empty.png", "window-product.png",
+                                      "window-flashing.png", "window-success.png",
+                                      "settings-esp.png", "settings-arduino.png", "help.png"}));
 }
 
 TEST(Help, BlockTextJoinsEverythingTheReaderSees) {

@@ -54,6 +54,8 @@ TEST(HelpText, MarkdownEmphasisBecomesRichText) {
   EXPECT_FALSE(runs[4].bold);
 
   EXPECT_EQ(HelpText::plainText("Hold **BOOT**, then `0x1000`."), "Hold BOOT, then 0x1000.");
+  EXPECT_EQ(HelpText::plainText("Choose `.pio/build/<environment>`."),
+            "Choose .pio/build/<environment>.");
   EXPECT_TRUE(HelpText::html("**bold**").contains("font-weight"));
 
   // Every text of the real help, in every language, leaves no emphasis mark unread: a mark that
