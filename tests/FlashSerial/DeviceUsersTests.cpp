@@ -14,15 +14,16 @@
 #include "FlashSerial/DeviceUsers.hpp"
 #include "FlashSerial/FlashPortError.hpp"
 #include "Localization/Language.hpp"
-#include "support/PseudoTerminal.hpp"
+#include "Simulator/PseudoTerminal.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::simulator;
 
 extern char** environ;
 
 TEST(DeviceUsers, ABusyPortNamesTheProgramHoldingIt) {
   LanguageOverride english(Language::en);
-  tarnwick::testing::PseudoTerminal terminal;
+  PseudoTerminal terminal;
   const std::string path = terminal.path();
   const std::string anonymous =
       path + " is already in use by another program. Close that program and try again.";
