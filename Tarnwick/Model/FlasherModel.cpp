@@ -22,9 +22,11 @@
 #include "FlashSerial/FlashPortError.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/ModelTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/SettingsTexts.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
 
@@ -196,13 +198,13 @@ QString FlasherModel::portLabel(const QString& path) const {
 
 QString FlasherModel::windowTitle() const {
   QString title = product_.name.empty() ? qs(L10n::Product::newProduct()) : qs(product_.name);
-  if (hasUnsavedChanges_) title += qs(L10n::Model::editedSuffix());
+  if (hasUnsavedChanges_) title += qs(L10n::Product::edited());
   return title;
 }
 
 bool FlasherModel::runTriesUSBJTAGFirst() const { return job_ && job_->usbJTAGFirst; }
 
-QString FlasherModel::quitRefusedText() { return qs(L10n::Model::quitRefused()); }
+QString FlasherModel::quitRefusedText() { return qs(L10n::Notice::waitUntilFinished()); }
 
 void FlasherModel::emitDerived() {
   emit canFlashChanged();
