@@ -95,6 +95,7 @@ ProductPackage readFrom(EntrySource& source) {
   if (!record) notAPackage();
 
   ProductPackage package;
+  package.recordSHA256 = Digest::sha256Hex(*record);
   package.product = decodeProduct(
       std::string_view(reinterpret_cast<const char*>(record->data()), record->size()));
   if (package.product.version > Product::currentVersion) {

@@ -54,6 +54,9 @@ struct ProductPackage {
 
   Product product;
   FileBytesMap files;
+  /// The SHA-256 of the product.json it was read from, in lower-case hexadecimal: which exact
+  /// product a board was flashed with. Empty for a package made in memory; not compared.
+  std::string recordSHA256;
 
   /// Reads the product file at `location`, a single file or a directory. Throws PackageError or
   /// ProductDecodingError. Nothing outside the product is read: links inside a directory are
@@ -77,7 +80,9 @@ struct ProductPackage {
   /// "-", and the file name.
   static std::string storedName(const FirmwareImage& image);
 
-  bool operator==(const ProductPackage&) const = default;
+  bool operator==(const ProductPackage& other) const {
+    return product == other.product && files == other.files;
+  }
 };
 
 } // namespace tarnwick

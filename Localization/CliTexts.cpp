@@ -180,6 +180,7 @@ Commands:
   check   list the problems of a product file
   info    show what a product file holds
   ports   list the serial ports
+  station flash every board plugged in, several at once
 
 “tarnwick-cli COMMAND --help” describes a command; “tarnwick-cli --version” gives the version.
 Exit status: 0 success, 1 the flash run failed, 2 wrong usage or unusable input.
@@ -195,6 +196,7 @@ Opdrachten:
   check   de problemen van een productbestand tonen
   info    tonen wat een productbestand bevat
   ports   de seriële poorten tonen
+  station elk aangesloten board flashen, meerdere tegelijk
 
 ‘tarnwick-cli OPDRACHT --help’ beschrijft een opdracht; ‘tarnwick-cli --version’ geeft de versie.
 Afsluitstatus: 0 gelukt, 1 flashen mislukt, 2 verkeerd gebruik of onbruikbare invoer.
@@ -210,6 +212,7 @@ Befehle:
   check   die Probleme einer Produktdatei auflisten
   info    zeigen, was eine Produktdatei enthält
   ports   die seriellen Schnittstellen auflisten
+  station jedes angeschlossene Board flashen, mehrere gleichzeitig
 
 „tarnwick-cli BEFEHL --help“ beschreibt einen Befehl, „tarnwick-cli --version“ nennt die Version.
 Exit-Status: 0 Erfolg, 1 Flashen fehlgeschlagen, 2 falscher Aufruf oder unbrauchbare Eingabe.
@@ -225,6 +228,7 @@ Commandes :
   check   lister les problèmes d’un fichier produit
   info    montrer le contenu d’un fichier produit
   ports   lister les ports série
+  station flasher chaque carte branchée, plusieurs à la fois
 
 « tarnwick-cli COMMANDE --help » décrit une commande ; « tarnwick-cli --version » donne la version.
 Code de sortie : 0 réussite, 1 échec du flashage, 2 mauvaise utilisation ou entrée inutilisable.
@@ -240,6 +244,7 @@ archivos de producto (.twflash) que la app Tarnwick.
   check   mostrar los problemas de un archivo de producto
   info    mostrar lo que contiene un archivo de producto
   ports   mostrar los puertos serie
+  station flashear cada placa que se conecte, varias a la vez
 
 «tarnwick-cli ORDEN --help» describe una orden; «tarnwick-cli --version» muestra la versión.
 Código de salida: 0 éxito, 1 el flasheo falló, 2 uso incorrecto o entrada inservible.
@@ -518,6 +523,137 @@ Muestra los puertos serie, primero las placas USB: ruta, nombre e identificadore
 Opciones:
   --json   un array JSON para scripts: path, name, vendorID, productID, productName
   --watch  vuelve a mostrar la lista cada vez que aparece o desaparece un puerto, hasta Ctrl-C
+)"});
+}
+
+std::string helpStation() {
+  return tr({R"(Usage: tarnwick-cli station [options] PRODUCT.twflash
+
+A flashing station: every board plugged in from now on is flashed at once, several at the same
+time, until Ctrl-C. A new board is a USB serial port that appears and is still there 1.2 s
+later. A port whose run just ended is left alone for 6 s, so a board that restarts is not
+flashed twice; a board unplugged and plugged in again is flashed again. Leonardo, Micro and
+Pro Micro boards are flashed one at a time, as their bootloader comes up as a port of its own.
+
+Options:
+  -p, --port PATH      watch only this port (repeatable)
+      --now            also flash the boards already connected
+      --limit N        take no new board once N have succeeded or are running; the station
+                       ends when N have succeeded
+      --json           one JSON object per line and event (started, connected, progress, done,
+                       failed) with port, name, time (UTC) and the event's fields
+      --record FILE    append one JSON line per finished board: time, port, name, chip, mac,
+                       product, productSHA256, result, message, seconds
+      --test-device    also accept pseudo-terminals named with --port; they count as
+                       connected at start (simulated boards)
+  -b, --baud N, --reset MODE, --no-verify, --flash-mode MODE, --flash-size SIZE,
+      --keep-otadata   as for “flash”
+The first Ctrl-C takes no new boards and lets the running ones finish; a second one stops
+them. Exit status: 0 no board failed, 1 a board failed or was stopped, 2 unusable product.
+)",
+             R"(Gebruik: tarnwick-cli station [opties] PRODUCT.twflash
+
+Een flashstation: elk board dat je vanaf nu aansluit, wordt meteen geflasht, meerdere
+tegelijk, tot Ctrl-C. Een nieuw board is een USB-seriële poort die verschijnt en 1,2 s later
+nog aanwezig is. Een poort waarvan het flashen net klaar is, blijft 6 s met rust, zodat een
+herstartend board niet twee keer geflasht wordt; een board dat je uittrekt en weer aansluit,
+wordt opnieuw geflasht. Leonardo-, Micro- en Pro Micro-boards worden één voor één geflasht,
+omdat hun bootloader als eigen poort verschijnt.
+
+Opties:
+  -p, --port PAD       alleen deze poort bewaken (mag vaker)
+      --now            ook de boards flashen die al aangesloten zijn
+      --limit N        geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn; het
+                       station stopt als er N gelukt zijn
+      --json           één JSON-object per regel en gebeurtenis (started, connected, progress,
+                       done, failed) met port, name, time (UTC) en de velden van de gebeurtenis
+      --record BESTAND per afgerond board één JSON-regel toevoegen: time, port, name, chip, mac,
+                       product, productSHA256, result, message, seconds
+      --test-device    ook pseudoterminals accepteren die met --port genoemd zijn; die gelden
+                       bij de start als aangesloten (gesimuleerde boards)
+  -b, --baud N, --reset MODUS, --no-verify, --flash-mode MODUS, --flash-size MAAT,
+      --keep-otadata   zoals bij ‘flash’
+De eerste Ctrl-C neemt geen nieuwe boards meer en laat lopende boards afmaken; een tweede
+stopt ze. Afsluitstatus: 0 geen board mislukt, 1 een board mislukt of gestopt,
+2 onbruikbaar product.
+)",
+             R"(Aufruf: tarnwick-cli station [Optionen] PRODUKT.twflash
+
+Eine Flash-Station: Jedes ab jetzt angeschlossene Board wird sofort geflasht, mehrere
+gleichzeitig, bis Strg-C. Ein neues Board ist eine serielle USB-Schnittstelle, die erscheint
+und 1,2 s später noch da ist. Eine Schnittstelle, deren Durchlauf gerade endete, bleibt 6 s
+unbeachtet, damit ein neu startendes Board nicht zweimal geflasht wird; ein abgezogenes und
+wieder angeschlossenes Board wird erneut geflasht. Leonardo, Micro und Pro Micro werden
+nacheinander geflasht, weil ihr Bootloader als eigene Schnittstelle erscheint.
+
+Optionen:
+  -p, --port PFAD      nur diese Schnittstelle beobachten (mehrfach möglich)
+      --now            auch die bereits angeschlossenen Boards flashen
+      --limit N        keine neuen Boards mehr annehmen, sobald N erfolgreich sind oder
+                       laufen; die Station endet, wenn N erfolgreich sind
+      --json           ein JSON-Objekt pro Zeile und Ereignis (started, connected, progress,
+                       done, failed) mit port, name, time (UTC) und den Feldern des Ereignisses
+      --record DATEI   pro fertigem Board eine JSON-Zeile anhängen: time, port, name, chip, mac,
+                       product, productSHA256, result, message, seconds
+      --test-device    auch mit --port genannte Pseudo-Terminals annehmen; sie gelten beim
+                       Start als angeschlossen (simulierte Boards)
+  -b, --baud N, --reset MODUS, --no-verify, --flash-mode MODUS, --flash-size GRÖSSE,
+      --keep-otadata   wie bei „flash“
+Das erste Strg-C nimmt keine neuen Boards mehr an und lässt laufende fertig werden, ein
+zweites bricht sie ab. Exit-Status: 0 kein Board fehlgeschlagen, 1 ein Board fehlgeschlagen
+oder abgebrochen, 2 unbrauchbares Produkt.
+)",
+             R"(Utilisation : tarnwick-cli station [options] PRODUIT.twflash
+
+Une station de flashage : chaque carte branchée à partir de maintenant est flashée aussitôt,
+plusieurs à la fois, jusqu’à Ctrl-C. Une nouvelle carte est un port série USB qui apparaît et
+est toujours là 1,2 s plus tard. Un port dont le flashage vient de finir est laissé en paix
+6 s, pour qu’une carte qui redémarre ne soit pas flashée deux fois ; une carte débranchée puis
+rebranchée est flashée de nouveau. Les Leonardo, Micro et Pro Micro sont flashées une à une,
+car leur bootloader apparaît comme un port à part.
+
+Options :
+  -p, --port CHEMIN    ne surveiller que ce port (répétable)
+      --now            flasher aussi les cartes déjà branchées
+      --limit N        ne plus prendre de nouvelles cartes dès que N ont réussi ou sont en
+                       cours ; la station s’arrête quand N ont réussi
+      --json           un objet JSON par ligne et par événement (started, connected, progress,
+                       done, failed) avec port, name, time (UTC) et les champs de l’événement
+      --record FICHIER ajouter une ligne JSON par carte terminée : time, port, name, chip, mac,
+                       product, productSHA256, result, message, seconds
+      --test-device    accepter aussi les pseudo-terminaux nommés avec --port ; ils comptent
+                       comme branchés au démarrage (cartes simulées)
+  -b, --baud N, --reset MODE, --no-verify, --flash-mode MODE, --flash-size TAILLE,
+      --keep-otadata   comme pour « flash »
+Le premier Ctrl-C ne prend plus de nouvelles cartes et laisse finir celles en cours ; un
+second les arrête. Code de sortie : 0 aucune carte en échec, 1 une carte en échec ou arrêtée,
+2 produit inutilisable.
+)",
+             R"(Uso: tarnwick-cli station [opciones] PRODUCTO.twflash
+
+Una estación de flasheo: cada placa que se conecte a partir de ahora se flashea enseguida,
+varias a la vez, hasta Ctrl-C. Una placa nueva es un puerto serie USB que aparece y sigue ahí
+1,2 s después. Un puerto cuyo flasheo acaba de terminar se deja en paz 6 s, para que una placa
+que se reinicia no se flashee dos veces; una placa desconectada y vuelta a conectar se flashea
+de nuevo. Las Leonardo, Micro y Pro Micro se flashean de una en una, porque su bootloader
+aparece como un puerto propio.
+
+Opciones:
+  -p, --port RUTA      vigilar solo este puerto (se puede repetir)
+      --now            flashear también las placas ya conectadas
+      --limit N        no aceptar placas nuevas cuando N hayan salido bien o estén en curso;
+                       la estación termina cuando N han salido bien
+      --json           un objeto JSON por línea y evento (started, connected, progress, done,
+                       failed) con port, name, time (UTC) y los campos del evento
+      --record ARCHIVO añadir una línea JSON por placa terminada: time, port, name, chip, mac,
+                       product, productSHA256, result, message, seconds
+      --test-device    aceptar también pseudoterminales indicados con --port; cuentan como
+                       conectados al inicio (placas simuladas)
+  -b, --baud N, --reset MODO, --no-verify, --flash-mode MODO, --flash-size TAMAÑO,
+      --keep-otadata   como en «flash»
+El primer Ctrl-C deja de aceptar placas nuevas y deja terminar las que están en curso; un
+segundo las detiene. Código de salida: 0 ninguna placa falló, 1 una placa falló o se detuvo,
+2 producto inservible.
 )"});
 }
 

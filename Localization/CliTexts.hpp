@@ -46,5 +46,6 @@ std::string helpPack();
 std::string helpCheck();
 std::string helpInfo();
 std::string helpPorts();
+std::string helpStation();
 
 } // namespace tarnwick::L10n::Cli

@@ -7,6 +7,7 @@
 #include "FlashCore/ProductCheck.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/IssueTexts.hpp"
+#include "Localization/StationTexts.hpp"
 
 namespace tarnwick::cli {
 
@@ -14,7 +15,8 @@ namespace {
 
 const std::vector<std::pair<std::string, CommandKind>> commands = {
     {"flash", CommandKind::flash}, {"pack", CommandKind::pack},   {"check", CommandKind::check},
-    {"info", CommandKind::info},   {"ports", CommandKind::ports}, {"help", CommandKind::help}};
+    {"info", CommandKind::info},   {"ports", CommandKind::ports}, {"station", CommandKind::station},
+    {"help", CommandKind::help}};
 
 std::optional<CommandKind> commandNamed(const std::string& word) {
   for (const auto& [name, kind] : commands) {
@@ -38,6 +40,10 @@ std::vector<std::string> optionsOf(CommandKind command) {
                    {"--target", "--out", "--name", "--notes", "--force", "--directory"});
     break;
   case CommandKind::ports: options = {"--json", "--watch"}; break;
+  case CommandKind::station:
+    options.insert(options.end(),
+                   {"--port", "--test-device", "--now", "--limit", "--json", "--record"});
+    break;
   default: return {};
   }
   return options;
@@ -53,7 +59,7 @@ std::string longForm(const std::string& option) {
 bool takesValue(const std::string& option) {
   return option != "--test-device" && option != "--no-verify" && option != "--keep-otadata" &&
          option != "--force" && option != "--directory" && option != "--json" &&
-         option != "--watch";
+         option != "--watch" && option != "--now";
 }
 
 std::string withSuggestion(std::string message, const std::string& word,
@@ -82,6 +88,13 @@ std::optional<std::int64_t> baudFrom(const std::string& text) {
   auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
   if (value < ProductCheck::lowestBaud || value > ProductCheck::highestBaud) return std::nullopt;
+  return value;
+}
+
+std::optional<std::int64_t> countFrom(const std::string& text) {
+  std::int64_t value = 0;
+  auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc() || end != text.data() + text.size() || value < 1) return std::nullopt;
   return value;
 }
 
@@ -192,8 +205,16 @@ Arguments parseArguments(const std::vector<std::string>& words) {
       throw UsageError{L10n::Cli::unexpectedValue(option), result.command};
     }
 
-    if (option == "--port")
+    if (option == "--port") {
       result.port = *value;
+      result.ports.push_back(*value);
+    } else if (option == "--now")
+      result.now = true;
+    else if (option == "--limit")
+      result.limit = parsed(countFrom(*value), result.command, option, *value,
+                            L10n::Station::limitValue());
+    else if (option == "--record")
+      result.record = *value;
     else if (option == "--test-device")
       result.testDevice = true;
     else if (option == "--target")
@@ -257,6 +278,7 @@ Arguments parseArguments(const std::vector<std::string>& words) {
     break;
   case CommandKind::check:
   case CommandKind::info:
+  case CommandKind::station:
     if (result.inputs.size() != 1) throw UsageError{L10n::Cli::oneProductFile(), result.command};
     break;
   case CommandKind::ports:

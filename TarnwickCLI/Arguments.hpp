@@ -10,7 +10,7 @@
 
 namespace tarnwick::cli {
 
-enum class CommandKind { help, version, flash, pack, check, info, ports };
+enum class CommandKind { help, version, flash, pack, check, info, ports, station };
 
 /// Overrides of a product's settings given on the command line.
 struct SettingOverrides {
@@ -30,7 +30,9 @@ struct Arguments {
   CommandKind command = CommandKind::help;
   /// The command whose help was asked for (`help` itself for the overview).
   CommandKind helpFor = CommandKind::help;
+  /// The last `--port`; `station` takes every one given, in `ports`.
   std::optional<std::string> port;
+  std::vector<std::string> ports;
   bool testDevice = false;
   SettingOverrides overrides;
   /// Target in the product file's text form ("esp:esp32s3", "avr:uno").
@@ -46,6 +48,12 @@ struct Arguments {
   bool json = false;
   /// `ports`: print the list again at every change.
   bool watch = false;
+  /// `station`: flash the boards already connected too.
+  bool now = false;
+  /// `station`: take no new board once this many succeeded or are running.
+  std::optional<std::int64_t> limit;
+  /// `station`: the file each finished board is appended to.
+  std::optional<std::string> record;
   /// Product file, or firmware files and folders.
   std::vector<std::string> inputs;
   bool operator==(const Arguments&) const = default;

@@ -17,16 +17,21 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashEngine/RunNarration.hpp"
+#include "FlashSerial/FlashPort.hpp"
 #include "FlashSerial/FlashPortError.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
 #include "Localization/ProductTexts.hpp"
+#include "Localization/PortTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/StationTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/Ports.hpp"
+#include "TarnwickCLI/Station.hpp"
+#include "TarnwickCLI/StationOutput.hpp"
 
 namespace tarnwick::cli {
 
@@ -56,6 +61,7 @@ std::string usageOf(CommandKind command) {
   case CommandKind::check: return L10n::Cli::helpCheck();
   case CommandKind::info: return L10n::Cli::helpInfo();
   case CommandKind::ports: return L10n::Cli::helpPorts();
+  case CommandKind::station: return L10n::Cli::helpStation();
   case CommandKind::help: return L10n::Cli::helpOverview();
   }
   return {};
@@ -68,6 +74,7 @@ std::string commandWord(CommandKind command) {
   case CommandKind::check: return "check";
   case CommandKind::info: return "info";
   case CommandKind::ports: return "ports";
+  case CommandKind::station: return "station";
   case CommandKind::help:
   case CommandKind::version: return "";
   }
@@ -284,6 +291,77 @@ int flash(const Arguments& arguments) {
   return runFailed;
 }
 
+std::atomic<Station*> activeStation = nullptr;
+
+extern "C" void onStationInterrupt(int) {
+  if (Station* station = activeStation.load()) station->interrupt();
+}
+
+int station(const Arguments& arguments) {
+  ProductPackage package = openProduct(arguments.inputs[0]);
+  applyOverrides(package.product, arguments.overrides, arguments.command);
+  auto issues = ProductCheck::check(package.product, package.files);
+  for (const auto& issue : issues) {
+    if (!issue.isError()) printError(findingLine(package.product, issue));
+  }
+  if (auto error = ProductCheck::firstError(issues)) {
+    throw Unusable{findingLine(package.product, *error)};
+  }
+
+  StationOptions options;
+  options.onlyPorts = {arguments.ports.begin(), arguments.ports.end()};
+  options.testDevices = arguments.testDevice;
+  options.now = arguments.now;
+  options.limit = arguments.limit;
+  std::vector<std::string> testDevices;
+  for (const auto& path : arguments.ports) {
+    if (FlashPort::isValidPath(path)) continue;
+    if (!arguments.testDevice)
+      throw UsageError{L10n::Station::needsTestDevice(path), arguments.command};
+    testDevices.push_back(path);
+  }
+
+  std::unique_ptr<StationRecord> record;
+  if (arguments.record) {
+    try {
+      record = std::make_unique<StationRecord>(*arguments.record, package.product.name,
+                                               package.recordSHA256);
+    } catch (const std::system_error& error) {
+      throw Unusable{L10n::Station::cannotOpenRecord(*arguments.record, error.code().message())};
+    }
+  }
+
+  ScannerPortSource source(testDevices);
+  // Named test devices need no notice of ports coming and going; anything else does.
+  if (!source.canWatch() && testDevices.size() != arguments.ports.size()) {
+    throw Unusable{L10n::Ports::cannotWatch()};
+  }
+
+  std::unique_ptr<StationOutput> output;
+  StationConsole* console = nullptr;
+  if (arguments.json) {
+    output = std::make_unique<StationJSON>(stdout, stderr, std::move(record));
+  } else {
+    auto text = std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1,
+                                                 std::move(record));
+    console = text.get();
+    output = std::move(text);
+  }
+
+  Station station(std::move(package), options, *output);
+  activeStation = &station;
+  // Without SA_RESTART: the signal also cuts the station's wait short.
+  struct sigaction action {};
+  action.sa_handler = onStationInterrupt;
+  sigemptyset(&action.sa_mask);
+  sigaction(SIGINT, &action, nullptr);
+  sigaction(SIGTERM, &action, nullptr);
+  const std::int64_t failures = station.run(source);
+  activeStation = nullptr;
+  if (console) console->endStatus();
+  return failures == 0 ? success : runFailed;
+}
+
 int pack(const Arguments& arguments) {
   ProductPackage package = importProduct(*arguments.target, arguments.inputs);
   applyOverrides(package.product, arguments.overrides, arguments.command);
@@ -440,6 +518,7 @@ int run(int argc, char** argv) {
     case CommandKind::check: return check(arguments);
     case CommandKind::info: return info(arguments);
     case CommandKind::ports: return showPorts(arguments.json, arguments.watch);
+    case CommandKind::station: return station(arguments);
     }
   } catch (const UsageError& error) {
     printError(error.message);

@@ -1,0 +1,193 @@
+#include "Localization/StationTexts.hpp"
+
+#include "Localization/MainWindowTexts.hpp"
+#include "Localization/Text.hpp"
+
+#define NBSP "\u00A0"
+
+namespace tarnwick::L10n::Station {
+
+std::string ready(const std::string& product, bool boardsPresentToo) {
+  if (boardsPresentToo) {
+    switch (currentLanguage()) {
+    case Language::en:
+      return "Flashing “" + product + "” onto every board, those connected now and each one "
+             "connected later. Ctrl+C stops.";
+    case Language::nl:
+      return "‘" + product + "’ wordt op elk board geflasht, nu aangesloten of later. "
+             "Ctrl+C stopt.";
+    case Language::de:
+      return "„" + product + "“ wird auf jedes Board geflasht, ob schon angeschlossen oder "
+             "später. Strg+C beendet.";
+    case Language::fr:
+      return "«" NBSP + product + NBSP "» est flashé sur chaque carte, déjà branchée ou "
+             "branchée ensuite. Ctrl+C arrête.";
+    case Language::es:
+      return "Se flashea «" + product + "» en cada placa, las conectadas ahora y las que se "
+             "conecten después. Ctrl+C detiene.";
+    }
+  }
+  switch (currentLanguage()) {
+  case Language::en:
+    return "Ready to flash “" + product + "” onto every board connected from now on. "
+           "Ctrl+C stops.";
+  case Language::nl:
+    return "Klaar om ‘" + product + "’ te flashen op elk board dat je nu aansluit. Ctrl+C stopt.";
+  case Language::de:
+    return "Bereit, „" + product + "“ auf jedes Board zu flashen, das ab jetzt angeschlossen "
+           "wird. Strg+C beendet.";
+  case Language::fr:
+    return "Prêt à flasher «" NBSP + product + NBSP "» sur chaque carte branchée à partir de "
+           "maintenant. Ctrl+C arrête.";
+  case Language::es:
+    return "Listo para flashear «" + product + "» en cada placa que se conecte a partir de ahora. "
+           "Ctrl+C detiene.";
+  }
+  return {};
+}
+
+std::string oneAtATime() {
+  return tr({"These boards are flashed one at a time: their bootloader appears as a port of its "
+             "own.",
+             "Deze boards worden één voor één geflasht: hun bootloader verschijnt als een eigen "
+             "poort.",
+             "Diese Boards werden nacheinander geflasht: Ihr Bootloader erscheint als eigene "
+             "Schnittstelle.",
+             "Ces cartes sont flashées une à une" NBSP ": leur bootloader apparaît comme un port "
+             "à part.",
+             "Estas placas se flashean de una en una: su bootloader aparece como un puerto "
+             "propio."});
+}
+
+std::string aboutBoard(const std::string& board, const std::string& text) {
+  return board + (currentLanguage() == Language::fr ? NBSP ": " : ": ") + text;
+}
+
+std::string started() {
+  return tr({"Flashing started", "Flashen gestart", "Flashen gestartet", "Flashage démarré",
+             "Flasheo iniciado"});
+}
+
+std::string failed(const std::string& message) {
+  return tr({"Failed: ", "Mislukt: ", "Fehlgeschlagen: ", "Échec" NBSP ": ", "Error: "}) +
+         message;
+}
+
+std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
+                   std::int64_t flashed, std::int64_t failed) {
+  std::string text;
+  if (inProgress.empty()) {
+    text = tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards",
+               "En attente de cartes", "Esperando placas"});
+  } else {
+    text = tr({"Flashing ", "Bezig ", "Läuft ", "En cours" NBSP ": ", "En curso: "});
+    // German, French and Spanish set a (no-break) space before the percent sign.
+    const bool spaced = currentLanguage() == Language::de || currentLanguage() == Language::fr ||
+                        currentLanguage() == Language::es;
+    for (std::size_t i = 0; i < inProgress.size(); ++i) {
+      if (i > 0) text += ", ";
+      text += inProgress[i].first + " " + std::to_string(inProgress[i].second) +
+              (spaced ? NBSP "%" : "%");
+    }
+  }
+  return text + " · " + Footer::counters(flashed, failed);
+}
+
+std::string finishing(std::int64_t running) {
+  const std::string n = std::to_string(running);
+  const bool one = running == 1;
+  switch (currentLanguage()) {
+  case Language::en:
+    return "No new boards are taken. " +
+           (one ? std::string("The running board finishes") : "The " + n + " running boards finish") +
+           "; press Ctrl+C again to stop " + (one ? "it." : "them.");
+  case Language::nl:
+    return "Er worden geen nieuwe boards meer genomen. " +
+           (one ? std::string("Het lopende board wordt") : "De " + n + " lopende boards worden") +
+           " afgemaakt; druk nogmaals op Ctrl+C om " + (one ? "het" : "ze") + " te stoppen.";
+  case Language::de:
+    return "Es werden keine neuen Boards mehr angenommen. " +
+           (one ? std::string("Das laufende Board wird") : "Die " + n + " laufenden Boards werden") +
+           " fertig geflasht; ein weiteres Strg+C bricht " + (one ? "es" : "sie") + " ab.";
+  case Language::fr:
+    return "Plus aucune nouvelle carte n’est prise. " +
+           (one ? std::string("La carte en cours va") : "Les " + n + " cartes en cours vont") +
+           " jusqu’au bout" NBSP "; appuyez de nouveau sur Ctrl+C pour " + (one ? "l’" : "les ") +
+           "arrêter.";
+  case Language::es:
+    return "Ya no se aceptan placas nuevas. " +
+           (one ? std::string("La placa en curso termina") : "Las " + n + " placas en curso terminan") +
+           "; pulsa Ctrl+C otra vez para detener" + (one ? "la." : "las.");
+  }
+  return {};
+}
+
+std::string stopping() {
+  return tr({"Stopping the running boards…", "De lopende boards worden gestopt…",
+             "Die laufenden Boards werden abgebrochen …", "Arrêt des cartes en cours…",
+             "Deteniendo las placas en curso…"});
+}
+
+std::string limitReached(std::int64_t limit) {
+  const std::string n = std::to_string(limit);
+  switch (currentLanguage()) {
+  case Language::en: return "Limit of " + n + " reached: no new boards are taken.";
+  case Language::nl: return "Limiet van " + n + " bereikt: er worden geen nieuwe boards genomen.";
+  case Language::de:
+    return "Grenze von " + n + " erreicht: Es werden keine neuen Boards angenommen.";
+  case Language::fr:
+    return "Limite de " + n + " atteinte" NBSP ": plus aucune nouvelle carte n’est prise.";
+  case Language::es: return "Límite de " + n + " alcanzado: no se aceptan placas nuevas.";
+  }
+  return {};
+}
+
+std::string summary(std::int64_t flashed, std::int64_t failed) {
+  return Footer::counters(flashed, failed) + ".";
+}
+
+std::string limitValue() {
+  return tr({"Give a whole number of 1 or more.", "Geef een geheel getal van 1 of meer.",
+             "Gib eine ganze Zahl ab 1 an.", "Indiquez un nombre entier supérieur ou égal à 1.",
+             "Indica un número entero igual o mayor que 1."});
+}
+
+std::string cannotOpenRecord(const std::string& file, const std::string& reason) {
+  switch (currentLanguage()) {
+  case Language::en: return "Cannot open the record file " + file + ": " + reason + ".";
+  case Language::nl: return "Kan het registratiebestand " + file + " niet openen: " + reason + ".";
+  case Language::de:
+    return "Die Protokolldatei " + file + " kann nicht geöffnet werden: " + reason + ".";
+  case Language::fr:
+    return "Impossible d’ouvrir le fichier d’enregistrement " + file + NBSP ": " + reason + ".";
+  case Language::es:
+    return "No se puede abrir el archivo de registro " + file + ": " + reason + ".";
+  }
+  return {};
+}
+
+std::string cannotWriteRecord(const std::string& file, const std::string& reason) {
+  switch (currentLanguage()) {
+  case Language::en: return "This board is missing from " + file + ": " + reason + ".";
+  case Language::nl: return "Dit board ontbreekt in " + file + ": " + reason + ".";
+  case Language::de: return "Dieses Board fehlt in " + file + ": " + reason + ".";
+  case Language::fr: return "Cette carte manque dans " + file + NBSP ": " + reason + ".";
+  case Language::es: return "Esta placa falta en " + file + ": " + reason + ".";
+  }
+  return {};
+}
+
+std::string needsTestDevice(const std::string& path) {
+  switch (currentLanguage()) {
+  case Language::en: return path + " is no serial adapter; only --test-device allows it.";
+  case Language::nl: return path + " is geen seriële adapter; alleen --test-device staat dat toe.";
+  case Language::de:
+    return path + " ist kein serieller Adapter; nur mit --test-device ist das erlaubt.";
+  case Language::fr:
+    return path + " n’est pas un adaptateur série" NBSP "; seul --test-device l’autorise.";
+  case Language::es: return path + " no es un adaptador serie; solo --test-device lo permite.";
+  }
+  return {};
+}
+
+} // namespace tarnwick::L10n::Station

@@ -1,0 +1,36 @@
+#pragma once
+// Texts of the flashing station (`tarnwick-cli station`).
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarnwick::L10n::Station {
+
+/// The first line: what is flashed, which boards are taken, how to stop.
+std::string ready(const std::string& product, bool boardsPresentToo);
+/// After `ready` for boards whose bootloader comes up as a port of its own.
+std::string oneAtATime();
+/// A line about one board: the port's name, then the text.
+std::string aboutBoard(const std::string& board, const std::string& text);
+std::string started();
+std::string failed(const std::string& message);
+/// The live line on a terminal: the boards in progress with their share done, then the counts.
+std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
+                   std::int64_t flashed, std::int64_t failed);
+/// The first Ctrl+C with `running` boards still going.
+std::string finishing(std::int64_t running);
+/// The second Ctrl+C.
+std::string stopping();
+/// `--limit` reached: boards that succeeded or run add up to `limit`.
+std::string limitReached(std::int64_t limit);
+/// The last line: how many boards were flashed and how many failed.
+std::string summary(std::int64_t flashed, std::int64_t failed);
+/// The value `--limit` takes.
+std::string limitValue();
+std::string cannotOpenRecord(const std::string& file, const std::string& reason);
+std::string cannotWriteRecord(const std::string& file, const std::string& reason);
+/// A port named with --port that only `--test-device` allows.
+std::string needsTestDevice(const std::string& path);
+
+} // namespace tarnwick::L10n::Station

@@ -1,0 +1,301 @@
+#include "TarnwickCLI/StationOutput.hpp"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <system_error>
+#include <unistd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "Localization/RunTexts.hpp"
+#include "Localization/StationTexts.hpp"
+
+namespace tarnwick::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr auto minimumRedrawInterval = std::chrono::milliseconds(100);
+
+std::string dumped(const Json& object) {
+  // Names and messages may carry bytes from a device; a broken one must not end the output.
+  return object.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+Json orNull(const std::optional<std::string>& value) { return value ? Json(*value) : Json(); }
+
+// Seconds to a tenth, as a number.
+double tenths(double seconds) { return static_cast<double>(std::llround(seconds * 10)) / 10; }
+
+std::string resultName(BoardOutcome::Result result) {
+  switch (result) {
+  case BoardOutcome::Result::done: return "done";
+  case BoardOutcome::Result::failed: return "failed";
+  case BoardOutcome::Result::stopped: return "stopped";
+  }
+  return {};
+}
+
+std::string deviceName(const std::string& path) {
+  return path.starts_with("/dev/") ? path.substr(5) : path;
+}
+
+// The first `columns` characters of `text` (not bytes: the line holds accented words).
+std::string clipped(const std::string& text, std::size_t columns) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if ((static_cast<unsigned char>(text[i]) & 0xC0) == 0x80) continue;
+    if (count++ == columns) return text.substr(0, i);
+  }
+  return text;
+}
+
+std::size_t terminalColumns(std::FILE* out) {
+  winsize size{};
+  if (::ioctl(::fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+  return 80;
+}
+
+} // namespace
+
+std::string isoTime(std::chrono::system_clock::time_point time) {
+  using namespace std::chrono;
+  const auto since = time.time_since_epoch();
+  const std::time_t whole = duration_cast<seconds>(since).count();
+  const auto milliseconds = duration_cast<std::chrono::milliseconds>(since).count() % 1000;
+  std::tm utc{};
+  ::gmtime_r(&whole, &utc);
+  char text[96];
+  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", utc.tm_year + 1900,
+                utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec,
+                static_cast<int>(milliseconds));
+  return text;
+}
+
+// MARK: - The record file
+
+StationRecord::StationRecord(std::string path, std::string productName, std::string productSHA256)
+    : path_(std::move(path)), productName_(std::move(productName)),
+      productSHA256_(std::move(productSHA256)) {
+  fd_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0644);
+  if (fd_ < 0) throw std::system_error(errno, std::generic_category());
+}
+
+StationRecord::~StationRecord() {
+  if (fd_ >= 0) ::close(fd_);
+}
+
+std::string StationRecord::line(const BoardOutcome& outcome) const {
+  return dumped({{"time", isoTime(outcome.finished)},
+                 {"port", outcome.board.path},
+                 {"name", outcome.board.name},
+                 {"chip", orNull(outcome.chip)},
+                 {"mac", orNull(outcome.mac)},
+                 {"product", productName_},
+                 {"productSHA256", productSHA256_},
+                 {"result", resultName(outcome.result)},
+                 {"message", outcome.message},
+                 {"seconds", tenths(outcome.seconds)}}) +
+         "\n";
+}
+
+void StationRecord::append(const BoardOutcome& outcome) {
+  const std::string text = line(outcome);
+  // One write: with O_APPEND the line lands whole after whatever is there, even when two
+  // stations share the file.
+  ssize_t written;
+  do {
+    written = ::write(fd_, text.data(), text.size());
+  } while (written < 0 && errno == EINTR);
+  if (written < 0) throw std::system_error(errno, std::generic_category());
+  if (static_cast<std::size_t>(written) != text.size())
+    throw std::system_error(ENOSPC, std::generic_category());
+  if (::fdatasync(fd_) != 0 && errno != EINVAL)
+    throw std::system_error(errno, std::generic_category());
+}
+
+// MARK: - Both forms
+
+StationOutput::StationOutput(std::FILE* out, std::FILE* errors,
+                             std::unique_ptr<StationRecord> record)
+    : out_(out), errors_(errors), record_(std::move(record)) {}
+
+void StationOutput::finished(const BoardOutcome& outcome) {
+  show(outcome);
+  if (!record_) return;
+  try {
+    record_->append(outcome);
+  } catch (const std::system_error& error) {
+    std::lock_guard lock(mutex_);
+    std::fprintf(errors_, "%s\n",
+                 L10n::Station::aboutBoard(
+                     outcome.board.name,
+                     L10n::Station::cannotWriteRecord(record_->path(), error.code().message()))
+                     .c_str());
+    std::fflush(errors_);
+  }
+}
+
+// MARK: - Lines for people
+
+StationConsole::StationConsole(std::FILE* out, bool interactive,
+                               std::unique_ptr<StationRecord> record)
+    : StationOutput(out, stderr, std::move(record)), interactive_(interactive) {}
+
+void StationConsole::lineLocked(const std::string& text) {
+  if (statusShown_) std::fputs("\r\033[K", out_);
+  statusShown_ = false;
+  std::fputs(text.c_str(), out_);
+  std::fputc('\n', out_);
+  drawStatusLocked(true);
+  std::fflush(out_);
+}
+
+void StationConsole::drawStatusLocked(bool force) {
+  if (!interactive_) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (!force && now - lastDraw_ < minimumRedrawInterval) return;
+  lastDraw_ = now;
+  std::vector<std::pair<std::string, int>> boards;
+  for (const auto& [path, board] : inProgress_)
+    boards.push_back(board);
+  // One column short of the width, so the line never wraps and "\r" goes back to its start.
+  const std::string text =
+      clipped(L10n::Station::status(boards, flashed_, failed_), terminalColumns(out_) - 1);
+  std::fprintf(out_, "\r\033[K%s", text.c_str());
+  std::fflush(out_);
+  statusShown_ = true;
+}
+
+void StationConsole::endStatus() {
+  std::lock_guard lock(mutex_);
+  if (statusShown_) std::fputs("\r\033[K", out_);
+  statusShown_ = false;
+  interactive_ = false;
+  std::fflush(out_);
+}
+
+void StationConsole::notice(const std::string& text) {
+  std::lock_guard lock(mutex_);
+  lineLocked(text);
+}
+
+void StationConsole::started(const StationBoard& board) {
+  std::lock_guard lock(mutex_);
+  inProgress_[board.path] = {deviceName(board.path), 0};
+  lineLocked(L10n::Station::aboutBoard(board.name, L10n::Station::started()));
+}
+
+void StationConsole::connected(const StationBoard& board, const std::string& chip,
+                               const std::optional<std::string>& mac) {
+  std::lock_guard lock(mutex_);
+  lineLocked(L10n::Station::aboutBoard(board.name, mac ? L10n::Log::chipAndMAC(chip, *mac)
+                                                        : L10n::Log::chip(chip)));
+}
+
+void StationConsole::progress(const StationBoard& board, std::int64_t done, std::int64_t total) {
+  if (total <= 0) return;
+  std::lock_guard lock(mutex_);
+  auto entry = inProgress_.find(board.path);
+  if (entry == inProgress_.end()) return;
+  const int percent = static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 100));
+  if (entry->second.second == percent) return;
+  entry->second.second = percent;
+  drawStatusLocked(false);
+}
+
+void StationConsole::show(const BoardOutcome& outcome) {
+  std::lock_guard lock(mutex_);
+  inProgress_.erase(outcome.board.path);
+  std::string text;
+  switch (outcome.result) {
+  case BoardOutcome::Result::done:
+    ++flashed_;
+    text = L10n::Log::doneIn(formatSeconds(outcome.seconds));
+    break;
+  case BoardOutcome::Result::failed:
+    ++failed_;
+    text = L10n::Station::failed(outcome.message);
+    break;
+  case BoardOutcome::Result::stopped:
+    ++failed_;
+    text = outcome.message;
+    break;
+  }
+  lineLocked(L10n::Station::aboutBoard(outcome.board.name, text));
+}
+
+// MARK: - JSON for scripts
+
+StationJSON::StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record)
+    : StationOutput(out, errors, std::move(record)) {}
+
+namespace {
+Json event(const char* name, const StationBoard& board) {
+  return {{"event", name},
+          {"time", isoTime(std::chrono::system_clock::now())},
+          {"port", board.path},
+          {"name", board.name}};
+}
+void print(std::FILE* out, const Json& object) {
+  std::fprintf(out, "%s\n", dumped(object).c_str());
+  // Whoever reads a pipe sees each event when it happens.
+  std::fflush(out);
+}
+} // namespace
+
+void StationJSON::notice(const std::string& text) {
+  std::lock_guard lock(mutex_);
+  std::fprintf(errors_, "%s\n", text.c_str());
+  std::fflush(errors_);
+}
+
+void StationJSON::started(const StationBoard& board) {
+  std::lock_guard lock(mutex_);
+  percent_[board.path] = -5;
+  print(out_, event("started", board));
+}
+
+void StationJSON::connected(const StationBoard& board, const std::string& chip,
+                            const std::optional<std::string>& mac) {
+  Json object = event("connected", board);
+  object["chip"] = chip;
+  object["mac"] = orNull(mac);
+  std::lock_guard lock(mutex_);
+  print(out_, object);
+}
+
+void StationJSON::progress(const StationBoard& board, std::int64_t done, std::int64_t total) {
+  if (total <= 0) return;
+  const int percent = static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 100));
+  std::lock_guard lock(mutex_);
+  auto& last = percent_[board.path];
+  // Every fifth percent: enough to follow, few enough lines to read.
+  if (percent / 5 == last / 5) return;
+  last = percent;
+  Json object = event("progress", board);
+  object["done"] = done;
+  object["total"] = total;
+  object["percent"] = percent;
+  print(out_, object);
+}
+
+void StationJSON::show(const BoardOutcome& outcome) {
+  const bool done = outcome.result == BoardOutcome::Result::done;
+  Json object = event(done ? "done" : "failed", outcome.board);
+  object["time"] = isoTime(outcome.finished);
+  object["chip"] = orNull(outcome.chip);
+  object["mac"] = orNull(outcome.mac);
+  object["seconds"] = tenths(outcome.seconds);
+  if (!done) {
+    object["message"] = outcome.message;
+    object["stopped"] = outcome.result == BoardOutcome::Result::stopped;
+  }
+  std::lock_guard lock(mutex_);
+  percent_.erase(outcome.board.path);
+  print(out_, object);
+}
+
+} // namespace tarnwick::cli

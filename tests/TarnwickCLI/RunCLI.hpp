@@ -1,0 +1,104 @@
+#pragma once
+// Runs tarnwick-cli as a user does, with its output collected, for the end-to-end tests.
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <string>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+extern char** environ;
+
+namespace tarnwick::testing {
+
+struct Result {
+  int status = -1;
+  std::string out;
+  std::string err;
+  std::string lastLine() const {
+    std::string text = out;
+    while (!text.empty() && text.back() == '\n')
+      text.pop_back();
+    auto at = text.rfind('\n');
+    return at == std::string::npos ? text : text.substr(at + 1);
+  }
+};
+
+// Runs tarnwick-cli (or `program`) in `language`; with `interruptWhen`, sends SIGINT once stdout
+// contains it.
+inline Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {},
+              const std::string& language = "en", const char* program = TARNWICK_CLI) {
+  int out[2], err[2];
+  EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+  EXPECT_EQ(::pipe2(err, O_CLOEXEC), 0);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, out[1], 1);
+  posix_spawn_file_actions_adddup2(&actions, err[1], 2);
+  std::vector<std::string> words = {program};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& w : words)
+    argv.push_back(w.data());
+  argv.push_back(nullptr);
+  std::vector<std::string> env = {"LANGUAGE=" + language, "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
+  std::vector<char*> envp;
+  for (auto& e : env)
+    envp.push_back(e.data());
+  envp.push_back(nullptr);
+  pid_t pid = 0;
+  EXPECT_EQ(posix_spawn(&pid, program, &actions, nullptr, argv.data(), envp.data()), 0);
+  posix_spawn_file_actions_destroy(&actions);
+  ::close(out[1]);
+  ::close(err[1]);
+
+  Result result;
+  bool interrupted = false;
+  pollfd fds[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+  int open = 2;
+  bool hung = false;
+  while (open > 0) {
+    if (::poll(fds, 2, 20000) <= 0) {
+      hung = true;
+      break;
+    }
+    for (int i = 0; i < 2; ++i) {
+      if (!(fds[i].revents & (POLLIN | POLLHUP))) continue;
+      char buffer[4096];
+      ssize_t n = ::read(fds[i].fd, buffer, sizeof buffer);
+      if (n <= 0) {
+        fds[i].fd = -1;
+        --open;
+        continue;
+      }
+      (i == 0 ? result.out : result.err).append(buffer, static_cast<std::size_t>(n));
+    }
+    if (!interruptWhen.empty() && !interrupted &&
+        result.out.find(interruptWhen) != std::string::npos) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(200));
+      ::kill(pid, SIGINT);
+      interrupted = true;
+    }
+  }
+  ::close(out[0]);
+  ::close(err[0]);
+  int status = 0;
+  // Output stopped for 20 s without an end: the program hangs. Fail the test, not the suite.
+  if (hung) {
+    ADD_FAILURE() << "tarnwick-cli did not end";
+    ::kill(pid, SIGKILL);
+  }
+  ::waitpid(pid, &status, 0);
+  result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+
+} // namespace tarnwick::testing

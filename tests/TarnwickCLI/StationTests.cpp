@@ -1,0 +1,449 @@
+// The flashing station against simulated boards: in the process with a port source the test
+// plugs boards into, and as the executable a user runs.
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+#include <sys/eventfd.h>
+
+#include <nlohmann/json.hpp>
+
+#include "FlashCore/Digest.hpp"
+#include "FlashCore/ProductPackage.hpp"
+#include "Simulator/PseudoTerminal.hpp"
+#include "Simulator/SimulatedAVR.hpp"
+#include "Simulator/SimulatedESP.hpp"
+#include "TarnwickCLI/RunCLI.hpp"
+#include "TarnwickCLI/Station.hpp"
+#include "TarnwickCLI/StationOutput.hpp"
+#include "support/Products.hpp"
+
+using namespace tarnwick;
+using namespace tarnwick::cli;
+using namespace tarnwick::simulator;
+using namespace tarnwick::testing;
+using namespace std::chrono_literals;
+namespace fs = std::filesystem;
+
+namespace {
+
+// Ports the test plugs in and pulls out; each change wakes the station at once.
+class FakePorts : public PortSource {
+public:
+  FakePorts() : changed_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
+  ~FakePorts() override { ::close(changed_); }
+
+  void plug(const std::string& path) {
+    std::lock_guard lock(mutex_);
+    // A CH340 adapter: a USB board like any on a hub.
+    ports_.push_back({path, std::nullopt, 0x1A86, 0x7523});
+    notify();
+  }
+  void pull(const std::string& path) {
+    std::lock_guard lock(mutex_);
+    std::erase_if(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
+    notify();
+  }
+
+  std::vector<SerialPortInfo> start() override {
+    std::lock_guard lock(mutex_);
+    return ports_;
+  }
+  std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
+    pollfd watched[2] = {{changed_, POLLIN, 0}, {wake, POLLIN, 0}};
+    auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    ::poll(watched, 2, static_cast<int>(std::max<std::int64_t>(left, 0)));
+    std::uint64_t drained = 0;
+    [[maybe_unused]] ssize_t got = ::read(changed_, &drained, sizeof drained);
+    std::lock_guard lock(mutex_);
+    return ports_;
+  }
+
+private:
+  void notify() {
+    const std::uint64_t one = 1;
+    [[maybe_unused]] ssize_t written = ::write(changed_, &one, sizeof one);
+  }
+  std::mutex mutex_;
+  std::vector<SerialPortInfo> ports_;
+  int changed_;
+};
+
+// Everything the station reports, in order, for assertions and for waiting on.
+class Recorder : public StationReport {
+public:
+  struct Entry {
+    std::string kind; // "started", "connected", "done", "failed", "stopped", "notice"
+    std::string path;
+    std::string text;
+  };
+
+  void notice(const std::string& text) override { add({"notice", "", text}); }
+  void started(const StationBoard& board) override { add({"started", board.path, board.name}); }
+  void connected(const StationBoard& board, const std::string& chip,
+                 const std::optional<std::string>&) override {
+    add({"connected", board.path, chip});
+  }
+  void progress(const StationBoard&, std::int64_t, std::int64_t) override {}
+  void finished(const BoardOutcome& outcome) override {
+    static const char* names[] = {"done", "failed", "stopped"};
+    add({names[static_cast<int>(outcome.result)], outcome.board.path, outcome.message});
+  }
+
+  /// Waits until `count` entries of `kind` (for `path`, unless empty) were reported.
+  bool waitFor(const std::string& kind, const std::string& path = {}, int count = 1,
+               std::chrono::milliseconds timeout = 20s) {
+    std::unique_lock lock(mutex_);
+    return changed_.wait_for(lock, timeout, [&] { return countLocked(kind, path) >= count; });
+  }
+  int count(const std::string& kind, const std::string& path = {}) {
+    std::lock_guard lock(mutex_);
+    return countLocked(kind, path);
+  }
+  /// Position of the `n`-th entry of `kind` for `path`; -1 when there is none.
+  int indexOf(const std::string& kind, const std::string& path, int n = 1) {
+    std::lock_guard lock(mutex_);
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      if (entries_[i].kind == kind && entries_[i].path == path && --n == 0)
+        return static_cast<int>(i);
+    }
+    return -1;
+  }
+  std::vector<Entry> entries() {
+    std::lock_guard lock(mutex_);
+    return entries_;
+  }
+
+private:
+  void add(Entry entry) {
+    std::lock_guard lock(mutex_);
+    entries_.push_back(std::move(entry));
+    changed_.notify_all();
+  }
+  int countLocked(const std::string& kind, const std::string& path) const {
+    return static_cast<int>(std::ranges::count_if(entries_, [&](const Entry& e) {
+      return e.kind == kind && (path.empty() || e.path == path);
+    }));
+  }
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<Entry> entries_;
+};
+
+std::string describe(Recorder& recorder) {
+  std::string text;
+  for (const auto& e : recorder.entries())
+    text += e.kind + " " + e.path + " " + e.text + "\n";
+  return text;
+}
+
+// A station on its own thread, with times short enough for tests.
+struct RunningStation {
+  RunningStation(const ProductWithFiles& p, StationOptions options, FakePorts& ports)
+      : station(ProductPackage{p.product, p.files, {}}, withShortTimes(std::move(options)),
+                recorder) {
+    thread = std::thread([&] { failures = station.run(ports); });
+    // Boards plugged in before the station looked are boards present at start.
+    EXPECT_TRUE(recorder.waitFor("notice"));
+  }
+  ~RunningStation() {
+    if (thread.joinable()) {
+      station.interrupt();
+      station.interrupt();
+      thread.join();
+    }
+  }
+  // Returns the count of boards that failed or were stopped.
+  std::int64_t finish() {
+    thread.join();
+    return failures;
+  }
+  static StationOptions withShortTimes(StationOptions options) {
+    options.testDevices = true;
+    options.settleSeconds = 0.2;
+    options.quietSeconds = 1.5;
+    return options;
+  }
+
+  Recorder recorder;
+  Station station;
+  std::thread thread;
+  std::int64_t failures = -1;
+};
+
+// A board whose run lasts about a second: the line is paced at its real speed.
+SimulatedESPOptions slowESP32() {
+  SimulatedESPOptions options;
+  options.paceLine = true;
+  options.syncAnswers = 1;
+  return options;
+}
+
+} // namespace
+
+// Boards plugged in while others run are flashed at once, side by side; one failing leaves the
+// others alone and shows in the count; a port that comes and goes within the settling time is
+// no board.
+TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
+  SimulatedESP first(slowESP32()), second(slowESP32());
+  SimulatedESPOptions failing;
+  failing.failCommand = static_cast<std::uint8_t>(ESPCommand::flashDeflateBegin);
+  SimulatedESP broken(failing);
+  PseudoTerminal flicker;
+  FakePorts ports;
+  auto product = espProduct(ESPChip::esp32, 48 * 1024);
+  RunningStation running(product, {}, ports);
+
+  ports.plug(first.path());
+  ASSERT_TRUE(running.recorder.waitFor("started", first.path())) << describe(running.recorder);
+  ports.plug(broken.path());
+  ports.plug(second.path());
+  ports.plug(flicker.path());
+  std::this_thread::sleep_for(50ms);
+  ports.pull(flicker.path());
+  ASSERT_TRUE(running.recorder.waitFor("done", {}, 2)) << describe(running.recorder);
+  ASSERT_TRUE(running.recorder.waitFor("failed", broken.path()));
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 1);
+
+  Recorder& r = running.recorder;
+  // The second board started before the first was done: they ran at the same time.
+  EXPECT_LT(r.indexOf("started", second.path()), r.indexOf("done", first.path()))
+      << describe(r);
+  EXPECT_EQ(r.count("done", first.path()), 1);
+  EXPECT_EQ(r.count("done", second.path()), 1);
+  EXPECT_EQ(r.count("started", flicker.path()), 0);
+  EXPECT_EQ(running.station.flashed(), 2);
+  EXPECT_EQ(running.station.failed(), 1);
+  const Bytes& app = product.files.at(product.product.images[2].id);
+  Bytes flash = second.flash();
+  EXPECT_TRUE(std::equal(app.begin(), app.end(), flash.begin() + 0x10000));
+  EXPECT_EQ(r.entries().back().text, "Flashed 2 · Failed 1.");
+}
+
+// After its run a port is quiet: the board coming back there (its own restart) is not flashed
+// again, while a board on another port is. Pulled out and plugged in after the quiet time, it is
+// a new board. Boards present at start are left alone.
+TEST(Station, QuietTimePerPortAndReplugging) {
+  SimulatedESP board, other, present;
+  FakePorts ports;
+  ports.plug(present.path());
+  RunningStation running(espProduct(ESPChip::esp32, 4096), {}, ports);
+  Recorder& r = running.recorder;
+
+  ports.plug(board.path());
+  ASSERT_TRUE(r.waitFor("done", board.path())) << describe(r);
+  // The board re-enumerates after its reset.
+  ports.pull(board.path());
+  ports.plug(board.path());
+  ports.plug(other.path());
+  ASSERT_TRUE(r.waitFor("done", other.path())) << describe(r);
+  std::this_thread::sleep_for(500ms);
+  EXPECT_EQ(r.count("started", board.path()), 1) << describe(r);
+
+  // Unplugged and plugged in again once the quiet time is over.
+  std::this_thread::sleep_for(1200ms);
+  ports.pull(board.path());
+  std::this_thread::sleep_for(100ms);
+  ports.plug(board.path());
+  ASSERT_TRUE(r.waitFor("done", board.path(), 2)) << describe(r);
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0);
+  EXPECT_EQ(r.count("started", present.path()), 0);
+  EXPECT_EQ(running.station.flashed(), 3);
+}
+
+// --now takes the boards already there; --limit stops taking boards once that many succeeded or
+// run, and ends the station when they have succeeded, without Ctrl+C.
+TEST(Station, NowAndLimit) {
+  SimulatedESP a(slowESP32()), b(slowESP32()), c(slowESP32());
+  FakePorts ports;
+  for (const auto* board : {&a, &b, &c})
+    ports.plug(board->path());
+  StationOptions options;
+  options.now = true;
+  options.limit = 2;
+  RunningStation running(espProduct(ESPChip::esp32, 4096), options, ports);
+  EXPECT_EQ(running.finish(), 0);
+  Recorder& r = running.recorder;
+  EXPECT_EQ(r.count("started"), 2) << describe(r);
+  EXPECT_EQ(r.count("done"), 2);
+  EXPECT_EQ(r.count("notice", ""), 3); // ready, limit reached, summary
+  EXPECT_EQ(r.entries()[r.entries().size() - 2].text, "Limit of 2 reached: no new boards are taken.");
+}
+
+// The first Ctrl+C lets the running boards finish and takes no new ones; a second one stops
+// them, and a stopped board counts as failed.
+TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
+  for (int presses : {1, 2}) {
+    SCOPED_TRACE(presses);
+    SimulatedESP a(slowESP32()), b(slowESP32()), late;
+    FakePorts ports;
+    RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
+    Recorder& r = running.recorder;
+    ports.plug(a.path());
+    ports.plug(b.path());
+    ASSERT_TRUE(r.waitFor("connected", {}, 2)) << describe(r);
+    running.station.interrupt();
+    ports.plug(late.path());
+    if (presses == 2) running.station.interrupt();
+    const std::int64_t failures = running.finish();
+    EXPECT_EQ(r.count("started", late.path()), 0) << describe(r);
+    if (presses == 1) {
+      EXPECT_EQ(failures, 0) << describe(r);
+      EXPECT_EQ(r.count("done"), 2);
+      EXPECT_NE(describe(r).find("The 2 running boards finish; press Ctrl+C again to stop them."),
+                std::string::npos)
+          << describe(r);
+    } else {
+      EXPECT_EQ(failures, 2) << describe(r);
+      EXPECT_EQ(r.count("stopped"), 2);
+      EXPECT_EQ(r.count("done"), 0);
+    }
+  }
+}
+
+// Leonardo-type boards go one at a time, and the bootloader port that comes up during a run is
+// that run's, not a new board.
+TEST(Station, CaterinaBoardsOneAtATime) {
+  SimulatedAVROptions leonardo;
+  leonardo.board = AVRBoard::leonardo;
+  SimulatedAVR bootloaderA(leonardo), bootloaderB(leonardo);
+  PseudoTerminal sketchA, sketchB;
+  FakePorts ports;
+  StationOptions options;
+  options.findBootloaderPort = [&](const std::set<std::string>&, const std::string& old) {
+    const std::string& bootloader = old == sketchA.path() ? bootloaderA.path() : bootloaderB.path();
+    ports.pull(old);
+    ports.plug(bootloader);
+    std::this_thread::sleep_for(400ms); // the station sees it while the run waits
+    return bootloader;
+  };
+  RunningStation running(avrProduct(AVRBoard::leonardo, 4000), options, ports);
+  Recorder& r = running.recorder;
+  ports.plug(sketchA.path());
+  ports.plug(sketchB.path());
+  ASSERT_TRUE(r.waitFor("done", {}, 2)) << describe(r);
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0);
+  EXPECT_EQ(r.count("started"), 2) << describe(r);
+  EXPECT_EQ(r.count("started", bootloaderA.path()) + r.count("started", bootloaderB.path()), 0);
+  // Whichever went first was done before the other started.
+  std::vector<std::string> order;
+  for (const auto& e : r.entries())
+    if (e.kind == "started" || e.kind == "done") order.push_back(e.kind);
+  EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"}))
+      << describe(r);
+  EXPECT_NE(describe(r).find("one at a time"), std::string::npos);
+}
+
+// The executable: JSON events and the record file, with simulated boards named as test devices.
+TEST(StationCommand, JSONEventsAndTheRecordFile) {
+  const fs::path root = fs::temp_directory_path() / ("tw-station-" + std::to_string(::getpid()));
+  fs::remove_all(root);
+  fs::create_directories(root);
+  auto p = espProduct(ESPChip::esp32, 8192);
+  p.product.name = "Sensor v2";
+  // The directory form, so the test can take the digest of product.json itself.
+  ProductPackage::writeDirectory({p.product, p.files, {}}, root / "Sensor.twflash");
+  std::ifstream recordFile(root / "Sensor.twflash" / "product.json", std::ios::binary);
+  const std::string record((std::istreambuf_iterator<char>(recordFile)), {});
+  const std::string digest =
+      Digest::sha256Hex(ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
+
+  SimulatedESP good;
+  SimulatedESPOptions failing;
+  failing.silent = true;
+  SimulatedESP silent(failing);
+  const std::string log = (root / "boards.jsonl").string();
+  std::ofstream(log) << "{\"earlier\":true}\n"; // appended to, never replaced
+  Result result =
+      runCLI({"station", (root / "Sensor.twflash").string(), "--test-device", "--port",
+              good.path(), "-p", silent.path(), "--json", "--record", log},
+             R"("event":"failed")");
+  EXPECT_EQ(result.status, 1) << result.out << result.err;
+
+  const std::regex isoTime(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z)");
+  std::map<std::string, std::vector<std::string>> events; // by port
+  std::istringstream lines(result.out);
+  for (std::string line; std::getline(lines, line);) {
+    auto event = nlohmann::json::parse(line);
+    EXPECT_TRUE(std::regex_match(event.at("time").get<std::string>(), isoTime)) << line;
+    const std::string kind = event.at("event");
+    if (kind != "progress") events[event.at("port")].push_back(kind);
+    if (kind == "connected" || kind == "done") {
+      EXPECT_EQ(event.at("chip"), "ESP32");
+      EXPECT_EQ(event.at("mac"), "AB:CD:12:34:56:78");
+    }
+    if (kind == "failed") {
+      EXPECT_FALSE(event.at("message").get<std::string>().empty());
+    }
+    if (kind == "progress") {
+      EXPECT_LE(event.at("done"), event.at("total"));
+    }
+  }
+  EXPECT_EQ(events[good.path()], (std::vector<std::string>{"started", "connected", "done"}));
+  EXPECT_EQ(events[silent.path()], (std::vector<std::string>{"started", "failed"}));
+  EXPECT_NE(result.err.find("Flashed 1 · Failed 1."), std::string::npos) << result.err;
+
+  std::ifstream in(log);
+  std::vector<nlohmann::json> rows;
+  for (std::string line; std::getline(in, line);)
+    rows.push_back(nlohmann::json::parse(line));
+  ASSERT_EQ(rows.size(), 3u);
+  EXPECT_TRUE(rows[0].contains("earlier"));
+  for (const auto& row : std::vector(rows.begin() + 1, rows.end())) {
+    EXPECT_EQ(row.at("product"), "Sensor v2");
+    EXPECT_EQ(row.at("productSHA256"), digest);
+    EXPECT_TRUE(std::regex_match(row.at("time").get<std::string>(), isoTime));
+    const bool done = row.at("port") == good.path();
+    EXPECT_EQ(row.at("result"), done ? "done" : "failed");
+    EXPECT_EQ(row.at("chip").is_null(), !done);
+    EXPECT_EQ(row.at("message").get<std::string>().empty(), done);
+    EXPECT_GE(row.at("seconds").get<double>(), 0.0);
+  }
+  fs::remove_all(root);
+}
+
+// Ctrl+C at the executable: the running board finishes, the station says so and ends with 0.
+// Usage errors and an unwritable record end with 2 before any board is touched.
+TEST(StationCommand, CtrlCAndRefusals) {
+  const fs::path root = fs::temp_directory_path() / ("tw-station-c-" + std::to_string(::getpid()));
+  fs::remove_all(root);
+  fs::create_directories(root);
+  auto p = espProduct(ESPChip::esp32, 64 * 1024);
+  ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
+  const std::string product = (root / "Sensor.twflash").string();
+  SimulatedESP board(slowESP32());
+
+  Result stopped = runCLI({"station", product, "--test-device", "--port", board.path()},
+                          "Flashen gestartet", "de");
+  EXPECT_EQ(stopped.status, 0) << stopped.out << stopped.err;
+  EXPECT_NE(stopped.out.find("Das laufende Board wird fertig geflasht"), std::string::npos)
+      << stopped.out;
+  EXPECT_NE(stopped.out.find(": Fertig in "), std::string::npos) << stopped.out;
+  EXPECT_TRUE(stopped.lastLine().starts_with("Geflasht 1 · Fehlgeschlagen 0")) << stopped.out;
+
+  const int syncsBefore = board.requests(ESPCommand::sync);
+  const std::vector<std::vector<std::string>> refused = {
+      {"station"},
+      {"station", product, product},
+      {"station", product, "--limit", "0"},
+      {"station", product, "--limit", "many"},
+      {"station", product, "--port", board.path()}, // a pseudo-terminal needs --test-device
+      {"station", product, "--record", (root / "no" / "such" / "dir.jsonl").string()},
+      {"station", (root / "missing.twflash").string()},
+      {"station", product, "--target", "avr:uno"},
+  };
+  for (const auto& words : refused) {
+    Result result = runCLI(words);
+    EXPECT_EQ(result.status, 2) << words.back() << result.out << result.err;
+    EXPECT_FALSE(result.err.empty()) << words.back();
+  }
+  EXPECT_EQ(board.requests(ESPCommand::sync), syncsBefore) << "a refused station touched a board";
+  fs::remove_all(root);
+}
