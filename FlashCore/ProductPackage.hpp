@@ -56,7 +56,7 @@ struct ProductPackage {
   FileBytesMap files;
   /// The SHA-256 of the product.json it was read from, in lower-case hexadecimal: which exact
   /// product a board was flashed with. Empty for a package made in memory; not compared.
-  std::string recordSHA256;
+  std::string recordSHA256 = {};
 
   /// Reads the product file at `location`, a single file or a directory. Throws PackageError or
   /// ProductDecodingError. Nothing outside the product is read: links inside a directory are
