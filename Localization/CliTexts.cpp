@@ -546,8 +546,8 @@ Options:
                        product, productSHA256, result, message, seconds
       --test-device    also accept pseudo-terminals named with --port; they count as
                        connected at start (simulated boards)
-  -b, --baud N, --reset MODE, --no-verify, --flash-mode MODE, --flash-size SIZE,
-      --keep-otadata   as for “flash”
+The settings of “flash” apply as well: -b/--baud, --reset, --no-verify, --flash-mode,
+--flash-size, --keep-otadata.
 The first Ctrl-C takes no new boards and lets the running ones finish; a second one stops
 them. Exit status: 0 no board failed, 1 a board failed or was stopped, 2 unusable product.
 )",
@@ -567,12 +567,12 @@ Opties:
                        station stopt als er N gelukt zijn
       --json           één JSON-object per regel en gebeurtenis (started, connected, progress,
                        done, failed) met port, name, time (UTC) en de velden van de gebeurtenis
-      --record BESTAND per afgerond board één JSON-regel toevoegen: time, port, name, chip, mac,
+      --record PAD     per afgerond board één JSON-regel toevoegen: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    ook pseudoterminals accepteren die met --port genoemd zijn; die gelden
                        bij de start als aangesloten (gesimuleerde boards)
-  -b, --baud N, --reset MODUS, --no-verify, --flash-mode MODUS, --flash-size MAAT,
-      --keep-otadata   zoals bij ‘flash’
+De instellingen van ‘flash’ gelden ook: -b/--baud, --reset, --no-verify, --flash-mode,
+--flash-size, --keep-otadata.
 De eerste Ctrl-C neemt geen nieuwe boards meer en laat lopende boards afmaken; een tweede
 stopt ze. Afsluitstatus: 0 geen board mislukt, 1 een board mislukt of gestopt,
 2 onbruikbaar product.
@@ -597,8 +597,8 @@ Optionen:
                        product, productSHA256, result, message, seconds
       --test-device    auch mit --port genannte Pseudo-Terminals annehmen; sie gelten beim
                        Start als angeschlossen (simulierte Boards)
-  -b, --baud N, --reset MODUS, --no-verify, --flash-mode MODUS, --flash-size GRÖSSE,
-      --keep-otadata   wie bei „flash“
+Die Einstellungen von „flash“ gelten ebenso: -b/--baud, --reset, --no-verify, --flash-mode,
+--flash-size, --keep-otadata.
 Das erste Strg-C nimmt keine neuen Boards mehr an und lässt laufende fertig werden, ein
 zweites bricht sie ab. Exit-Status: 0 kein Board fehlgeschlagen, 1 ein Board fehlgeschlagen
 oder abgebrochen, 2 unbrauchbares Produkt.
@@ -619,12 +619,12 @@ Options :
                        cours ; la station s’arrête quand N ont réussi
       --json           un objet JSON par ligne et par événement (started, connected, progress,
                        done, failed) avec port, name, time (UTC) et les champs de l’événement
-      --record FICHIER ajouter une ligne JSON par carte terminée : time, port, name, chip, mac,
+      --record CHEMIN  ajouter une ligne JSON par carte terminée : time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    accepter aussi les pseudo-terminaux nommés avec --port ; ils comptent
                        comme branchés au démarrage (cartes simulées)
-  -b, --baud N, --reset MODE, --no-verify, --flash-mode MODE, --flash-size TAILLE,
-      --keep-otadata   comme pour « flash »
+Les réglages de « flash » s’appliquent aussi : -b/--baud, --reset, --no-verify, --flash-mode,
+--flash-size, --keep-otadata.
 Le premier Ctrl-C ne prend plus de nouvelles cartes et laisse finir celles en cours ; un
 second les arrête. Code de sortie : 0 aucune carte en échec, 1 une carte en échec ou arrêtée,
 2 produit inutilisable.
@@ -645,12 +645,12 @@ Opciones:
                        la estación termina cuando N han salido bien
       --json           un objeto JSON por línea y evento (started, connected, progress, done,
                        failed) con port, name, time (UTC) y los campos del evento
-      --record ARCHIVO añadir una línea JSON por placa terminada: time, port, name, chip, mac,
+      --record RUTA    añadir una línea JSON por placa terminada: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    aceptar también pseudoterminales indicados con --port; cuentan como
                        conectados al inicio (placas simuladas)
-  -b, --baud N, --reset MODO, --no-verify, --flash-mode MODO, --flash-size TAMAÑO,
-      --keep-otadata   como en «flash»
+Los ajustes de «flash» también valen: -b/--baud, --reset, --no-verify, --flash-mode,
+--flash-size, --keep-otadata.
 El primer Ctrl-C deja de aceptar placas nuevas y deja terminar las que están en curso; un
 segundo las detiene. Código de salida: 0 ninguna placa falló, 1 una placa falló o se detuvo,
 2 producto inservible.

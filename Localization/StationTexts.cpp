@@ -1,9 +1,6 @@
 #include "Localization/StationTexts.hpp"
 
-#include "Localization/MainWindowTexts.hpp"
 #include "Localization/Text.hpp"
-
-#define NBSP "\u00A0"
 
 namespace tarnwick::L10n::Station {
 
@@ -20,7 +17,7 @@ std::string ready(const std::string& product, bool boardsPresentToo) {
       return "„" + product + "“ wird auf jedes Board geflasht, ob schon angeschlossen oder "
              "später. Strg+C beendet.";
     case Language::fr:
-      return "«" NBSP + product + NBSP "» est flashé sur chaque carte, déjà branchée ou "
+      return "« " + product + " » est flashé sur chaque carte, déjà branchée ou "
              "branchée ensuite. Ctrl+C arrête.";
     case Language::es:
       return "Se flashea «" + product + "» en cada placa, las conectadas ahora y las que se "
@@ -37,7 +34,7 @@ std::string ready(const std::string& product, bool boardsPresentToo) {
     return "Bereit, „" + product + "“ auf jedes Board zu flashen, das ab jetzt angeschlossen "
            "wird. Strg+C beendet.";
   case Language::fr:
-    return "Prêt à flasher «" NBSP + product + NBSP "» sur chaque carte branchée à partir de "
+    return "Prêt à flasher « " + product + " » sur chaque carte branchée à partir de "
            "maintenant. Ctrl+C arrête.";
   case Language::es:
     return "Listo para flashear «" + product + "» en cada placa que se conecte a partir de ahora. "
@@ -53,14 +50,14 @@ std::string oneAtATime() {
              "poort.",
              "Diese Boards werden nacheinander geflasht: Ihr Bootloader erscheint als eigene "
              "Schnittstelle.",
-             "Ces cartes sont flashées une à une" NBSP ": leur bootloader apparaît comme un port "
+             "Ces cartes sont flashées une à une : leur bootloader apparaît comme un port "
              "à part.",
              "Estas placas se flashean de una en una: su bootloader aparece como un puerto "
              "propio."});
 }
 
 std::string aboutBoard(const std::string& board, const std::string& text) {
-  return board + (currentLanguage() == Language::fr ? NBSP ": " : ": ") + text;
+  return board + (currentLanguage() == Language::fr ? " : " : ": ") + text;
 }
 
 std::string started() {
@@ -69,9 +66,24 @@ std::string started() {
 }
 
 std::string failed(const std::string& message) {
-  return tr({"Failed: ", "Mislukt: ", "Fehlgeschlagen: ", "Échec" NBSP ": ", "Error: "}) +
+  return tr({"Failed: ", "Mislukt: ", "Fehlgeschlagen: ", "Échec : ", "Error: "}) +
          message;
 }
+
+namespace {
+// The desktop's counts, with the plain spaces of the command line.
+std::string counts(std::int64_t flashed, std::int64_t failed) {
+  const std::string good = std::to_string(flashed), bad = std::to_string(failed);
+  switch (currentLanguage()) {
+  case Language::en: return "Flashed " + good + " · Failed " + bad;
+  case Language::nl: return "Geflasht " + good + " · Mislukt " + bad;
+  case Language::de: return "Geflasht " + good + " · Fehlgeschlagen " + bad;
+  case Language::fr: return "Flashées : " + good + " · Échecs : " + bad;
+  case Language::es: return "Flasheadas " + good + " · Fallidas " + bad;
+  }
+  return {};
+}
+} // namespace
 
 std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
                    std::int64_t flashed, std::int64_t failed) {
@@ -80,17 +92,17 @@ std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
     text = tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards",
                "En attente de cartes", "Esperando placas"});
   } else {
-    text = tr({"Flashing ", "Bezig ", "Läuft ", "En cours" NBSP ": ", "En curso: "});
-    // German, French and Spanish set a (no-break) space before the percent sign.
+    text = tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
+    // German, French and Spanish set a space before the percent sign.
     const bool spaced = currentLanguage() == Language::de || currentLanguage() == Language::fr ||
                         currentLanguage() == Language::es;
     for (std::size_t i = 0; i < inProgress.size(); ++i) {
       if (i > 0) text += ", ";
       text += inProgress[i].first + " " + std::to_string(inProgress[i].second) +
-              (spaced ? NBSP "%" : "%");
+              (spaced ? " %" : "%");
     }
   }
-  return text + " · " + Footer::counters(flashed, failed);
+  return text + " · " + counts(flashed, failed);
 }
 
 std::string finishing(std::int64_t running) {
@@ -112,7 +124,7 @@ std::string finishing(std::int64_t running) {
   case Language::fr:
     return "Plus aucune nouvelle carte n’est prise. " +
            (one ? std::string("La carte en cours va") : "Les " + n + " cartes en cours vont") +
-           " jusqu’au bout" NBSP "; appuyez de nouveau sur Ctrl+C pour " + (one ? "l’" : "les ") +
+           " jusqu’au bout ; appuyez de nouveau sur Ctrl+C pour " + (one ? "l’" : "les ") +
            "arrêter.";
   case Language::es:
     return "Ya no se aceptan placas nuevas. " +
@@ -136,14 +148,14 @@ std::string limitReached(std::int64_t limit) {
   case Language::de:
     return "Grenze von " + n + " erreicht: Es werden keine neuen Boards angenommen.";
   case Language::fr:
-    return "Limite de " + n + " atteinte" NBSP ": plus aucune nouvelle carte n’est prise.";
+    return "Limite de " + n + " atteinte : plus aucune nouvelle carte n’est prise.";
   case Language::es: return "Límite de " + n + " alcanzado: no se aceptan placas nuevas.";
   }
   return {};
 }
 
 std::string summary(std::int64_t flashed, std::int64_t failed) {
-  return Footer::counters(flashed, failed) + ".";
+  return counts(flashed, failed) + ".";
 }
 
 std::string limitValue() {
@@ -159,7 +171,7 @@ std::string cannotOpenRecord(const std::string& file, const std::string& reason)
   case Language::de:
     return "Die Protokolldatei " + file + " kann nicht geöffnet werden: " + reason + ".";
   case Language::fr:
-    return "Impossible d’ouvrir le fichier d’enregistrement " + file + NBSP ": " + reason + ".";
+    return "Impossible d’ouvrir le fichier d’enregistrement " + file + " : " + reason + ".";
   case Language::es:
     return "No se puede abrir el archivo de registro " + file + ": " + reason + ".";
   }
@@ -171,7 +183,7 @@ std::string cannotWriteRecord(const std::string& file, const std::string& reason
   case Language::en: return "This board is missing from " + file + ": " + reason + ".";
   case Language::nl: return "Dit board ontbreekt in " + file + ": " + reason + ".";
   case Language::de: return "Dieses Board fehlt in " + file + ": " + reason + ".";
-  case Language::fr: return "Cette carte manque dans " + file + NBSP ": " + reason + ".";
+  case Language::fr: return "Cette carte manque dans " + file + " : " + reason + ".";
   case Language::es: return "Esta placa falta en " + file + ": " + reason + ".";
   }
   return {};
@@ -184,7 +196,7 @@ std::string needsTestDevice(const std::string& path) {
   case Language::de:
     return path + " ist kein serieller Adapter; nur mit --test-device ist das erlaubt.";
   case Language::fr:
-    return path + " n’est pas un adaptateur série" NBSP "; seul --test-device l’autorise.";
+    return path + " n’est pas un adaptateur série ; seul --test-device l’autorise.";
   case Language::es: return path + " no es un adaptador serie; solo --test-device lo permite.";
   }
   return {};

@@ -16,6 +16,7 @@
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
+#include "Localization/StationTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -97,6 +98,23 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Cli::helpCheck(); },
       [] { return L::Cli::helpInfo(); },
       [] { return L::Cli::helpPorts(); },
+      [] { return L::Cli::helpStation(); },
+      [] { return L::Station::ready("Sensor", false); },
+      [] { return L::Station::ready("Sensor", true); },
+      [] { return L::Station::oneAtATime(); },
+      [] { return L::Station::aboutBoard("Arduino Uno (ttyACM0)", L::Station::started()); },
+      [] { return L::Station::failed("r"); },
+      [] { return L::Station::status({}, 3, 1); },
+      [] { return L::Station::status({{"ttyUSB0", 45}, {"ttyUSB1", 5}}, 3, 1); },
+      [] { return L::Station::finishing(1); },
+      [] { return L::Station::finishing(3); },
+      [] { return L::Station::stopping(); },
+      [] { return L::Station::limitReached(50); },
+      [] { return L::Station::summary(12, 1); },
+      [] { return L::Station::limitValue(); },
+      [] { return L::Station::cannotOpenRecord("b.jsonl", "r"); },
+      [] { return L::Station::cannotWriteRecord("b.jsonl", "r"); },
+      [] { return L::Station::needsTestDevice("/dev/pts/3"); },
       [] { return L::Ports::usbSerial("CH340"); },
       [] { return L::Ports::severalUSBBoards(); },
       [] { return L::Ports::cannotWatch(); },
@@ -140,7 +158,8 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
   // Option tables: descriptions start in one column, counted in characters, at least two apart.
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
-    for (const std::string& help : {L::Cli::helpFlash(), L::Cli::helpPack()}) {
+    for (const std::string& help :
+         {L::Cli::helpFlash(), L::Cli::helpPack(), L::Cli::helpStation()}) {
       std::set<std::size_t> columns;
       std::istringstream lines(help);
       for (std::string line; std::getline(lines, line);) {
