@@ -14,6 +14,8 @@
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
+#include "Localization/Help.hpp"
+#include "TarnwickCLI/Arguments.hpp"
 #include "Simulator/PseudoTerminal.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
@@ -446,4 +448,37 @@ TEST(StationCommand, CtrlCAndRefusals) {
   }
   EXPECT_EQ(board.requests(ESPCommand::sync), syncsBefore) << "a refused station touched a board";
   fs::remove_all(root);
+}
+
+// Every option the help's "A series of boards" topic gives the station is one it takes, and a
+// full command line lands where the station reads it.
+TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
+  // The station's part of the topic: from its first mention to the topic's end.
+  std::string topicText;
+  for (const auto& topic : L10n::Help::topics()) {
+    bool station = false;
+    for (const auto& block : topic.blocks) {
+      station = station || block.text().find("tarnwick-cli station") != std::string::npos;
+      if (station) topicText += block.text() + " ";
+    }
+  }
+  const std::regex option(R"(--[a-z][a-z-]*)");
+  int mentioned = 0;
+  for (std::sregex_iterator it(topicText.begin(), topicText.end(), option), end; it != end; ++it) {
+    std::vector<std::string> words = {"station", "P.twflash", it->str()};
+    if (it->str() == "--port" || it->str() == "--limit" || it->str() == "--record")
+      words.push_back("1");
+    EXPECT_NO_THROW(cli::parseArguments(words)) << it->str();
+    ++mentioned;
+  }
+  EXPECT_GE(mentioned, 5);
+
+  auto arguments = cli::parseArguments({"station", "-p", "/dev/ttyUSB1", "--port=/dev/ttyUSB0",
+                                        "--now", "--limit", "12", "--json", "--record",
+                                        "b.jsonl", "--no-verify", "P.twflash"});
+  EXPECT_EQ(arguments.ports, (std::vector<std::string>{"/dev/ttyUSB1", "/dev/ttyUSB0"}));
+  EXPECT_EQ(arguments.limit, 12);
+  EXPECT_EQ(arguments.record, "b.jsonl");
+  EXPECT_TRUE(arguments.now && arguments.json && arguments.overrides.noVerify);
+  EXPECT_EQ(arguments.inputs, std::vector<std::string>{"P.twflash"});
 }
