@@ -556,18 +556,38 @@ void MainWindow::refreshStatus() {
   }
   QString text;
   const auto& outcome = model_.outcome();
-  if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value))
-    text = qt(L10n::State::lastFlashSucceeded());
-  else if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+  const auto images = model_.product().enabledImages();
+  if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value)) {
+    // What the board got, so a series can be checked at a glance.
+    const FlashSummary& summary = std::get<FlashOutcome::Success>(outcome->value).summary;
+    text = qt(L10n::State::lastFlashSucceeded()) + QStringLiteral(" · ") +
+           qt(L10n::Panel::lastSuccess(summary.chip, formatByteCount(summary.bytes),
+                                       formatSeconds(summary.seconds)));
+  } else if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value)) {
     text = qt(L10n::State::lastFlashFailed());
-  else if (model_.product().enabledImages().empty())
+  } else if (images.empty()) {
     text = qt(L10n::Panel::addFirmwareToBegin());
-  else if (model_.selectedPath().isEmpty())
-    text = qt(L10n::State::ready()) + QStringLiteral(" · ") + qt(L10n::Panel::noPort());
-  else if (model_.canFlash())
-    text = qt(L10n::Panel::readyToFlash());
-  else
-    text = qt(L10n::State::ready());
+  } else {
+    // The run the Flash button would start: how many files, where they go, onto which port.
+    std::string range;
+    if (model_.product().target.isESP()) {
+      std::uint32_t first = UINT32_MAX, end = 0;
+      for (const auto& image : images) {
+        first = std::min(first, image.offset);
+        end = std::max(end, image.end());
+      }
+      range = L10n::Panel::addressRange(formatAddress(first), formatAddress(end > 0 ? end - 1 : 0));
+    }
+    const QString port = model_.selectedPath().isEmpty()
+                             ? qt(L10n::Panel::noPort())
+                             : model_.portLabel(model_.selectedPath());
+    const QString state = model_.selectedPath().isEmpty() || !model_.canFlash()
+                              ? qt(L10n::State::ready())
+                              : qt(L10n::Panel::readyToFlash());
+    text = state + QStringLiteral(" · ") +
+           qt(L10n::Panel::plannedRun(static_cast<std::int64_t>(images.size()), range,
+                                      port.toStdString()));
+  }
   statusText_->setText(text);
   if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
     statusText_->setToolTip(qt(std::get<FlashOutcome::Failure>(outcome->value).message));

@@ -105,7 +105,9 @@ TEST_F(WindowTest, PortPickerBannerAndFlashFollowThePortsAndTheProduct) {
   load(*model, espProduct(ESPChip::esp32, 16 * 1024));
   EXPECT_TRUE(w.flashButton()->isEnabled());
   EXPECT_TRUE(w.flashAction()->isEnabled());
-  EXPECT_EQ(w.statusText()->text(), "Ready to flash");
+  // The planned run: files, the addresses they cover, the port.
+  EXPECT_EQ(w.statusText()->text(),
+            "Ready to flash · 4 files · 0x1000–0x29FFFF · USB serial (CH340)");
 
   // Choosing the other port from the picker, as a user does with the keyboard.
   w.portPicker()->setFocus();
@@ -220,6 +222,12 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   MainWindow& w = open({board.path()});
   load(*model, espProduct(ESPChip::esp32, 256 * 1024));
   ASSERT_TRUE(w.flashButton()->isEnabled());
+
+  // A whole run first: the status line then says what the board got.
+  QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
+  ASSERT_TRUE(waitUntilIdle(*model, 60000));
+  EXPECT_TRUE(w.statusText()->text().startsWith("Last flash succeeded · ESP32 · 362 KB in "))
+      << w.statusText()->text().toStdString();
 
   QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
   ASSERT_TRUE(model->isFlashing());
