@@ -216,9 +216,9 @@ std::string findingLine(const Product& product, const ProductIssue& issue) {
          " " + (file.empty() ? "" : file + ": ") + issue.message();
 }
 
-int flash(const Arguments& arguments) {
-  ProductPackage package = productFor(arguments);
-  applyOverrides(package.product, arguments.overrides, arguments.command);
+// Checks a product before any board is touched: warnings go to standard error, an error ends
+// the command.
+void checkBeforeFlashing(const ProductPackage& package) {
   auto issues = ProductCheck::check(package.product, package.files);
   for (const auto& issue : issues) {
     if (!issue.isError()) printError(findingLine(package.product, issue));
@@ -226,6 +226,12 @@ int flash(const Arguments& arguments) {
   if (auto error = ProductCheck::firstError(issues)) {
     throw Unusable{findingLine(package.product, *error)};
   }
+}
+
+int flash(const Arguments& arguments) {
+  ProductPackage package = productFor(arguments);
+  applyOverrides(package.product, arguments.overrides, arguments.command);
+  checkBeforeFlashing(package);
   const std::vector<SerialPortInfo> present = PortScanner().scan();
   const std::string port = arguments.port ? *arguments.port : onlyUSBPort(present).path;
 
@@ -300,13 +306,7 @@ extern "C" void onStationInterrupt(int) {
 int station(const Arguments& arguments) {
   ProductPackage package = openProduct(arguments.inputs[0]);
   applyOverrides(package.product, arguments.overrides, arguments.command);
-  auto issues = ProductCheck::check(package.product, package.files);
-  for (const auto& issue : issues) {
-    if (!issue.isError()) printError(findingLine(package.product, issue));
-  }
-  if (auto error = ProductCheck::firstError(issues)) {
-    throw Unusable{findingLine(package.product, *error)};
-  }
+  checkBeforeFlashing(package);
 
   StationOptions options;
   options.onlyPorts = {arguments.ports.begin(), arguments.ports.end()};

@@ -40,17 +40,6 @@ double threadCPUSeconds() {
   return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
 }
 
-Bytes firmwareLike(std::size_t size) {
-  std::ifstream self("/proc/self/exe", std::ios::binary);
-  Bytes code((std::istreambuf_iterator<char>(self)), std::istreambuf_iterator<char>());
-  if (code.empty()) code.assign(4096, 0x5A);
-  Bytes out;
-  while (out.size() < size)
-    out.insert(out.end(), code.begin(), code.end());
-  out.resize(size);
-  return out;
-}
-
 Bytes fileBytes(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return Bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());

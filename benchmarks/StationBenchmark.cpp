@@ -25,19 +25,6 @@ using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// This program's own machine code, repeated: firmware-like, neither random nor trivially small
-// when compressed.
-Bytes firmwareLike(std::size_t size) {
-  std::ifstream self("/proc/self/exe", std::ios::binary);
-  Bytes code((std::istreambuf_iterator<char>(self)), std::istreambuf_iterator<char>());
-  if (code.empty()) code.assign(4096, 0x5A);
-  Bytes out;
-  while (out.size() < size)
-    out.insert(out.end(), code.begin(), code.end());
-  out.resize(size);
-  return out;
-}
-
 // The boards are all there when the station starts; it takes them with --now.
 class FixedPorts : public PortSource {
 public:
@@ -129,7 +116,7 @@ int main() {
   testing::ProductWithFiles p;
   p.product.name = "Benchmark";
   p.product.target = Target::esp(ESPChip::esp32);
-  p.add(FirmwareImage::Role::other, 0x10000, firmwareLike(1024 * 1024), "firmware.bin");
+  p.add(FirmwareImage::Role::other, 0x10000, testing::firmwareLike(1024 * 1024), "firmware.bin");
   const ProductPackage package{p.product, p.files, {}};
 
   std::printf("ESP32, 1 MiB, 460800 baud (115200 while connecting), boards flashed at once\n");

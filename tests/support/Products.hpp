@@ -14,6 +14,9 @@ struct ProductWithFiles {
 
 /// Bootloader, partition table (Arduino's default layout), application and file system for `chip`.
 ProductWithFiles espProduct(ESPChip chip, std::size_t applicationSize = 200 * 1024);
+/// `size` bytes of this program's own machine code, repeated: firmware-like for compression,
+/// neither random nor trivially small once compressed.
+Bytes firmwareLike(std::size_t size);
 /// One sketch of `size` bytes for `board`.
 ProductWithFiles avrProduct(AVRBoard board, std::size_t size);
 
