@@ -4,23 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-work=$(mktemp -d)
-sim=
-cleanup() {
-  [ -n "$sim" ] && kill "$sim" 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-simboard=build/Simulator/tarnwick-simboard
-[ -x "$simboard" ] || simboard=build/tests/support/tarnwick-simboard
-"$simboard" esp32 --pace --demo-folder "$work/project" >"$work/port" &
-sim=$!
-for _ in $(seq 50); do
-  [ -s "$work/port" ] && break
-  sleep 0.1
-done
-port=$(head -n 1 "$work/port")
+source scripts/simboard.sh
+start_simboard esp32 --pace
 
 echo "Simulated ESP32 on $port; demo build in $work/project"
 echo

@@ -7,21 +7,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 out=${1:-Assets/screenshots}
 
-work=$(mktemp -d)
-sim=
-cleanup() {
-  [ -n "$sim" ] && kill "$sim" 2>/dev/null || true
-  rm -rf "$work"
-}
-trap cleanup EXIT
-
-build/Simulator/tarnwick-simboard esp32 --pace --demo-folder "$work/project" >"$work/port" &
-sim=$!
-for _ in $(seq 50); do
-  [ -s "$work/port" ] && [ -e "$work/project/flasher_args.json" ] && break
-  sleep 0.1
-done
-port=$(head -n 1 "$work/port")
+source scripts/simboard.sh
+start_simboard esp32 --pace
 
 xvfb-run -a -s "-screen 0 1400x900x24" \
   build/Tarnwick/tarnwick --screenshots "$out" --test-device "$port" "$work/project"
