@@ -48,8 +48,9 @@ std::string boardName(const SerialPortInfo& port) {
 
 // MARK: - The scanner as a port source
 
-ScannerPortSource::ScannerPortSource(std::vector<std::string> testDevices)
-    : testDevices_(std::move(testDevices)) {
+ScannerPortSource::ScannerPortSource(std::vector<std::string> testDevices,
+                                     PortScanner::ChangeSource changes)
+    : scanner_(changes), testDevices_(std::move(testDevices)) {
   scanner_.onChange = [this](const std::vector<SerialPortInfo>& ports) { delivered_ = ports; };
   scanner_.start();
 }

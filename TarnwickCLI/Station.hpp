@@ -37,7 +37,9 @@ public:
 /// no scanner lists) present while their device node exists.
 class ScannerPortSource : public PortSource {
 public:
-  explicit ScannerPortSource(std::vector<std::string> testDevices = {});
+  explicit ScannerPortSource(
+      std::vector<std::string> testDevices = {},
+      PortScanner::ChangeSource changes = PortScanner::ChangeSource::automatic);
   /// False when the system gives no notice of ports coming and going.
   bool canWatch() const { return scanner_.descriptor() >= 0; }
   std::vector<SerialPortInfo> start() override;

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <regex>
@@ -20,6 +19,7 @@
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
+#include "TarnwickCLI/StationRecorder.hpp"
 #include "TarnwickCLI/Station.hpp"
 #include "TarnwickCLI/StationOutput.hpp"
 #include "support/Products.hpp"
@@ -32,6 +32,10 @@ using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
 namespace {
+
+// The station's threads speak the process's language, which no per-thread override reaches:
+// these tests read English whatever the machine's locale.
+const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
 
 // Ports the test plugs in and pulls out; each change wakes the station at once.
 class FakePorts : public PortSource {
@@ -75,73 +79,7 @@ private:
   int changed_;
 };
 
-// Everything the station reports, in order, for assertions and for waiting on.
-class Recorder : public StationReport {
-public:
-  struct Entry {
-    std::string kind; // "started", "connected", "done", "failed", "stopped", "notice"
-    std::string path;
-    std::string text;
-  };
 
-  void notice(const std::string& text) override { add({"notice", "", text}); }
-  void started(const StationBoard& board) override { add({"started", board.path, board.name}); }
-  void connected(const StationBoard& board, const std::string& chip,
-                 const std::optional<std::string>&) override {
-    add({"connected", board.path, chip});
-  }
-  void progress(const StationBoard&, std::int64_t, std::int64_t) override {}
-  void finished(const BoardOutcome& outcome) override {
-    static const char* names[] = {"done", "failed", "stopped"};
-    add({names[static_cast<int>(outcome.result)], outcome.board.path, outcome.message});
-  }
-
-  /// Waits until `count` entries of `kind` (for `path`, unless empty) were reported.
-  bool waitFor(const std::string& kind, const std::string& path = {}, int count = 1,
-               std::chrono::milliseconds timeout = 20s) {
-    std::unique_lock lock(mutex_);
-    return changed_.wait_for(lock, timeout, [&] { return countLocked(kind, path) >= count; });
-  }
-  int count(const std::string& kind, const std::string& path = {}) {
-    std::lock_guard lock(mutex_);
-    return countLocked(kind, path);
-  }
-  /// Position of the `n`-th entry of `kind` for `path`; -1 when there is none.
-  int indexOf(const std::string& kind, const std::string& path, int n = 1) {
-    std::lock_guard lock(mutex_);
-    for (std::size_t i = 0; i < entries_.size(); ++i) {
-      if (entries_[i].kind == kind && entries_[i].path == path && --n == 0)
-        return static_cast<int>(i);
-    }
-    return -1;
-  }
-  std::vector<Entry> entries() {
-    std::lock_guard lock(mutex_);
-    return entries_;
-  }
-
-private:
-  void add(Entry entry) {
-    std::lock_guard lock(mutex_);
-    entries_.push_back(std::move(entry));
-    changed_.notify_all();
-  }
-  int countLocked(const std::string& kind, const std::string& path) const {
-    return static_cast<int>(std::ranges::count_if(entries_, [&](const Entry& e) {
-      return e.kind == kind && (path.empty() || e.path == path);
-    }));
-  }
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::vector<Entry> entries_;
-};
-
-std::string describe(Recorder& recorder) {
-  std::string text;
-  for (const auto& e : recorder.entries())
-    text += e.kind + " " + e.path + " " + e.text + "\n";
-  return text;
-}
 
 // A station on its own thread, with times short enough for tests.
 struct RunningStation {
