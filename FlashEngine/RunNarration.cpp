@@ -1,6 +1,7 @@
 #include "FlashEngine/RunNarration.hpp"
 
 #include "FlashCore/ESPChip.hpp"
+#include "FlashSerial/PortScanner.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 
@@ -39,8 +40,7 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget) {
   } else if (auto* e = std::get_if<BaudRate>(&event)) {
     step.line = line(Kind::meta, L10n::Log::speed(e->rate));
   } else if (auto* e = std::get_if<PortChanged>(&event)) {
-    std::string port = e->path.starts_with("/dev/") ? e->path.substr(5) : e->path;
-    step.line = line(Kind::meta, L10n::Log::bootloaderOn(port));
+    step.line = line(Kind::meta, L10n::Log::bootloaderOn(deviceName(e->path)));
   } else if (auto* e = std::get_if<Writing>(&event)) {
     step.stage = L10n::Stage::writing(e->name);
     std::string size = formatByteCount(e->size);

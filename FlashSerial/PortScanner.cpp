@@ -2,6 +2,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <poll.h>
 #include <map>
 #include <utility>
 
@@ -126,9 +130,25 @@ std::string PortScanner::displayName(const SerialPortInfo& port) {
       return std::string(vendor->second);
   }
   if (port.productName && !port.productName->empty()) return *port.productName;
+  return deviceName(port.path);
+}
+
+bool PortScanner::wait(Clock::time_point deadline, int wake) {
+  if (auto due = nextDeadline()) deadline = std::min(deadline, *due);
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+  // A minute at most: the caller loops anyway, and a far deadline must not overflow an int.
+  const int timeout = static_cast<int>(std::clamp<std::int64_t>(left, 0, 60'000));
+  pollfd watched[2] = {{descriptor(), POLLIN, 0}, {wake, POLLIN, 0}};
+  const int ready = ::poll(watched, 2, timeout);
+  if (ready < 0 && errno != EINTR) return false;
+  if (ready > 0 && (watched[0].revents & POLLIN)) handleReadable();
+  handleTimers();
+  return true;
+}
+
+std::string deviceName(const std::string& path) {
   constexpr std::string_view directory = "/dev/";
-  if (port.path.starts_with(directory)) return port.path.substr(directory.size());
-  return port.path;
+  return path.starts_with(directory) ? path.substr(directory.size()) : path;
 }
 
 // Everything the scanner owns. `alive` outlives the scanner in the frames of its deliveries, so a

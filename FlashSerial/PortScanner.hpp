@@ -81,11 +81,18 @@ public:
   std::optional<Clock::time_point> nextDeadline() const;
   /// Makes the deliveries that are due by now.
   void handleTimers();
+  /// For owners without an event loop: waits with poll(2) until notices arrive, `wake` (unless
+  /// -1) becomes readable, a delivery falls due or `deadline` passes, then handles what came. A
+  /// signal cuts the wait short. False when poll itself fails.
+  bool wait(Clock::time_point deadline, int wake = -1);
 
 private:
   struct Watch;
   std::unique_ptr<Watch> watch_;
 };
+
+/// The device's name without its directory, as lines and messages show it ("ttyUSB0").
+std::string deviceName(const std::string& path);
 
 /// Sorts ports as the scanner does: ports with a USB vendor id first; within each group by path,
 /// case-insensitively, with digit runs compared by value (ttyACM2 before ttyACM10). Stable.

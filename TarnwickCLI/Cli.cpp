@@ -108,7 +108,7 @@ bool isProductFile(const std::string& path) {
   file.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(file.gcount()));
   return head.starts_with("PK\x03\x04") &&
-         head.find("application/x-tarnwick-product") != std::string::npos;
+         head.find(ProductPackage::mimeType) != std::string::npos;
 }
 
 ProductPackage openProduct(const std::string& path) {
@@ -244,8 +244,7 @@ int flash(const Arguments& arguments) {
   };
   RunNarrator narrator(avr);
   console.line(
-      RunNarration::opening(package.product.name, port.starts_with("/dev/") ? port.substr(5) : port)
-          .text);
+      RunNarration::opening(package.product.name, deviceName(port)).text);
 
   FlashJob job(package.product, package.files, port, arguments.testDevice,
                [&](const FlashEvent& event) {
@@ -445,19 +444,6 @@ std::string visible(const std::string& text) {
     }
   }
   return shown;
-}
-
-// Columns on a terminal: one per character, not per byte, so "Größe" and "Nom du produit" line
-// up in every language.
-std::size_t displayWidth(const std::string& text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
-}
-
-std::string padded(const std::string& text, std::size_t width, bool right = false) {
-  std::string gap(width > displayWidth(text) ? width - displayWidth(text) : 0, ' ');
-  return right ? gap + text : text + gap;
 }
 
 int info(const Arguments& arguments) {

@@ -9,6 +9,17 @@ constexpr int barWidth = 30;
 constexpr auto minimumRedrawInterval = std::chrono::milliseconds(50);
 } // namespace
 
+std::size_t displayWidth(const std::string& text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+std::string padded(const std::string& text, std::size_t width, bool right) {
+  std::string gap(width > displayWidth(text) ? width - displayWidth(text) : 0, ' ');
+  return right ? gap + text : text + gap;
+}
+
 Console::Console(std::FILE* out, bool interactive) : out_(out), interactive_(interactive) {}
 
 void Console::line(const std::string& text) {

@@ -9,6 +9,12 @@
 
 namespace tarnwick::cli {
 
+/// Columns on a terminal: one per character, not per byte, so "Größe" and "Nom du produit" line
+/// up in every language.
+std::size_t displayWidth(const std::string& text);
+/// `text` filled with spaces to `width` columns, on the right or (`right`) on the left.
+std::string padded(const std::string& text, std::size_t width, bool right = false);
+
 class Console {
 public:
   /// `interactive`: the output is a terminal, so a progress bar may be drawn.

@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
-#include <poll.h>
 
 #include <nlohmann/json.hpp>
 
@@ -14,6 +12,7 @@
 #include "Localization/PortTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Cli.hpp"
+#include "TarnwickCLI/Console.hpp"
 
 namespace tarnwick::cli {
 
@@ -55,27 +54,10 @@ void stopOnSignals() {
 
 // Serves the scanner until a signal asks to stop.
 int watch(PortScanner& scanner) {
-  using Clock = PortScanner::Clock;
   while (!stopWatching) {
-    int timeout = -1;
-    if (auto due = scanner.nextDeadline()) {
-      timeout = static_cast<int>(std::max<std::int64_t>(
-          0, std::chrono::ceil<std::chrono::milliseconds>(*due - Clock::now()).count()));
-    }
-    pollfd watched{scanner.descriptor(), POLLIN, 0};
-    const int ready = ::poll(&watched, 1, timeout);
-    if (ready < 0 && errno != EINTR) return unusable;
-    if (ready > 0) scanner.handleReadable();
-    scanner.handleTimers();
+    if (!scanner.wait(PortScanner::Clock::time_point::max())) return unusable;
   }
   return success;
-}
-
-// Columns line up by characters, not bytes: names may hold accents ("Port série USB").
-std::size_t widthOf(const std::string& text) {
-  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
-    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }));
 }
 
 } // namespace
@@ -85,15 +67,15 @@ std::string portLines(const std::vector<SerialPortInfo>& ports) {
   std::vector<std::string> names;
   for (const auto& port : ports) {
     names.push_back(PortScanner::displayName(port));
-    pathWidth = std::max(pathWidth, widthOf(port.path));
-    nameWidth = std::max(nameWidth, widthOf(names.back()));
+    pathWidth = std::max(pathWidth, displayWidth(port.path));
+    nameWidth = std::max(nameWidth, displayWidth(names.back()));
   }
   std::string text;
   for (std::size_t i = 0; i < ports.size(); ++i) {
-    std::string line =
-        ports[i].path + std::string(pathWidth - widthOf(ports[i].path) + 2, ' ') + names[i];
+    // Columns line up by characters, not bytes: names may hold accents ("Port série USB").
+    std::string line = padded(ports[i].path, pathWidth) + "  " + names[i];
     if (std::string ids = usbIDs(ports[i]); !ids.empty()) {
-      line += std::string(nameWidth - widthOf(names[i]) + 2, ' ') + ids;
+      line += std::string(nameWidth - displayWidth(names[i]) + 2, ' ') + ids;
     }
     text += line + "\n";
   }

@@ -1,9 +1,7 @@
 #include "TarnwickCLI/Station.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <ctime>
-#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <thread>
@@ -33,16 +31,11 @@ double threadCPUSeconds() {
   return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_nsec) / 1e9;
 }
 
-int millisecondsUntil(Clock::time_point deadline) {
-  auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-  return static_cast<int>(std::clamp<std::int64_t>(left, 0, 60'000));
-}
-
 } // namespace
 
 std::string boardName(const SerialPortInfo& port) {
   const std::string name = PortScanner::displayName(port);
-  std::string device = port.path.starts_with("/dev/") ? port.path.substr(5) : port.path;
+  const std::string device = deviceName(port.path);
   return name == device ? name : name + " (" + device + ")";
 }
 
@@ -65,11 +58,7 @@ std::optional<std::vector<SerialPortInfo>> ScannerPortSource::wait(Clock::time_p
                                                                    int wake) {
   // A test device gives no notice when it goes: look again twice a second.
   if (!testDevices_.empty()) deadline = std::min(deadline, Clock::now() + seconds(0.5));
-  if (auto due = scanner_.nextDeadline()) deadline = std::min(deadline, *due);
-  pollfd watched[2] = {{scanner_.descriptor(), POLLIN, 0}, {wake, POLLIN, 0}};
-  const int ready = ::poll(watched, 2, millisecondsUntil(deadline));
-  if (ready > 0 && (watched[0].revents & POLLIN)) scanner_.handleReadable();
-  scanner_.handleTimers();
+  scanner_.wait(deadline, wake);
   if (delivered_) {
     last_ = std::move(*delivered_);
     delivered_.reset();

@@ -38,10 +38,6 @@ std::string resultName(BoardOutcome::Result result) {
   return {};
 }
 
-std::string deviceName(const std::string& path) {
-  return path.starts_with("/dev/") ? path.substr(5) : path;
-}
-
 // The first `columns` characters of `text` (not bytes: the line holds accented words).
 std::string clipped(const std::string& text, std::size_t columns) {
   std::size_t count = 0;
