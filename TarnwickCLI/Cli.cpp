@@ -337,15 +337,11 @@ int station(const Arguments& arguments) {
   }
 
   std::unique_ptr<StationOutput> output;
-  StationConsole* console = nullptr;
-  if (arguments.json) {
+  if (arguments.json)
     output = std::make_unique<StationJSON>(stdout, stderr, std::move(record));
-  } else {
-    auto text = std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1,
-                                                 std::move(record));
-    console = text.get();
-    output = std::move(text);
-  }
+  else
+    output = std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1,
+                                              std::move(record));
 
   Station station(std::move(package), options, *output);
   activeStation = &station;
@@ -357,7 +353,7 @@ int station(const Arguments& arguments) {
   sigaction(SIGTERM, &action, nullptr);
   const std::int64_t failures = station.run(source);
   activeStation = nullptr;
-  if (console) console->endStatus();
+  output->end();
   return failures == 0 ? success : runFailed;
 }
 

@@ -165,7 +165,7 @@ void StationConsole::drawStatusLocked(bool force) {
   statusShown_ = true;
 }
 
-void StationConsole::endStatus() {
+void StationConsole::end() {
   std::lock_guard lock(mutex_);
   if (statusShown_) std::fputs("\r\033[K", out_);
   statusShown_ = false;

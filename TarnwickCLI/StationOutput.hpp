@@ -26,14 +26,14 @@ public:
   StationRecord(const StationRecord&) = delete;
   StationRecord& operator=(const StationRecord&) = delete;
 
-  /// The line for `outcome`, with its newline.
-  std::string line(const BoardOutcome& outcome) const;
-  /// Appends the line. Throws std::system_error.
+  /// Appends the line of `outcome`. Throws std::system_error.
   void append(const BoardOutcome& outcome);
 
   const std::string& path() const { return path_; }
 
 private:
+  std::string line(const BoardOutcome& outcome) const;
+
   std::string path_;
   std::string productName_;
   std::string productSHA256_;
@@ -46,6 +46,8 @@ public:
   /// `errors` takes the notices of the JSON form and the record's failures.
   StationOutput(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record);
   void finished(const BoardOutcome& outcome) override;
+  /// The station has ended: nothing more is drawn.
+  virtual void end() {}
 
 protected:
   virtual void show(const BoardOutcome& outcome) = 0;
@@ -67,8 +69,8 @@ public:
   void connected(const StationBoard& board, const std::string& chip,
                  const std::optional<std::string>& mac) override;
   void progress(const StationBoard& board, std::int64_t done, std::int64_t total) override;
-  /// Takes the status line off the screen, at the end.
-  void endStatus();
+  /// Takes the status line off the screen.
+  void end() override;
 
 protected:
   void show(const BoardOutcome& outcome) override;

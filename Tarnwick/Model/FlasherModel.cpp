@@ -734,33 +734,28 @@ void FlasherModel::saveLog() {
 
 // MARK: - Switches
 
+bool FlasherModel::storeSwitch(const char* key, bool& value, bool on) {
+  defaults_->setValue(key, on);
+  if (value == on) return false;
+  value = on;
+  return true;
+}
+
 void FlasherModel::setAutoFlash(bool on) {
-  defaults_->setValue(Keys::autoFlash, on);
-  if (autoFlash_ == on) return;
-  autoFlash_ = on;
-  emit autoFlashChanged();
+  if (storeSwitch(Keys::autoFlash, autoFlash_, on)) emit autoFlashChanged();
 }
 
 void FlasherModel::setPlaySounds(bool on) {
-  defaults_->setValue(Keys::sounds, on);
-  if (playSounds_ == on) return;
-  playSounds_ = on;
-  emit playSoundsChanged();
+  if (storeSwitch(Keys::sounds, playSounds_, on)) emit playSoundsChanged();
 }
 
 void FlasherModel::setShowTimestamps(bool on) {
-  defaults_->setValue(Keys::timestamps, on);
-  if (showTimestamps_ == on) return;
-  showTimestamps_ = on;
-  emit showTimestampsChanged();
+  if (storeSwitch(Keys::timestamps, showTimestamps_, on)) emit showTimestampsChanged();
 }
 
 void FlasherModel::setAutoscroll(bool on) {
-  defaults_->setValue(Keys::autoscroll, on);
   output_->setAutoscroll(on);
-  if (autoscroll_ == on) return;
-  autoscroll_ = on;
-  emit autoscrollChanged();
+  if (storeSwitch(Keys::autoscroll, autoscroll_, on)) emit autoscrollChanged();
 }
 
 void FlasherModel::setErrorMessage(const QString& message) {

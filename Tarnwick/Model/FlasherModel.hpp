@@ -315,6 +315,8 @@ private:
   bool isTestDevice(const std::string& path) const;
   std::vector<SerialPortInfo> withTestDevices(std::vector<SerialPortInfo> ports) const;
   void emitDerived();
+  /// Remembers a switch in the settings and in `value`; true when that changed it.
+  bool storeSwitch(const char* key, bool& value, bool on);
 
   Options options_;
   std::unique_ptr<QSettings> defaults_;
