@@ -38,5 +38,6 @@ std::string hex(const Bytes& bytes) {
 std::string sha256Hex(ByteView bytes) { return hex(digest(EVP_sha256(), bytes)); }
 std::string md5Hex(ByteView bytes) { return hex(digest(EVP_md5(), bytes)); }
 Bytes sha256(ByteView bytes) { return digest(EVP_sha256(), bytes); }
+Bytes md5(ByteView bytes) { return digest(EVP_md5(), bytes); }
 
 } // namespace tarnwick::Digest

@@ -13,5 +13,7 @@ std::string sha256Hex(ByteView bytes);
 std::string md5Hex(ByteView bytes);
 /// The raw 32-byte SHA-256 of the bytes.
 Bytes sha256(ByteView bytes);
+/// The raw 16-byte MD5 of the bytes.
+Bytes md5(ByteView bytes);
 
 } // namespace tarnwick::Digest

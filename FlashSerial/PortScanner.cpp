@@ -146,6 +146,10 @@ bool PortScanner::wait(Clock::time_point deadline, int wake) {
   return true;
 }
 
+bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port) {
+  return port && port->vendorID == espressifVendorID;
+}
+
 std::string deviceName(const std::string& path) {
   constexpr std::string_view directory = "/dev/";
   return path.starts_with(directory) ? path.substr(directory.size()) : path;

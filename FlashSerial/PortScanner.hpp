@@ -91,6 +91,12 @@ private:
   std::unique_ptr<Watch> watch_;
 };
 
+/// Espressif's own USB interface (USB-JTAG/serial) on the S3, C3 and C6.
+inline constexpr int espressifVendorID = 0x303A;
+
+/// Boards with Espressif's own USB answer the USB-JTAG reset; trying it first saves a round.
+bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port);
+
 /// The device's name without its directory, as lines and messages show it ("ttyUSB0").
 std::string deviceName(const std::string& path);
 

@@ -1,12 +1,11 @@
 #include "Simulator/DemoFirmware.hpp"
 
-#include <openssl/evp.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <random>
-#include <stdexcept>
+
+#include "FlashCore/Digest.hpp"
 
 namespace tarnwick::simulator {
 
@@ -19,14 +18,6 @@ void putLE32(Bytes& out, std::uint32_t value) {
 void putLE16(Bytes& out, std::uint16_t value) {
   out.push_back(static_cast<std::uint8_t>(value & 0xFF));
   out.push_back(static_cast<std::uint8_t>(value >> 8));
-}
-
-Bytes digest(const EVP_MD* kind, ByteView bytes) {
-  unsigned char out[EVP_MAX_MD_SIZE];
-  unsigned int length = 0;
-  if (EVP_Digest(bytes.data(), bytes.size(), out, &length, kind, nullptr) != 1)
-    throw std::runtime_error("digest failed");
-  return Bytes(out, out + length);
 }
 
 // Load addresses of the memory regions that images use, which differ between chip generations.
@@ -71,7 +62,7 @@ Bytes partitionTable(const std::vector<PartitionRow>& rows, bool withMD5) {
     putLE32(table, row.flags);
   }
   if (withMD5) {
-    const Bytes md5 = digest(EVP_md5(), table);
+    const Bytes md5 = Digest::md5(table);
     table.insert(table.end(), {0xEB, 0xEB});
     table.insert(table.end(), 14, 0xFF);
     table.insert(table.end(), md5.begin(), md5.end());
@@ -106,7 +97,7 @@ Bytes espImage(const ESPImageParts& parts) {
   image.resize(end, 0x00);
   image.back() = checksum;
   if (extended && parts.hashAppended) {
-    const Bytes sha = digest(EVP_sha256(), image);
+    const Bytes sha = Digest::sha256(image);
     image.insert(image.end(), sha.begin(), sha.end());
   }
   return image;

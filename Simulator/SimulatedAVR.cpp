@@ -93,12 +93,13 @@ void SimulatedAVR::serve() {
           static_cast<double>(n) * 10.0 / static_cast<double>(baudRate(options_.board))));
     }
     input.insert(input.end(), chunk, chunk + n);
-    if (options_.disconnectAfterPages == 0) { // pulled before the bootloader answered at all
-      gone_ = true;
-      terminal_.closeController();
-      break;
-    }
     for (;;) {
+      // Pulled out after so many pages (none: before the bootloader answered at all).
+      if (options_.disconnectAfterPages && pagesWritten_ >= *options_.disconnectAfterPages) {
+        gone_ = true;
+        terminal_.closeController();
+        break;
+      }
       bool handled = false;
       switch (protocol(options_.board)) {
       case AVRProtocol::stk500v1: handled = handleSTK500v1(input); break;
@@ -106,10 +107,6 @@ void SimulatedAVR::serve() {
       case AVRProtocol::avr109: handled = handleAVR109(input); break;
       }
       if (!handled || gone_) break;
-      if (options_.disconnectAfterPages && pagesWritten_ >= *options_.disconnectAfterPages) {
-        gone_ = true;
-        terminal_.closeController();
-      }
     }
   }
 }

@@ -312,13 +312,11 @@ void SimulatedESP::handle(const Bytes& frame) {
       region.assign(flash_.begin() + offset, flash_.begin() + offset + size);
     }
     if (options_.wrongMD5 && !region.empty()) region[0] ^= 0xFF;
-    std::string hex = Digest::md5Hex(region);
     Bytes body;
     if (options_.rawMD5) {
-      for (std::size_t i = 0; i < 32; i += 2)
-        body.push_back(static_cast<std::uint8_t>(std::stoi(hex.substr(i, 2), nullptr, 16)));
+      body = Digest::md5(region);
     } else {
-      for (char c : hex)
+      for (char c : Digest::md5Hex(region))
         body.push_back(static_cast<std::uint8_t>(std::toupper(c)));
     }
     answer(op, 0, body);

@@ -25,6 +25,18 @@ std::optional<CommandKind> commandNamed(const std::string& word) {
   return std::nullopt;
 }
 
+} // namespace
+
+std::string commandName(CommandKind command) {
+  if (command == CommandKind::help) return "";
+  for (const auto& [name, kind] : commands) {
+    if (kind == command) return name;
+  }
+  return "";
+}
+
+namespace {
+
 // The settings of a run; `pack` takes them too, so a product can be made exactly as it is flashed.
 const std::vector<std::string> settingOptions = {"--baud",       "--reset",      "--no-verify",
                                                  "--flash-mode", "--flash-size", "--keep-otadata"};

@@ -67,6 +67,9 @@ struct UsageError {
   bool operator==(const UsageError&) const = default;
 };
 
+/// The word that names `command` on the command line; empty for the overview (help, version).
+std::string commandName(CommandKind command);
+
 /// Parses the words after the program name. Throws UsageError.
 Arguments parseArguments(const std::vector<std::string>& words);
 

@@ -67,20 +67,6 @@ std::string usageOf(CommandKind command) {
   return {};
 }
 
-std::string commandWord(CommandKind command) {
-  switch (command) {
-  case CommandKind::flash: return "flash";
-  case CommandKind::pack: return "pack";
-  case CommandKind::check: return "check";
-  case CommandKind::info: return "info";
-  case CommandKind::ports: return "ports";
-  case CommandKind::station: return "station";
-  case CommandKind::help:
-  case CommandKind::version: return "";
-  }
-  return "";
-}
-
 std::string nameOf(const std::string& path) {
   fs::path p(path);
   if (p.filename().empty()) p = p.parent_path();
@@ -504,7 +490,7 @@ int run(int argc, char** argv) {
     }
   } catch (const UsageError& error) {
     printError(error.message);
-    printError(L10n::Cli::seeHelp(commandWord(error.command)));
+    printError(L10n::Cli::seeHelp(commandName(error.command)));
     return unusable;
   } catch (const Unusable& error) {
     printError(error.message);

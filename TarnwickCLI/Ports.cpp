@@ -18,8 +18,6 @@ namespace tarnwick::cli {
 
 namespace {
 
-constexpr int espressifVendorID = 0x303A;
-
 std::atomic<bool> stopWatching = false;
 
 extern "C" void onStopWatching(int) { stopWatching = true; }
@@ -138,10 +136,6 @@ std::optional<SerialPortInfo> portAt(const std::vector<SerialPortInfo>& ports,
                             [&](const SerialPortInfo& port) { return port.path == path; });
   if (found == ports.end()) return std::nullopt;
   return *found;
-}
-
-bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port) {
-  return port && port->vendorID == espressifVendorID;
 }
 
 } // namespace tarnwick::cli

@@ -27,7 +27,4 @@ SerialPortInfo onlyUSBPort(const std::vector<SerialPortInfo>& ports);
 std::optional<SerialPortInfo> portAt(const std::vector<SerialPortInfo>& ports,
                                      const std::string& path);
 
-/// Boards with Espressif's own USB answer the USB-JTAG reset; trying it first saves a round.
-bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port);
-
 } // namespace tarnwick::cli

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <random>
 #include <vector>
 
 #include "FlashCore/IntelHex.hpp"
@@ -16,10 +15,7 @@ int main() {
   constexpr std::int64_t importLimit = 4194304;
   constexpr int rounds = 5;
 
-  Bytes image(importLimit);
-  std::mt19937 random(1);
-  for (auto& b : image)
-    b = static_cast<std::uint8_t>(random());
+  const Bytes image = simulator::randomBytes(importLimit, 1);
   const std::string text = simulator::intelHexOf(image, 0, 16, "\r\n");
 
   std::vector<double> seconds;

@@ -105,7 +105,7 @@ void postToModel(const QPointer<FlasherModel>& model, std::function<void(Flasher
 
 FlasherModel::FlasherModel(Options options, QObject* parent)
     : QObject(parent), options_(std::move(options)), defaults_(std::make_unique<QSettings>()),
-      output_(std::make_unique<OutputBuffer>(logMaximumCharacters, logTrimTarget)) {
+      output_(std::make_unique<OutputBuffer>()) {
   if (!options_.sounds) options_.sounds = makeSystemSoundSink();
   if (!options_.autosaveLocation) {
     options_.autosaveLocation =
@@ -248,8 +248,9 @@ void FlasherModel::markUnsaved() {
 }
 
 void FlasherModel::setUnsaved(bool unsaved) {
-  defaults_->setValue(Keys::unsaved, unsaved);
+  // Read from the same key at start, so an equal value is stored already.
   if (hasUnsavedChanges_ == unsaved) return;
+  defaults_->setValue(Keys::unsaved, unsaved);
   hasUnsavedChanges_ = unsaved;
   emit hasUnsavedChangesChanged();
   emit windowTitleChanged();
@@ -561,8 +562,8 @@ void FlasherModel::startFlash() {
       product_, files_, path, isTestDevice(path), [weak](const FlashEvent& event) {
         postToModel(weak, [event](FlasherModel& model) { model.handle(event); });
       });
-  auto port = selectedPort();
-  if (port && port->vendorID == espressifVendorID) job->usbJTAGFirst = true;
+  job->usbJTAGFirst = prefersUSBJTAGReset(selectedPort());
+  job->compressionCache = compression_;
 
   job_ = job;
   jobIsAVR_ = !product_.target.isESP();

@@ -22,6 +22,7 @@
 
 #include "FlashCore/FirmwareImport.hpp"
 #include "FlashCore/Product.hpp"
+#include "FlashEngine/CompressionCache.hpp"
 #include "FlashEngine/FlashEvent.hpp"
 #include "FlashEngine/RunNarration.hpp"
 #include "FlashSerial/PortScanner.hpp"
@@ -146,17 +147,12 @@ public:
   };
 
   /// Ports with this USB vendor id are Espressif's own USB-JTAG interface.
-  static constexpr int espressifVendorID = 0x303A;
-  /// Largest log kept, and what it is trimmed back to.
-  static constexpr int logMaximumCharacters = 2'000'000;
-  static constexpr int logTrimTarget = 1'500'000;
+  static constexpr int espressifVendorID = tarnwick::espressifVendorID;
   /// How many documents File ▸ Open Recent lists.
   static constexpr int recentDocumentsLimit = 10;
 
   /// Reads the preferences, restores the autosaved work and starts watching ports.
   explicit FlasherModel(Options options, QObject* parent = nullptr);
-  /// The application's model with the product's delays, the udev scanner and the sound theme.
-  explicit FlasherModel(QObject* parent = nullptr);
   ~FlasherModel() override;
   FlasherModel(const FlasherModel&) = delete;
   FlasherModel& operator=(const FlasherModel&) = delete;
@@ -348,8 +344,8 @@ private:
   std::chrono::steady_clock::time_point quietUntil_{};
   std::chrono::steady_clock::time_point lastProgressPublish_{};
   QTimer autosaveWork_;
-  QTimer autoFlashWork_;
-  std::string autoFlashCandidate_;
+  /// Compressed writes made once for the whole series of boards.
+  std::shared_ptr<CompressionCache> compression_ = std::make_shared<CompressionCache>();
 };
 
 } // namespace tarnwick

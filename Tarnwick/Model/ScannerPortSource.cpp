@@ -46,18 +46,10 @@ private:
   QTimer timer_;
 };
 
-FlasherModel::Options applicationOptions() {
-  FlasherModel::Options options;
-  options.portSource = makeScannerPortSource();
-  return options;
-}
-
 } // namespace
 
 std::unique_ptr<PortSource> makeScannerPortSource() {
   return std::make_unique<ScannerPortSource>();
 }
-
-FlasherModel::FlasherModel(QObject* parent) : FlasherModel(applicationOptions(), parent) {}
 
 } // namespace tarnwick

@@ -18,6 +18,7 @@
 
 #include "FlashCore/ESPImage.hpp"
 #include "FlashCore/ProductCheck.hpp"
+#include "FlashCore/ProductPackage.hpp"
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
@@ -49,7 +50,7 @@ bool isProductLocation(const std::filesystem::path& location) {
   std::string extension = location.extension().string();
   for (char& c : extension)
     c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-  return extension == ".twflash";
+  return extension == "." + std::string(ProductPackage::fileExtension);
 }
 
 std::vector<std::filesystem::path> localFiles(const QMimeData* data) {
@@ -213,8 +214,19 @@ void FileListPanel::refresh() {
     rowIDs_ = ids;
     rebuildRows();
   }
+  // The check and the partition table serve every row: read them once per refresh.
+  const FileBytesMap& files = model_.files();
+  const std::vector<ProductIssue> issues = ProductCheck::check(product, files);
+  std::optional<std::vector<Partition>> partitions;
+  if (product.target.isESP())
+    for (const FirmwareImage& image : product.images)
+      if (image.role == FirmwareImage::Role::partitionTable)
+        if (auto bytes = files.find(image.id); bytes != files.end()) {
+          partitions = Partition::parseTable(bytes->second);
+          break;
+        }
   for (int row = 0; row < table_->rowCount(); ++row)
-    updateRow(row);
+    updateRow(row, issues, partitions);
   table_->resizeRowsToContents();
 }
 
@@ -264,7 +276,8 @@ void FileListPanel::rebuildRows() {
   }
 }
 
-void FileListPanel::updateRow(int row) {
+void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
+                              const std::optional<std::vector<Partition>>& partitions) {
   const Product& product = model_.product();
   auto found = std::find_if(product.images.begin(), product.images.end(),
                             [&](const FirmwareImage& image) { return image.id == rowIDs_[row]; });
@@ -290,14 +303,6 @@ void FileListPanel::updateRow(int row) {
   // Where the file lands in the partition table, and what the check says of it.
   QStringList lines;
   const FileBytesMap& files = model_.files();
-  std::optional<std::vector<Partition>> partitions;
-  if (product.target.isESP())
-    for (const FirmwareImage& other : product.images)
-      if (other.role == FirmwareImage::Role::partitionTable)
-        if (auto bytes = files.find(other.id); bytes != files.end()) {
-          partitions = Partition::parseTable(bytes->second);
-          break;
-        }
   if (image.role == FirmwareImage::Role::partitionTable && files.count(image.id) != 0) {
     if (auto own = Partition::parseTable(files.at(image.id)))
       lines << qt(L10n::Images::partitionCount(static_cast<std::int64_t>(own->size())));
@@ -313,7 +318,7 @@ void FileListPanel::updateRow(int row) {
   }
   bool error = false;
   bool warning = false;
-  for (const ProductIssue& issue : ProductCheck::check(product, files))
+  for (const ProductIssue& issue : issues)
     if (issue.imageID == image.id) {
       lines << QString::fromUtf8(issue.isError() ? "✕ " : "⚠ ") + qt(issue.message());
       (issue.isError() ? error : warning) = true;

@@ -4,8 +4,11 @@
 
 #include <QWidget>
 #include <filesystem>
+#include <optional>
 #include <vector>
 
+#include "FlashCore/ESPImage.hpp"
+#include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/UUID.hpp"
 
 class QLabel;
@@ -54,7 +57,8 @@ protected:
 private:
   void refresh();
   void rebuildRows();
-  void updateRow(int row);
+  void updateRow(int row, const std::vector<ProductIssue>& issues,
+                 const std::optional<std::vector<Partition>>& partitions);
   void retitle();
   void showContextMenu(const QPoint& position);
   void chooseAnotherFile(const UUID& id);

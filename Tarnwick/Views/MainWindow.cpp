@@ -37,6 +37,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
+#include "FlashCore/ProductPackage.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -132,8 +133,6 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshBanner);
   connect(&model_, &FlasherModel::canFlashChanged, this, &MainWindow::refreshRunControls);
   connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshProduct);
-  connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshRunControls);
-  connect(&model_, &FlasherModel::filesChanged, this, &MainWindow::refreshRunControls);
   for (auto signal : {&FlasherModel::stateChanged, &FlasherModel::progressChanged,
                       &FlasherModel::stageTextChanged, &FlasherModel::outcomeChanged,
                       &FlasherModel::statisticsChanged, &FlasherModel::productChanged,
@@ -661,7 +660,8 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
       QFileDialog::getSaveFileName(this, qt(L10n::Menu::saveProductAs()),
                                    folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
-  if (!file.endsWith(QLatin1String(".twflash"), Qt::CaseInsensitive)) file += ".twflash";
+  const QString extension = QString::fromStdString("." + std::string(ProductPackage::fileExtension));
+  if (!file.endsWith(extension, Qt::CaseInsensitive)) file += extension;
   return std::filesystem::path(file.toStdString());
 }
 

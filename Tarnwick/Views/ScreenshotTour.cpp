@@ -13,6 +13,7 @@
 #include "Localization/DesktopTexts.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
+#include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
@@ -69,7 +70,7 @@ int TarnwickApp::takeScreenshots() {
   // The product: a product file or a build folder given on the command line.
   if (!line_.files.empty()) {
     std::filesystem::path given = line_.files.front();
-    if (std::filesystem::is_directory(given) && given.extension() != ".twflash")
+    if (dropActionFor({given}).kind == DropAction::Kind::importFolder)
       model.importFolder(given);
     else
       model.openProduct(given);
