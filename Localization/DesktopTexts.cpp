@@ -75,4 +75,12 @@ std::string cannotWriteScreenshots(const std::string& folder) {
          folder + ".";
 }
 
+std::string noRunToPicture() {
+  return tr({"No run to picture: give --test-device and a product.",
+             "Geen flash om vast te leggen: geef --test-device en een product op.",
+             "Kein Durchlauf zum Abbilden: Gib --test-device und ein Produkt an.",
+             "Aucun flashage à photographier : indiquez --test-device et un produit.",
+             "No hay ningún flasheo que capturar: indica --test-device y un producto."});
+}
+
 } // namespace tarnwick::L10n::Desktop

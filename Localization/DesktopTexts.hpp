@@ -12,4 +12,6 @@ std::string seeHelp();
 std::string savedScreenshot(const std::string& path);
 /// The screenshot folder cannot be written.
 std::string cannotWriteScreenshots(const std::string& folder);
+/// --screenshots got nothing to flash, so the pictures of a run are missing.
+std::string noRunToPicture();
 } // namespace tarnwick::L10n::Desktop

@@ -566,7 +566,7 @@ void FlasherModel::startFlash() {
   job->compressionCache = compression_;
 
   job_ = job;
-  jobIsAVR_ = !product_.target.isESP();
+  narrator_.emplace(!product_.target.isESP());
   setState(FlasherState::flashing);
   setOutcome(std::nullopt);
   qint64 total = 0;
@@ -607,7 +607,12 @@ void FlasherModel::toggleFlash() {
 }
 
 void FlasherModel::handle(const FlashEvent& event) {
-  if (state_ != FlasherState::flashing) return;
+  if (state_ != FlasherState::flashing || !narrator_) return;
+  // Progress too goes through the narrator: an AVR write shows its stage again once bytes move.
+  NarratedStep step = narrator_->narrate(event);
+  if (step.stage) setStageText(qs(*step.stage));
+  if (step.line) appendLine(*step.line);
+  if (step.note) appendLine(*step.note);
   if (auto* progress = std::get_if<FlashEvents::Progress>(&event)) {
     qint64 total = std::max<qint64>(progress->total, 1);
     auto now = Clock::now();
@@ -618,11 +623,7 @@ void FlasherModel::handle(const FlashEvent& event) {
     } else {
       setProgress(progressDone_, total);
     }
-    return;
   }
-  auto step = RunNarration::narrate(event, jobIsAVR_);
-  if (step.stage) setStageText(qs(*step.stage));
-  if (step.line) appendLine(*step.line);
 }
 
 void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
@@ -651,6 +652,8 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
   setStatistics(statistics);
   if (step.stage) setStageText(qs(*step.stage));
   if (step.line) appendLine(*step.line);
+  if (step.note) appendLine(*step.note);
+  narrator_.reset();
   if (playSounds_ && !cancelled) {
     options_.sounds->play(summary ? SoundSink::successSound : SoundSink::failureSound);
   }

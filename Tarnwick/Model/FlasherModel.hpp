@@ -340,7 +340,8 @@ private:
 
   std::optional<std::set<std::string>> knownPaths_;
   std::shared_ptr<FlashJob> job_;
-  bool jobIsAVR_ = false;
+  /// The words of the run in progress.
+  std::optional<RunNarrator> narrator_;
   std::chrono::steady_clock::time_point quietUntil_{};
   std::chrono::steady_clock::time_point lastProgressPublish_{};
   QTimer autosaveWork_;

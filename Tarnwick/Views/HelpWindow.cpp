@@ -90,15 +90,20 @@ HelpWindow::HelpWindow(QWidget* parent)
 }
 
 void HelpWindow::selectTopic(const std::string& id) {
-  for (int row = 0; row < list_->count(); ++row) {
-    std::size_t position = list_->item(row)->data(Qt::UserRole).toULongLong();
-    if (index_.topics()[position].id == id) {
-      list_->setCurrentRow(row);
-      return;
+  auto selectListed = [&] {
+    for (int row = 0; row < list_->count(); ++row) {
+      std::size_t position = list_->item(row)->data(Qt::UserRole).toULongLong();
+      if (index_.topics()[position].id == id) {
+        list_->setCurrentRow(row);
+        return true;
+      }
     }
-  }
+    return false;
+  };
+  // A topic the search hides is shown by clearing the search; an id that is no topic is ignored.
+  if (selectListed()) return;
   search_->clear();
-  selectTopic(id);
+  selectListed();
 }
 
 void HelpWindow::searchChanged() {

@@ -101,7 +101,7 @@ int TarnwickApp::takeScreenshots() {
   }
   disconnect(watch);
   if (!sawProgress) {
-    std::fprintf(stderr, "tarnwick: no run to picture (give --test-device and a product)\n");
+    std::fprintf(stderr, "%s\n", L10n::Desktop::noRunToPicture().c_str());
     allSaved = false;
   }
   save(&window, "window-success.png");

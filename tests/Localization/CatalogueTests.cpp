@@ -8,6 +8,7 @@
 #include "FlashCore/IntelHex.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
+#include "Localization/DesktopTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
 #include "Localization/Language.hpp"
@@ -115,6 +116,7 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Station::cannotOpenRecord("b.jsonl", "r"); },
       [] { return L::Station::cannotWriteRecord("b.jsonl", "r"); },
       [] { return L::Station::needsTestDevice("/dev/pts/3"); },
+      [] { return L::Desktop::noRunToPicture(); },
       [] { return L::Ports::usbSerial("CH340"); },
       [] { return L::Ports::severalUSBBoards(); },
       [] { return L::Ports::cannotWatch(); },

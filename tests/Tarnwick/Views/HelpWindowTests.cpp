@@ -30,6 +30,8 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
 
   help.selectTopic("arduino");
   QString arduinoPage = help.page()->toPlainText();
+  help.selectTopic("no-such-topic"); // ignored, not chased forever
+  EXPECT_EQ(help.selectedID(), "arduino");
   QTest::keyClicks(help.searchField(), "  caterina ");
   QStringList found = listed(help);
   ASSERT_FALSE(found.isEmpty());
