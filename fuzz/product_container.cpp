@@ -2,6 +2,7 @@
 // PackageError or a decoding error, never a crash, a leak or unbounded memory.
 #include <cstdlib>
 
+#include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -10,7 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     ProductPackage package = ProductPackage::decode(ByteView(data, size));
     // Whatever is accepted has every file its record names, with the checksum it claims.
     for (const auto& image : package.product.images) {
-      if (!package.files.contains(image.id)) std::abort();
+      auto file = package.files.find(image.id);
+      if (file == package.files.end() || Digest::sha256Hex(file->second) != image.sha256)
+        std::abort();
     }
   } catch (const PackageError&) {
   } catch (const ProductDecodingError&) {
