@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
+#include <unordered_set>
 
 #include "Localization/GeneralTexts.hpp"
 
@@ -192,7 +193,26 @@ std::string encodeProduct(const Product& product) {
 }
 
 Product decodeProduct(std::string_view text) {
-  json object = json::parse(text.begin(), text.end(), nullptr, false);
+  // The depth is counted while parsing, so a record of nothing but brackets is refused before
+  // it is built.
+  struct TooDeep {};
+  json object;
+  try {
+    object = json::parse(
+        text.begin(), text.end(),
+        [](int depth, json::parse_event_t event, json&) {
+          if ((event == json::parse_event_t::object_start ||
+               event == json::parse_event_t::array_start) &&
+              depth >= maximumRecordNesting) {
+            throw TooDeep{};
+          }
+          return true;
+        },
+        false);
+  } catch (const TooDeep&) {
+    throw ProductDecodingError{"The record is nested too deeply",
+                               ProductDecodingError::Limit::nesting};
+  }
   if (object.is_discarded()) corrupt("The data is not valid JSON");
   if (!object.is_object()) corrupt("Expected an object for the product");
 
@@ -225,14 +245,16 @@ Product decodeProduct(std::string_view text) {
     product.clearOTAData = boolValue(*v, "clearOTAData");
   if (auto* v = optional(object, "images")) {
     if (!v->is_array()) corrupt("Expected an array for \"images\"");
+    if (v->size() > maximumImageCount) {
+      throw ProductDecodingError{"The record lists too many images",
+                                 ProductDecodingError::Limit::images};
+    }
+    std::unordered_set<std::string> ids;
     for (const auto& image : *v) {
       product.images.push_back(decodeImage(image));
       // Files are kept by id, so a second entry with the same id has no file of its own.
       const UUID& id = product.images.back().id;
-      if (std::count_if(product.images.begin(), product.images.end(),
-                        [&](const FirmwareImage& other) { return other.id == id; }) > 1) {
-        corrupt("Two images share the id " + id.text());
-      }
+      if (!ids.insert(id.text()).second) corrupt("Two images share the id " + id.text());
     }
   }
   return product;

@@ -107,11 +107,19 @@ struct Product {
 /// A product record that cannot be decoded. `description` names the cause (in English, as the
 /// JSON library reports it, for logs and tests); `message(file)` gives the text shown to users.
 struct ProductDecodingError {
+  /// A bound no real product reaches, which hostile records are refused by.
+  enum class Limit { none, nesting, images };
   std::string description;
+  Limit limit = Limit::none;
   /// "Cannot read <file>. Is it a file of this app?"
   std::string message(const std::string& file) const;
   bool operator==(const ProductDecodingError&) const = default;
 };
+
+/// Deepest nesting of arrays and objects in a product record; a product needs 3.
+inline constexpr int maximumRecordNesting = 16;
+/// Most images in one product; no real one comes near.
+inline constexpr std::size_t maximumImageCount = 256;
 
 /// The product as JSON text, pretty-printed with sorted keys.
 std::string encodeProduct(const Product& product);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <fcntl.h>
 #include <random>
@@ -13,6 +14,7 @@
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ESPImage.hpp"
+#include "FlashCore/VisibleText.hpp"
 #include "Localization/PackageTexts.hpp"
 
 namespace tarnwick {
@@ -22,13 +24,29 @@ namespace fs = std::filesystem;
 std::string PackageError::message() const {
   struct Visitor {
     std::string operator()(const MissingFile& e) const {
-      return L10n::Errors::missingFile(e.fileName);
+      return L10n::Errors::missingFile(visible(e.fileName));
     }
     std::string operator()(const DamagedFile& e) const {
-      return L10n::Errors::damagedFile(e.fileName);
+      return L10n::Errors::damagedFile(visible(e.fileName));
     }
     std::string operator()(const NewerVersion&) const { return L10n::Errors::newerVersion(); }
     std::string operator()(const NotAPackage&) const { return L10n::Errors::notAPackage(); }
+    std::string operator()(const WrongSize& e) const {
+      return L10n::Errors::wrongSize(visible(e.fileName), e.declared, e.stored);
+    }
+    std::string operator()(const TooLarge& e) const {
+      return L10n::Errors::entryTooLarge(visible(e.fileName), e.limit);
+    }
+    std::string operator()(const TooMuchFirmware& e) const {
+      return L10n::Errors::tooMuchFirmware(e.limit);
+    }
+    std::string operator()(const TooDeep& e) const { return L10n::Errors::nestedTooDeeply(e.limit); }
+    std::string operator()(const TooManyImages& e) const {
+      return L10n::Errors::tooManyImages(e.limit);
+    }
+    std::string operator()(const UnstorableName& e) const {
+      return L10n::Errors::unstorableName(visible(e.fileName));
+    }
   };
   return std::visit(Visitor{}, value);
 }
@@ -76,6 +94,29 @@ private:
   throw fs::filesystem_error(what, path, std::error_code(code, std::generic_category()));
 }
 
+// An entry larger than the limit it is fetched with.
+struct Oversized {};
+
+// Reads exactly `size` bytes through `read` (which returns how many it read, 0 at the end and
+// below 0 on failure). The buffer grows with what really arrives, never ahead of it by more than
+// it holds already, so a size that only claims much costs nothing.
+template <typename Read> Bytes readGrowing(std::size_t size, Read read) {
+  constexpr std::size_t chunk = 64 * 1024;
+  Bytes bytes;
+  bytes.reserve(std::min(size, chunk));
+  while (bytes.size() < size) {
+    if (bytes.size() == bytes.capacity())
+      bytes.reserve(std::min(size, std::max(chunk, bytes.capacity() * 2)));
+    const std::size_t done = bytes.size();
+    const std::size_t wanted = std::min(bytes.capacity(), size) - done;
+    bytes.resize(done + wanted);
+    const std::int64_t n = read(bytes.data() + done, wanted);
+    if (n <= 0) throw DamagedEntry{};
+    bytes.resize(done + static_cast<std::size_t>(n));
+  }
+  return bytes;
+}
+
 // Where the reader finds the entries of a product: a directory or a ZIP container.
 class EntrySource {
 public:
@@ -91,16 +132,27 @@ ProductPackage readFrom(EntrySource& source) {
     record = source.fetch("product.json", ProductPackage::maximumRecordSize);
   } catch (const DamagedEntry&) {
     notAPackage();
+  } catch (const Oversized&) {
+    throw PackageError{PackageError::TooLarge{"product.json", ProductPackage::maximumRecordSize}};
   }
   if (!record) notAPackage();
 
   ProductPackage package;
   package.recordSHA256 = Digest::sha256Hex(*record);
-  package.product = decodeProduct(
-      std::string_view(reinterpret_cast<const char*>(record->data()), record->size()));
+  try {
+    package.product = decodeProduct(
+        std::string_view(reinterpret_cast<const char*>(record->data()), record->size()));
+  } catch (const ProductDecodingError& error) {
+    if (error.limit == ProductDecodingError::Limit::nesting)
+      throw PackageError{PackageError::TooDeep{maximumRecordNesting}};
+    if (error.limit == ProductDecodingError::Limit::images)
+      throw PackageError{PackageError::TooManyImages{maximumImageCount}};
+    throw;
+  }
   if (package.product.version > Product::currentVersion) {
     throw PackageError{PackageError::NewerVersion{package.product.version}};
   }
+  std::uintmax_t firmware = 0;
   for (const FirmwareImage& image : package.product.images) {
     // A name with a path in it would reach outside the product: such a file was not made here.
     if (!isPlainFileName(image.fileName)) notAPackage();
@@ -110,8 +162,17 @@ ProductPackage readFrom(EntrySource& source) {
                            ProductPackage::maximumFileSize);
     } catch (const DamagedEntry&) {
       throw PackageError{PackageError::DamagedFile{image.fileName}};
+    } catch (const Oversized&) {
+      throw PackageError{PackageError::TooLarge{image.fileName, ProductPackage::maximumFileSize}};
     }
     if (!bytes) throw PackageError{PackageError::MissingFile{image.fileName}};
+    firmware += bytes->size();
+    if (firmware > ProductPackage::maximumFirmwareSize)
+      throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
+    // The checks and the flash plan go by the recorded size: it must be the size of the bytes.
+    if (image.size < 0 || static_cast<std::uintmax_t>(image.size) != bytes->size()) {
+      throw PackageError{PackageError::WrongSize{image.fileName, image.size, bytes->size()}};
+    }
     if (Digest::sha256Hex(*bytes) != image.sha256) {
       throw PackageError{PackageError::DamagedFile{image.fileName}};
     }
@@ -122,21 +183,28 @@ ProductPackage readFrom(EntrySource& source) {
 
 // Reads a regular file inside `directory` without following a link; absent when it cannot be
 // opened or is no regular file.
-std::optional<Bytes> readInside(int directory, const std::string& name, std::uintmax_t limit) {
+// `budget`, where given, is what the firmware may still take; the file's size is taken from it
+// before it is read.
+std::optional<Bytes> readInside(int directory, const std::string& name, std::uintmax_t limit,
+                                std::uintmax_t* budget) {
   Descriptor fd(::openat(directory, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   if (fd.get() < 0) return std::nullopt;
   struct stat info {};
   if (::fstat(fd.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
-  if (static_cast<std::uintmax_t>(info.st_size) > limit) notAPackage();
-  Bytes bytes(static_cast<std::size_t>(info.st_size));
-  std::size_t done = 0;
-  while (done < bytes.size()) {
-    ssize_t n = ::read(fd.get(), bytes.data() + done, bytes.size() - done);
-    if (n < 0 && errno == EINTR) continue;
-    if (n <= 0) throw DamagedEntry{};
-    done += static_cast<std::size_t>(n);
+  if (static_cast<std::uintmax_t>(info.st_size) > limit) throw Oversized{};
+  if (budget) {
+    if (static_cast<std::uintmax_t>(info.st_size) > *budget)
+      throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
+    *budget -= static_cast<std::uintmax_t>(info.st_size);
   }
-  return bytes;
+  const auto size = static_cast<std::size_t>(info.st_size);
+  return readGrowing(size, [&](std::uint8_t* into, std::size_t wanted) -> std::int64_t {
+    for (;;) {
+      ssize_t n = ::read(fd.get(), into, wanted);
+      if (n < 0 && errno == EINTR) continue;
+      return n;
+    }
+  });
 }
 
 class DirectorySource : public EntrySource {
@@ -152,13 +220,9 @@ public:
         filesOpened_ = true;
       }
       if (files_.get() < 0) return std::nullopt;
-      bytes = readInside(files_.get(), name.substr(6), limit);
+      bytes = readInside(files_.get(), name.substr(6), limit, &firmwareLeft_);
     } else {
-      bytes = readInside(root_, name, limit);
-    }
-    if (bytes) {
-      total_ += bytes->size();
-      if (total_ > ProductPackage::maximumPackageSize) notAPackage();
+      bytes = readInside(root_, name, limit, nullptr);
     }
     return bytes;
   }
@@ -167,7 +231,7 @@ private:
   int root_;
   Descriptor files_;
   bool filesOpened_ = false;
-  std::uintmax_t total_ = 0;
+  std::uintmax_t firmwareLeft_ = ProductPackage::maximumFirmwareSize;
 };
 
 // An entry name that could only have been made to reach outside a folder it is unpacked into.
@@ -184,6 +248,36 @@ bool isUnsafeEntryName(std::string_view name) {
     start = end + 1;
   }
   return false;
+}
+
+// The name a stored entry "files/0a1b2c3d-app.bin" had as a file ("app.bin").
+std::string shownName(std::string_view entry) {
+  entry.remove_prefix(std::string_view("files/").size());
+  if (entry.size() > 9 && entry[8] == '-') entry.remove_prefix(9);
+  return std::string(entry);
+}
+
+constexpr std::size_t endRecordSize = 22;
+constexpr std::size_t longestComment = 0xFFFF;
+
+// A container ends with its end-of-directory record. Tarnwick writes exactly one, without a
+// comment, at the very end; a second one further back (hidden in a comment, or after appended
+// bytes) makes ZIP readers disagree about what the file holds, so it is not accepted.
+bool endsWithItsOnlyEndRecord(ByteView tail) {
+  static constexpr std::uint8_t signature[] = {'P', 'K', 5, 6};
+  if (tail.size() < endRecordSize) return false;
+  const std::size_t last = tail.size() - endRecordSize;
+  if (!std::equal(std::begin(signature), std::end(signature), tail.begin() + last)) return false;
+  if (tail[last + 20] != 0 || tail[last + 21] != 0) return false; // the comment's length
+  auto other = std::search(tail.begin(), tail.begin() + static_cast<std::ptrdiff_t>(last),
+                           std::begin(signature), std::end(signature));
+  return other == tail.begin() + static_cast<std::ptrdiff_t>(last);
+}
+
+// The part of a container where its end record may be.
+ByteView tailOf(ByteView container) {
+  const std::size_t length = std::min(container.size(), endRecordSize + longestComment);
+  return container.subspan(container.size() - length);
 }
 
 class Archive {
@@ -207,7 +301,14 @@ public:
   explicit ArchiveSource(zip_t* archive) : archive_(archive) {
     zip_int64_t count = zip_get_num_entries(archive_.get(), 0);
     if (count < 0) notAPackage();
-    std::uintmax_t total = 0;
+    // Tarnwick writes no archive comment. One can hide a second end record, which other ZIP
+    // readers would take for the real one and see other entries than this reader does.
+    int commentLength = 0;
+    if (zip_get_archive_comment(archive_.get(), &commentLength, ZIP_FL_ENC_RAW) &&
+        commentLength > 0) {
+      notAPackage();
+    }
+    std::uintmax_t firmware = 0;
     for (zip_uint64_t i = 0; i < static_cast<zip_uint64_t>(count); ++i) {
       zip_stat_t stat;
       zip_stat_init(&stat);
@@ -230,10 +331,20 @@ public:
         // Links, devices and pipes have no place in a product.
         if (type != 0 && type != (directory ? S_IFDIR : S_IFREG)) notAPackage();
       }
-      total += stat.size;
-      if (stat.size > ProductPackage::maximumPackageSize ||
-          total > ProductPackage::maximumPackageSize) {
-        notAPackage();
+      // Refused by the sizes the directory declares, before a byte is inflated.
+      if (name == "product.json" && stat.size > ProductPackage::maximumRecordSize) {
+        throw PackageError{
+            PackageError::TooLarge{"product.json", ProductPackage::maximumRecordSize}};
+      }
+      if (name.starts_with("files/")) {
+        if (stat.size > ProductPackage::maximumFileSize) {
+          throw PackageError{
+              PackageError::TooLarge{shownName(name), ProductPackage::maximumFileSize}};
+        }
+        firmware += stat.size;
+        if (firmware > ProductPackage::maximumFirmwareSize) {
+          throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
+        }
       }
     }
     // Another format's container with a product.json inside is still not ours.
@@ -241,6 +352,8 @@ public:
     try {
       type = fetch("mimetype", ProductPackage::mimeType.size());
     } catch (const DamagedEntry&) {
+      notAPackage();
+    } catch (const Oversized&) {
       notAPackage();
     }
     if (type && std::string_view(reinterpret_cast<const char*>(type->data()), type->size()) !=
@@ -255,7 +368,7 @@ public:
     zip_stat_t stat;
     zip_stat_init(&stat);
     if (zip_stat_index(archive_.get(), found->second, 0, &stat) != 0) notAPackage();
-    if (stat.size > limit) notAPackage();
+    if (stat.size > limit) throw Oversized{};
     zip_file_t* file = zip_fopen_index(archive_.get(), found->second, 0);
     if (!file) notAPackage(); // encrypted or compressed by a method not known here
     struct Closer {
@@ -265,13 +378,10 @@ public:
 
     // Never more than the declared size is inflated: an entry that claims little and would
     // inflate to gigabytes is stopped at the first byte too many.
-    Bytes bytes(static_cast<std::size_t>(stat.size));
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-      zip_int64_t n = zip_fread(file, bytes.data() + done, bytes.size() - done);
-      if (n <= 0) throw DamagedEntry{};
-      done += static_cast<std::size_t>(n);
-    }
+    Bytes bytes = readGrowing(static_cast<std::size_t>(stat.size),
+                              [&](std::uint8_t* into, std::size_t wanted) -> std::int64_t {
+                                return zip_fread(file, into, wanted);
+                              });
     // Reading to the end is also what makes the library compare the CRC.
     std::uint8_t extra = 0;
     zip_int64_t n = zip_fread(file, &extra, 1);
@@ -302,14 +412,31 @@ constexpr std::size_t temporarySuffixLength = 8;
 
 // Removes what an interrupted save to this place left behind. A save that is still running
 // holds a lock on its temporary, so only the leftovers of programs that died are taken.
+// Those of other products in the folder are taken once they are a minute old, so a save that is
+// just starting elsewhere is never disturbed.
 void removeLeftovers(const Place& place) {
+  static constexpr std::string_view marker = ".saving-";
+  const std::string productSuffix = "." + std::string(ProductPackage::fileExtension);
+  const auto minuteAgo = fs::file_time_type::clock::now() - std::chrono::minutes(1);
   std::error_code error;
   for (fs::directory_iterator it(place.parent, error), end; !error && it != end;
        it.increment(error)) {
     const std::string name = it->path().filename().string();
-    if (!name.starts_with(place.temporaryPrefix) ||
-        name.size() != place.temporaryPrefix.size() + temporarySuffixLength) {
-      continue;
+    const bool ours = name.starts_with(place.temporaryPrefix) &&
+                      name.size() == place.temporaryPrefix.size() + temporarySuffixLength;
+    if (!ours) {
+      // ".NAME.twflash.saving-XXXXXXXX", left by another product's save.
+      if (name.size() <= 1 + productSuffix.size() + marker.size() + temporarySuffixLength ||
+          name.front() != '.')
+        continue;
+      const std::string_view stem =
+          std::string_view(name).substr(0, name.size() - temporarySuffixLength);
+      if (!stem.ends_with(std::string(productSuffix) + std::string(marker))) continue;
+      std::error_code timeError;
+      const auto status = fs::symlink_status(it->path(), timeError);
+      if (timeError || status.type() == fs::file_type::symlink) continue;
+      const auto written = fs::last_write_time(it->path(), timeError);
+      if (timeError || written >= minuteAgo) continue;
     }
     Descriptor fd(::open(it->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (fd.get() < 0 || ::flock(fd.get(), LOCK_EX | LOCK_NB) != 0) continue;
@@ -417,28 +544,36 @@ void install(const Place& place, const Temporary& temporary) {
 
 // Everything a save checks before it touches the disk; returns the encoded record.
 std::string prepare(const ProductPackage& package) {
-  std::uintmax_t total = 0;
+  // What could not be read back is not written.
+  if (package.product.images.size() > maximumImageCount)
+    throw PackageError{PackageError::TooManyImages{maximumImageCount}};
+  std::uintmax_t firmware = 0;
   for (const FirmwareImage& image : package.product.images) {
     auto bytes = package.files.find(image.id);
     if (bytes == package.files.end()) {
       throw PackageError{PackageError::MissingFile{image.fileName}};
     }
-    // A name that is not UTF-8 would be stored altered in the record and not be found again.
-    if (!isPlainFileName(image.fileName) || validUTF8(image.fileName) != image.fileName) {
-      systemFailure("write", image.fileName, EINVAL);
+    // A name that is not UTF-8 would be stored altered in the record and not be found again;
+    // ZIP names hold no control characters.
+    const bool control = std::ranges::any_of(
+        image.fileName, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+    if (!isPlainFileName(image.fileName) || control ||
+        validUTF8(image.fileName) != image.fileName) {
+      throw PackageError{PackageError::UnstorableName{image.fileName}};
     }
-    // What could not be opened again is not written.
     if (bytes->second.size() > ProductPackage::maximumFileSize) {
-      systemFailure("write", image.fileName, EFBIG);
+      throw PackageError{PackageError::TooLarge{image.fileName, ProductPackage::maximumFileSize}};
     }
-    total += bytes->second.size();
+    if (image.size < 0 || static_cast<std::uintmax_t>(image.size) != bytes->second.size()) {
+      throw PackageError{PackageError::WrongSize{image.fileName, image.size, bytes->second.size()}};
+    }
+    firmware += bytes->second.size();
+    if (firmware > ProductPackage::maximumFirmwareSize)
+      throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
   }
   std::string record = encodeProduct(package.product);
-  if (record.size() > ProductPackage::maximumRecordSize ||
-      total + record.size() + ProductPackage::mimeType.size() >
-          ProductPackage::maximumPackageSize) {
-    systemFailure("write", "product.json", EFBIG);
-  }
+  if (record.size() > ProductPackage::maximumRecordSize)
+    throw PackageError{PackageError::TooLarge{"product.json", ProductPackage::maximumRecordSize}};
   return record;
 }
 
@@ -450,10 +585,10 @@ std::string prepare(const ProductPackage& package) {
   throw fs::filesystem_error("write", target, std::error_code(code, std::generic_category()));
 }
 
-// The single-file form, assembled in memory and then written to `fd`. The first entry is what
-// type recognition looks for at fixed offsets, so it goes first, stored and without extras.
-void writeArchive(const ProductPackage& package, const std::string& record, int fd,
-                  const fs::path& shown) {
+// The single-file form, assembled in memory. The first entry is what type recognition looks
+// for at fixed offsets, so it goes first, stored and without extras.
+Bytes encodeArchive(const ProductPackage& package, const std::string& record,
+                    const fs::path& shown) {
   zip_error_t error;
   zip_error_init(&error);
   struct ErrorFini {
@@ -502,6 +637,7 @@ void writeArchive(const ProductPackage& package, const std::string& record, int 
   }
 
   if (zip_source_open(buffer) != 0) archiveFailure(shown, zip_source_error(buffer));
+  Bytes encoded;
   Bytes chunk(1 << 20);
   for (;;) {
     zip_int64_t n = zip_source_read(buffer, chunk.data(), chunk.size());
@@ -510,9 +646,10 @@ void writeArchive(const ProductPackage& package, const std::string& record, int 
       archiveFailure(shown, zip_source_error(buffer));
     }
     if (n == 0) break;
-    writeAll(fd, ByteView(chunk.data(), static_cast<std::size_t>(n)), shown);
+    encoded.insert(encoded.end(), chunk.begin(), chunk.begin() + n);
   }
   zip_source_close(buffer);
+  return encoded;
 }
 
 } // namespace
@@ -527,6 +664,15 @@ ProductPackage ProductPackage::read(const fs::path& location) {
     return readFrom(source);
   }
   if (!S_ISREG(info.st_mode)) notAPackage();
+  {
+    const auto size = static_cast<std::size_t>(info.st_size);
+    Bytes tail(std::min(size, endRecordSize + longestComment));
+    const auto at = static_cast<off_t>(size - tail.size());
+    if (::pread(fd.get(), tail.data(), tail.size(), at) != static_cast<ssize_t>(tail.size()) ||
+        !endsWithItsOnlyEndRecord(tail)) {
+      notAPackage();
+    }
+  }
   int error = 0;
   zip_t* archive = zip_fdopen(fd.get(), ZIP_RDONLY | ZIP_CHECKCONS, &error);
   if (!archive) notAPackage();
@@ -536,6 +682,7 @@ ProductPackage ProductPackage::read(const fs::path& location) {
 }
 
 ProductPackage ProductPackage::decode(ByteView container) {
+  if (!endsWithItsOnlyEndRecord(tailOf(container))) notAPackage();
   zip_error_t error;
   zip_error_init(&error);
   zip_source_t* buffer = zip_source_buffer_create(container.data(), container.size(), 0, &error);
@@ -550,13 +697,17 @@ ProductPackage ProductPackage::decode(ByteView container) {
   return readFrom(source);
 }
 
+Bytes ProductPackage::encode(const ProductPackage& package) {
+  return encodeArchive(package, prepare(package), "product");
+}
+
 void ProductPackage::write(const ProductPackage& package, const fs::path& location) {
-  std::string record = prepare(package);
   Place place = placeOf(location);
+  const Bytes encoded = encodeArchive(package, prepare(package), place.target);
   removeLeftovers(place);
   auto temporary = claimTemporary(place, false);
   try {
-    writeArchive(package, record, temporary->fd.get(), place.target);
+    writeAll(temporary->fd.get(), encoded, place.target);
     if (::fsync(temporary->fd.get()) != 0) systemFailure("write", place.target, errno);
     install(place, *temporary);
   } catch (...) {

@@ -30,8 +30,42 @@ struct PackageError {
   struct NotAPackage {
     bool operator==(const NotAPackage&) const = default;
   };
+  /// The record says one size for a file and the product holds another.
+  struct WrongSize {
+    std::string fileName;
+    std::int64_t declared;
+    std::uintmax_t stored;
+    bool operator==(const WrongSize&) const = default;
+  };
+  /// One entry (product.json or a firmware file) is larger than any product needs.
+  struct TooLarge {
+    std::string fileName;
+    std::uintmax_t limit;
+    bool operator==(const TooLarge&) const = default;
+  };
+  /// The firmware files together are larger than any chip's flash.
+  struct TooMuchFirmware {
+    std::uintmax_t limit;
+    bool operator==(const TooMuchFirmware&) const = default;
+  };
+  /// product.json is nested deeper than a product ever is.
+  struct TooDeep {
+    int limit;
+    bool operator==(const TooDeep&) const = default;
+  };
+  struct TooManyImages {
+    std::size_t limit;
+    bool operator==(const TooManyImages&) const = default;
+  };
+  /// A file name that cannot be stored in a product (a control character in it).
+  struct UnstorableName {
+    std::string fileName;
+    bool operator==(const UnstorableName&) const = default;
+  };
 
-  std::variant<MissingFile, DamagedFile, NewerVersion, NotAPackage> value;
+  std::variant<MissingFile, DamagedFile, NewerVersion, NotAPackage, WrongSize, TooLarge,
+               TooMuchFirmware, TooDeep, TooManyImages, UnstorableName>
+      value;
 
   /// The message in the interface language; it begins in lower case and ends with a full stop.
   std::string message() const;
@@ -43,11 +77,12 @@ struct ProductPackage {
   /// The extension of product files, without the dot.
   static constexpr std::string_view fileExtension = "twflash";
   /// Largest product.json read; a real one is a few kilobytes.
-  static constexpr std::uintmax_t maximumRecordSize = 16u * 1024 * 1024;
-  /// Largest stored firmware file read.
-  static constexpr std::uintmax_t maximumFileSize = 256u * 1024 * 1024;
-  /// Largest sum of all entries of a product; more is refused before anything is inflated.
-  static constexpr std::uintmax_t maximumPackageSize = 512u * 1024 * 1024;
+  static constexpr std::uintmax_t maximumRecordSize = 1u * 1024 * 1024;
+  /// Largest firmware file: the largest flash any supported chip addresses.
+  static constexpr std::uintmax_t maximumFileSize = 128u * 1024 * 1024;
+  /// Largest sum of the firmware files of one product. Sizes are taken from the container's
+  /// directory and refused before anything is inflated.
+  static constexpr std::uintmax_t maximumFirmwareSize = 128u * 1024 * 1024;
   /// The content of the first, stored entry "mimetype" of a single-file product, by which the
   /// desktop recognises the type without trusting the name.
   static constexpr std::string_view mimeType = "application/x-tarnwick-product";
@@ -65,6 +100,9 @@ struct ProductPackage {
 
   /// Reads a single-file product held in memory, with the checks of `read`.
   static ProductPackage decode(ByteView container);
+
+  /// The single-file form in memory, exactly as `write` puts it on disk. Throws as `write`.
+  static Bytes encode(const ProductPackage& package);
 
   /// Writes the package as a single file to `location`, replacing what is there (a file or a
   /// directory) only once the new file is complete on disk. Throws PackageError (missingFile,

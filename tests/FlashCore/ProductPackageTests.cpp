@@ -135,10 +135,18 @@ TEST_F(ProductFile, FailedWritesLeaveThePreviousFileUntouched) {
       },
       PackageError);
 
-  // A file name with a path in it never leaves the product, on writing either.
-  ProductPackage escaping = package;
-  escaping.product.images[0].fileName = "../../escape.bin";
-  EXPECT_THROW(ProductPackage::write(escaping, location), fs::filesystem_error);
+  // A file name with a path in it never leaves the product, on writing either; one with a
+  // control character could not be stored in the container. Either is said, with the name.
+  for (const std::string name : {"../../escape.bin", "tab\there.bin", "\x1b]0;title\a.bin"}) {
+    ProductPackage unstorable = package;
+    unstorable.product.images[0].fileName = name;
+    try {
+      ProductPackage::write(unstorable, location);
+      ADD_FAILURE() << name;
+    } catch (const PackageError& error) {
+      EXPECT_EQ(error, (PackageError{PackageError::UnstorableName{name}}));
+    }
+  }
 
   // A location whose parent is a plain file cannot be written; nothing else changes.
   put(root / "plain", "x");
@@ -235,7 +243,15 @@ TEST_F(ProductFile, UntrustedFilesNeverReachOutside) {
     huge.seekp(static_cast<std::streamoff>(ProductPackage::maximumRecordSize) + 1);
     huge.put('x');
   }
-  EXPECT_EQ(readFailure(), E{E::NotAPackage{}});
+  EXPECT_EQ(readFailure(), (E{E::TooLarge{"product.json", ProductPackage::maximumRecordSize}}));
+
+  // A record that understates a file's size would let the checks pass and the plan overwrite
+  // the next image.
+  std::string understated = json;
+  const std::string size = "\"size\": 3000";
+  understated.replace(understated.find(size), size.size(), "\"size\": 2000");
+  put(location / "product.json", understated);
+  EXPECT_EQ(readFailure(), (E{E::WrongSize{"firmware.bin", 2000, 3000}}));
 }
 
 TEST(PackageError, MessagesInEveryLanguage) {
@@ -396,6 +412,30 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
     return ZipBuilder::build(entries);
   };
   const std::string valid = ZipBuilder::build(sound);
+  const std::string secondName = "files/" + ProductPackage::storedName(package.product.images[1]);
+  auto withRecord = [&](const std::string& edited) {
+    auto entries = sound;
+    entries[0].data = edited;
+    return ZipBuilder::build(entries);
+  };
+  ProductPackage smaller = package;
+  smaller.product.images[0].size -= 1;
+  const std::string understated = encodeProduct(smaller.product);
+  // The record with an unknown key holding `depth` levels of arrays (with the record's own
+  // object around them).
+  auto nested = [](const std::string& text, int depth) {
+    return "{\"extra\": " + std::string(static_cast<std::size_t>(depth - 1), '[') +
+           std::string(static_cast<std::size_t>(depth - 1), ']') + "," + text.substr(1);
+  };
+  std::string manyImages = "{}";
+  for (int i = 0; i < 256; ++i)
+    manyImages += ",{}";
+  // An archive comment is the last field of the end record, its length the two bytes before.
+  auto withComment = [](std::string container, const std::string& comment) {
+    container[container.size() - 2] = static_cast<char>(comment.size() & 0xFF);
+    container[container.size() - 1] = static_cast<char>(comment.size() >> 8);
+    return container + comment;
+  };
   // A record of a few kilobytes that claims to be smaller and would inflate much further.
   std::string bomb = ZipBuilder::build({{"product.json", "{}" + std::string(8 << 20, ' ')}});
 
@@ -440,12 +480,22 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
          return ZipBuilder::build(entries);
        }(),
        E{E::NotAPackage{}}},
-      {"declared too large", withDeclaredSize(valid, firmwareName, 300u << 20),
-       E{E::NotAPackage{}}},
+      {"declared too large", withDeclaredSize(valid, firmwareName, 255u << 20),
+       E{E::TooLarge{"firmware.bin", ProductPackage::maximumFileSize}}},
+      {"record declared too large", withDeclaredSize(valid, "product.json", 2u << 20),
+       E{E::TooLarge{"product.json", ProductPackage::maximumRecordSize}}},
       {"sum too large",
-       withDeclaredSize(
-           withDeclaredSize(with({{"notes/a", "a"}, {"notes/b", "b"}}), "notes/a", 300u << 20),
-           "notes/b", 300u << 20),
+       withDeclaredSize(withDeclaredSize(valid, firmwareName, 100u << 20), secondName, 100u << 20),
+       E{E::TooMuchFirmware{ProductPackage::maximumFirmwareSize}}},
+      {"size understated", withRecord(understated), E{E::WrongSize{"firmware.bin", 2999, 3000}}},
+      {"nested too deeply", withRecord(nested(record, 17)), E{E::TooDeep{16}}},
+      {"nested deeply below the limit", withRecord(nested(record, 15)), std::nullopt},
+      {"too many images", withRecord(R"({"version": 1, "images": [)" + manyImages + "]}"),
+       E{E::TooManyImages{256}}},
+      {"archive comment", withComment(valid, "made elsewhere"), E{E::NotAPackage{}}},
+      {"hidden second end record", withComment(valid, valid.substr(valid.size() - 22)),
+       E{E::NotAPackage{}}},
+      {"bytes after the end record", valid + std::string(valid.substr(valid.size() - 22)),
        E{E::NotAPackage{}}},
       {"inflates beyond its size", withDeclaredSize(bomb, "product.json", 1000),
        E{E::NotAPackage{}}},
@@ -481,7 +531,15 @@ TEST_F(ProductFile, LeftoversOfAnInterruptedSaveGoWithTheNextSave) {
   put(root / ".Lamp.twflash.saving-abcd1234", "half a file");
   fs::create_directories(root / ".Lamp.twflash.saving-efgh5678" / "files");
   put(root / ".Lamp.twflash.saving-locked00", "a save still running");
-  put(root / ".Other.twflash.saving-abcd1234", "another product's");
+  // Another product's: a fresh one may belong to a save just starting; an old one is left over.
+  put(root / ".Other.twflash.saving-abcd1234", "another product's, just begun");
+  put(root / ".Old.twflash.saving-abcd1234", "another product's, killed long ago");
+  put(root / ".Old.twflash.saving-ab", "not a name a save makes");
+  put(root / "notes.saving-abcd1234", "not a product's");
+  const auto longAgo = fs::file_time_type::clock::now() - std::chrono::minutes(5);
+  for (const char* name : {".Old.twflash.saving-abcd1234", ".Old.twflash.saving-ab",
+                           "notes.saving-abcd1234"})
+    fs::last_write_time(root / name, longAgo);
   int running = ::open((root / ".Lamp.twflash.saving-locked00").c_str(), O_RDONLY);
   ASSERT_EQ(::flock(running, LOCK_EX), 0);
   ProductPackage::write(package, location);
@@ -490,7 +548,8 @@ TEST_F(ProductFile, LeftoversOfAnInterruptedSaveGoWithTheNextSave) {
   for (const auto& entry : fs::directory_iterator(root))
     names.insert(entry.path().filename().string());
   EXPECT_EQ(names, (std::set<std::string>{"Lamp.twflash", ".Lamp.twflash.saving-locked00",
-                                          ".Other.twflash.saving-abcd1234"}));
+                                          ".Other.twflash.saving-abcd1234",
+                                          ".Old.twflash.saving-ab", "notes.saving-abcd1234"}));
 }
 
 TEST_F(ProductFile, ASaveKilledAtAnyMomentLeavesTheOldOrTheNewProduct) {
