@@ -41,11 +41,21 @@ std::string visible(std::string_view text) {
                             (static_cast<unsigned char>(valid[i + 2]) & 0x3Fu);
       escape(shown, "\\u%04X", code);
       i += 2;
-    } else if (c == '\\') {
-      shown += "\\\\";
     } else {
       shown += static_cast<char>(c);
     }
+  }
+  return shown;
+}
+
+std::string visibleLines(std::string_view text) {
+  std::string shown;
+  for (std::size_t start = 0; start <= text.size();) {
+    std::size_t end = text.find('\n', start);
+    if (end == std::string_view::npos) end = text.size();
+    shown += visible(text.substr(start, end - start));
+    if (end < text.size()) shown += '\n';
+    start = end + 1;
   }
   return shown;
 }

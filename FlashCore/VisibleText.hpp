@@ -8,9 +8,12 @@
 
 namespace tarnwick {
 
-/// `text` as valid UTF-8 with control characters (C0, DEL, C1) shown as \xNN or \u00NN, the
-/// bidirectional embedding, override and isolate controls as \u202A…, and a backslash doubled,
-/// so that every escape reads back unambiguously. Everything else is kept as it is.
+/// `text` as valid UTF-8 with control characters (C0, DEL, C1) shown as \xNN or \u00NN and the
+/// bidirectional embedding, override and isolate controls as \u202A…; everything else is kept
+/// as it is. Escaping twice changes nothing, so text may pass through several front ends.
 std::string visible(std::string_view text);
+
+/// `visible` for text of several lines: line breaks are kept, everything else is escaped.
+std::string visibleLines(std::string_view text);
 
 } // namespace tarnwick

@@ -118,6 +118,18 @@ std::string alreadyExists(const std::string& file) {
                     " existe déjà. Ajoutez --force pour le remplacer.",
                     " ya existe. Añade --force para sustituirlo."});
 }
+std::string notAProductToReplace(const std::string& file) {
+  return file + tr({" is not a product; --force replaces only a product. Nothing was changed: "
+                    "choose another name with --out.",
+                    " is geen product; --force vervangt alleen een product. Er is niets "
+                    "gewijzigd: kies een andere naam met --out.",
+                    " ist kein Produkt; --force ersetzt nur ein Produkt. Es wurde nichts "
+                    "geändert: Wähle mit --out einen anderen Namen.",
+                    " n’est pas un produit ; --force ne remplace qu’un produit. Rien n’a été "
+                    "modifié : choisissez un autre nom avec --out.",
+                    " no es un producto; --force solo sustituye un producto. No se ha cambiado "
+                    "nada: elige otro nombre con --out."});
+}
 std::string labelled(const std::string& label) { return label + tr({":", ":", ":", " :", ":"}); }
 std::string noUSBPort() {
   return tr({"No USB board found. Connect the board with a cable that carries data, or name the "

@@ -25,6 +25,7 @@ std::string espOnly(const std::string& option);
 std::string targetWithProduct();
 std::string noSuchFile();
 std::string alreadyExists(const std::string& file);
+std::string notAProductToReplace(const std::string& file);
 /// A label followed by a colon as the language writes it ("Name:", « Nom : »).
 std::string labelled(const std::string& label);
 std::string noUSBPort();

@@ -1,5 +1,8 @@
 #include "Localization/GeneralTexts.hpp"
 
+#include <cerrno>
+#include <cstring>
+
 #include "Localization/Text.hpp"
 
 namespace tarnwick::L10n::Errors {
@@ -21,6 +24,70 @@ std::string savingFailed(const std::string& description) {
   return tr({"Saving failed: ", "Opslaan mislukt: ", "Speichern fehlgeschlagen: ",
              "Échec de l’enregistrement : ", "No se pudo guardar: "}) +
          description;
+}
+std::string savingFailedAt(const std::string& file, int errorCode) {
+  return savingFailed(file + ": " + systemCause(errorCode));
+}
+std::string systemCause(int errorCode) {
+  switch (errorCode) {
+  case ENOENT:
+    return tr({"the folder does not exist.", "de map bestaat niet.",
+               "der Ordner existiert nicht.", "le dossier n’existe pas.",
+               "la carpeta no existe."});
+  case EACCES:
+  case EPERM:
+    return tr({"you have no permission to write there.", "je hebt daar geen schrijfrechten.",
+               "dir fehlt dort die Schreibberechtigung.",
+               "vous n’avez pas le droit d’écrire à cet endroit.",
+               "no tienes permiso para escribir ahí."});
+  case EROFS:
+    return tr({"the disk is read-only.", "de schijf is alleen-lezen.",
+               "der Datenträger ist schreibgeschützt.", "le disque est en lecture seule.",
+               "el disco es de solo lectura."});
+  case ENOSPC:
+  case EDQUOT:
+    return tr({"the disk is full.", "de schijf is vol.", "der Datenträger ist voll.",
+               "le disque est plein.", "el disco está lleno."});
+  case EISDIR:
+    return tr({"a folder of that name is in the way.", "er staat een map met die naam in de weg.",
+               "ein Ordner mit diesem Namen ist im Weg.",
+               "un dossier portant ce nom est déjà là.",
+               "ya hay una carpeta con ese nombre."});
+  case ENOTDIR:
+    return tr({"part of the path is not a folder.", "een deel van het pad is geen map.",
+               "ein Teil des Pfads ist kein Ordner.",
+               "une partie du chemin n’est pas un dossier.",
+               "una parte de la ruta no es una carpeta."});
+  case ENAMETOOLONG:
+    return tr({"the name is too long.", "de naam is te lang.", "der Name ist zu lang.",
+               "le nom est trop long.", "el nombre es demasiado largo."});
+  case EEXIST:
+    return tr({"a file of that name is in the way.", "er staat een bestand met die naam in de weg.",
+               "eine Datei mit diesem Namen ist im Weg.",
+               "un fichier portant ce nom est déjà là.",
+               "ya hay un archivo con ese nombre."});
+  case EBUSY:
+  case ETXTBSY:
+    return tr({"the file is in use.", "het bestand is in gebruik.", "die Datei wird verwendet.",
+               "le fichier est en cours d’utilisation.", "el archivo está en uso."});
+  case EFBIG:
+    return tr({"the file is too large for the disk.", "het bestand is te groot voor de schijf.",
+               "die Datei ist zu groß für den Datenträger.",
+               "le fichier est trop volumineux pour le disque.",
+               "el archivo es demasiado grande para el disco."});
+  case ENOMEM:
+    return tr({"there is not enough memory.", "er is niet genoeg geheugen.",
+               "es ist nicht genug Arbeitsspeicher frei.", "la mémoire est insuffisante.",
+               "no hay memoria suficiente."});
+  case EIO:
+    return tr({"the disk reported an error.", "de schijf meldde een fout.",
+               "der Datenträger meldete einen Fehler.", "le disque a signalé une erreur.",
+               "el disco informó de un error."});
+  default:
+    return tr({"the system reports: ", "het systeem meldt: ", "das System meldet: ",
+               "le système indique : ", "el sistema indica: "}) +
+           std::strerror(errorCode) + ".";
+  }
 }
 std::string selectPortFirst() {
   return tr({"Select a serial port first.", "Kies eerst een seriële poort.",

@@ -28,6 +28,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
+#include "FlashCore/VisibleText.hpp"
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/Ports.hpp"
 #include "TarnwickCLI/Station.hpp"
@@ -48,8 +49,9 @@ std::atomic<bool> interrupted = false;
 
 extern "C" void onInterrupt(int) { interrupted = true; }
 
+// Messages quote product files and devices, whose names may hold anything.
 void printError(const std::string& message) {
-  std::fputs(message.c_str(), stderr);
+  std::fputs(visibleLines(message).c_str(), stderr);
   std::fputc('\n', stderr);
 }
 
@@ -76,6 +78,47 @@ std::string nameOf(const std::string& path) {
 bool exists(const std::string& path) {
   std::error_code ignored;
   return fs::exists(fs::symlink_status(path, ignored));
+}
+
+// What `pack --force` may replace: a single-file product (even a damaged one), or a product
+// directory holding a readable product.json and nothing but its files/ folder.
+bool isReplaceableProduct(const fs::path& path) {
+  std::error_code error;
+  const auto status = fs::symlink_status(path, error);
+  if (error) return false;
+  if (fs::is_regular_file(status)) {
+    try {
+      ProductPackage::read(path);
+      return true;
+    } catch (const PackageError& refusal) {
+      return !std::holds_alternative<PackageError::NotAPackage>(refusal.value);
+    } catch (const ProductDecodingError&) {
+      return true; // our container, with a record this version cannot read
+    }
+  }
+  if (!fs::is_directory(status)) return false;
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    const std::string name = it->path().filename().string();
+    const auto type = it->symlink_status(error).type();
+    if (!((name == "product.json" && type == fs::file_type::regular) ||
+          (name == "files" && type == fs::file_type::directory))) {
+      return false;
+    }
+  }
+  if (error || !fs::is_regular_file(fs::symlink_status(path / "product.json", error))) return false;
+  std::ifstream in(path / "product.json", std::ios::binary);
+  std::string record;
+  char chunk[4096];
+  while (in.read(chunk, sizeof chunk) || in.gcount() > 0) {
+    record.append(chunk, static_cast<std::size_t>(in.gcount()));
+    if (record.size() > ProductPackage::maximumRecordSize) return false;
+  }
+  try {
+    decodeProduct(record);
+    return true;
+  } catch (const ProductDecodingError&) {
+    return false;
+  }
 }
 
 // A product file, whichever of its forms: a directory holding product.json, or a file with the
@@ -346,7 +389,11 @@ int station(const Arguments& arguments) {
 int pack(const Arguments& arguments) {
   ProductPackage package = importProduct(*arguments.target, arguments.inputs);
   applyOverrides(package.product, arguments.overrides, arguments.command);
-  fs::path out = *arguments.out;
+  // "NAME.twflash/" names NAME.twflash itself, not a file inside it.
+  std::string outText = *arguments.out;
+  while (outText.size() > 1 && outText.back() == '/')
+    outText.pop_back();
+  fs::path out = outText;
   if (out.extension() != "." + std::string(ProductPackage::fileExtension)) {
     out += "." + std::string(ProductPackage::fileExtension);
   }
@@ -358,8 +405,10 @@ int pack(const Arguments& arguments) {
   for (const auto& issue : issues)
     printError(findingLine(package.product, issue));
   if (ProductCheck::firstError(issues)) return unusable;
-  if (exists(out.string()) && !arguments.force) {
-    throw Unusable{L10n::Cli::alreadyExists(out.string())};
+  if (exists(out.string())) {
+    if (!arguments.force) throw Unusable{L10n::Cli::alreadyExists(out.string())};
+    // --force replaces a product, never a folder of someone's other files.
+    if (!isReplaceableProduct(out)) throw Unusable{L10n::Cli::notAProductToReplace(out.string())};
   }
   try {
     if (arguments.directory)
@@ -367,13 +416,15 @@ int pack(const Arguments& arguments) {
     else
       ProductPackage::write(package, out);
   } catch (const PackageError& error) {
-    throw Unusable{L10n::Errors::savingFailed(error.message())};
+    throw Unusable{L10n::Errors::savingFailed(out.string() + ": " + error.message())};
   } catch (const fs::filesystem_error& error) {
-    throw Unusable{L10n::Errors::savingFailed(error.code().message() + ".")};
+    const fs::path& where = error.path1().empty() ? out : error.path1();
+    throw Unusable{L10n::Errors::savingFailedAt(where.string(), error.code().value())};
   }
   std::printf(
       "%s\n",
-      L10n::Cli::packed(out.string(), static_cast<int>(package.product.images.size())).c_str());
+      visible(L10n::Cli::packed(out.string(), static_cast<int>(package.product.images.size())))
+          .c_str());
   return success;
 }
 
@@ -382,7 +433,7 @@ int check(const Arguments& arguments) {
   auto issues = ProductCheck::check(package.product, package.files);
   if (issues.empty()) std::printf("%s\n", L10n::Cli::noFindings().c_str());
   for (const auto& issue : issues)
-    std::printf("%s\n", findingLine(package.product, issue).c_str());
+    std::printf("%s\n", visible(findingLine(package.product, issue)).c_str());
   return ProductCheck::firstError(issues) ? unusable : success;
 }
 
@@ -406,27 +457,6 @@ std::string roleName(FirmwareImage::Role role) {
 
 // Characters a terminal acts on, shown as "\xNN" so a product cannot move the cursor, clear the
 // screen or retitle the window. C1 controls (U+0080 to U+009F) count as well.
-std::string visible(const std::string& text) {
-  std::string shown;
-  const std::string valid = validUTF8(text);
-  for (std::size_t i = 0; i < valid.size(); ++i) {
-    auto c = static_cast<unsigned char>(valid[i]);
-    char escaped[8];
-    if (c < 0x20 || c == 0x7F) {
-      std::snprintf(escaped, sizeof escaped, "\\x%02X", c);
-      shown += escaped;
-    } else if (c == 0xC2 && i + 1 < valid.size() &&
-               static_cast<unsigned char>(valid[i + 1]) <= 0x9F) {
-      std::snprintf(escaped, sizeof escaped, "\\u%04X", static_cast<unsigned char>(valid[++i]));
-      shown += escaped;
-    } else if (c == '\\') {
-      shown += "\\\\";
-    } else {
-      shown += static_cast<char>(c);
-    }
-  }
-  return shown;
-}
 
 int info(const Arguments& arguments) {
   ProductPackage package = openProduct(arguments.inputs[0]);

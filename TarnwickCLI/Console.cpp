@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "FlashCore/VisibleText.hpp"
+
 namespace tarnwick::cli {
 
 namespace {
@@ -25,7 +27,7 @@ Console::Console(std::FILE* out, bool interactive) : out_(out), interactive_(int
 void Console::line(const std::string& text) {
   std::lock_guard lock(mutex_);
   wipe();
-  std::fputs(text.c_str(), out_);
+  std::fputs(visibleLines(text).c_str(), out_);
   std::fputc('\n', out_);
   std::fflush(out_);
 }
@@ -43,7 +45,7 @@ void Console::progress(std::int64_t done, std::int64_t total) {
 
 void Console::stage(const std::string& text) {
   std::lock_guard lock(mutex_);
-  stage_ = text;
+  stage_ = visible(text);
   if (interactive_ && barShown_) draw();
 }
 

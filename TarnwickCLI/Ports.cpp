@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "FlashCore/VisibleText.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
@@ -35,7 +36,7 @@ void print(const std::vector<SerialPortInfo>& ports, bool json) {
   } else if (ports.empty()) {
     std::printf("%s\n", L10n::Cli::noPortsFound().c_str());
   } else {
-    std::fputs(portLines(ports).c_str(), stdout);
+    std::fputs(visibleLines(portLines(ports)).c_str(), stdout);
   }
   // Whoever reads a pipe sees each list when it happens, not when a buffer fills.
   std::fflush(stdout);

@@ -8,6 +8,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "FlashCore/VisibleText.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
 
@@ -143,7 +144,7 @@ StationConsole::StationConsole(std::FILE* out, bool interactive,
 void StationConsole::lineLocked(const std::string& text) {
   if (statusShown_) std::fputs("\r\033[K", out_);
   statusShown_ = false;
-  std::fputs(text.c_str(), out_);
+  std::fputs(visibleLines(text).c_str(), out_);
   std::fputc('\n', out_);
   drawStatusLocked(true);
   std::fflush(out_);
@@ -159,7 +160,7 @@ void StationConsole::drawStatusLocked(bool force) {
     boards.push_back(board);
   // One column short of the width, so the line never wraps and "\r" goes back to its start.
   const std::string text =
-      clipped(L10n::Station::status(boards, flashed_, failed_), terminalColumns(out_) - 1);
+      clipped(visible(L10n::Station::status(boards, flashed_, failed_)), terminalColumns(out_) - 1);
   std::fprintf(out_, "\r\033[K%s", text.c_str());
   std::fflush(out_);
   statusShown_ = true;
@@ -244,7 +245,7 @@ void print(std::FILE* out, const Json& object) {
 
 void StationJSON::notice(const std::string& text) {
   std::lock_guard lock(mutex_);
-  std::fprintf(errors_, "%s\n", text.c_str());
+  std::fprintf(errors_, "%s\n", visibleLines(text).c_str());
   std::fflush(errors_);
 }
 

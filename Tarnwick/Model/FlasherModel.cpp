@@ -7,18 +7,21 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTime>
 
 #include <algorithm>
+#include <cerrno>
 #include <thread>
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/FolderFiles.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
+#include "FlashCore/VisibleText.hpp"
 #include "FlashSerial/FlashPortError.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
@@ -191,7 +194,7 @@ QString FlasherModel::portLabel(const QString& path) const {
   std::string raw = path.toStdString();
   if (isTestDevice(raw)) return qs(L10n::Model::testDevice(raw));
   for (const auto& port : ports_) {
-    if (port.path == raw) return qs(PortScanner::displayName(port));
+    if (port.path == raw) return qs(visible(PortScanner::displayName(port)));
   }
   return path;
 }
@@ -349,10 +352,11 @@ void FlasherModel::saveProductTo(const std::filesystem::path& location) {
   try {
     ProductPackage::write({product_, files_}, location);
   } catch (const PackageError& error) {
-    setErrorMessage(qs(L10n::Errors::savingFailed(error.message())));
+    setErrorMessage(qs(L10n::Errors::savingFailed(location.string() + ": " + error.message())));
     return;
   } catch (const std::filesystem::filesystem_error& error) {
-    setErrorMessage(qs(L10n::Errors::savingFailed(error.code().message())));
+    const auto& where = error.path1().empty() ? location : error.path1();
+    setErrorMessage(qs(L10n::Errors::savingFailedAt(where.string(), error.code().value())));
     return;
   } catch (const std::exception& error) {
     setErrorMessage(qs(L10n::Errors::savingFailed(error.what())));
@@ -703,7 +707,9 @@ void FlasherModel::appendLog(const std::vector<LogSegment>& segments) {
         {LogSegment::Kind::timestamp,
          QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz")).toStdString() + "  "});
   }
-  line.insert(line.end(), segments.begin(), segments.end());
+  // Names from product files and devices may carry control and bidirectional characters.
+  for (const LogSegment& segment : segments)
+    line.push_back({segment.kind, visibleLines(segment.text)});
   output_->append(line);
   emit logLineAppended(line);
   if (outputIsEmpty_) {
@@ -732,7 +738,16 @@ void FlasherModel::saveLog() {
   QSaveFile file(qs(location->string()));
   QByteArray text = output_->plainText().toUtf8();
   if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
-    setErrorMessage(qs(L10n::Errors::savingFailed(file.errorString().toStdString())));
+    int cause = EIO;
+    switch (file.error()) {
+    case QFileDevice::PermissionsError: cause = EACCES; break;
+    case QFileDevice::ResourceError: cause = ENOSPC; break;
+    case QFileDevice::OpenError:
+      cause = QFileInfo(file.fileName()).dir().exists() ? EACCES : ENOENT;
+      break;
+    default: break;
+    }
+    setErrorMessage(qs(L10n::Errors::savingFailedAt(location->string(), cause)));
   }
 }
 

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -29,6 +30,18 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Errors::cannotUse("a.bin", "r."); },
       [] { return L::Errors::cannotRead("a.twflash"); },
       [] { return L::Errors::savingFailed("d"); },
+      [] { return L::Errors::savingFailedAt("a.twflash", ENOENT); },
+      [] { return L::Errors::systemCause(EACCES); },
+      [] { return L::Errors::systemCause(EROFS); },
+      [] { return L::Errors::systemCause(ENOSPC); },
+      [] { return L::Errors::systemCause(EISDIR); },
+      [] { return L::Errors::systemCause(ENOTDIR); },
+      [] { return L::Errors::systemCause(ENAMETOOLONG); },
+      [] { return L::Errors::systemCause(EEXIST); },
+      [] { return L::Errors::systemCause(EBUSY); },
+      [] { return L::Errors::systemCause(EFBIG); },
+      [] { return L::Errors::systemCause(ENOMEM); },
+      [] { return L::Errors::systemCause(EIO); },
       [] { return L::Errors::selectPortFirst(); },
       [] { return L::Errors::somethingWentWrong(); },
       [] { return L::Errors::missingFile("a.bin"); },

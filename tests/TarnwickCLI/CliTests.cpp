@@ -321,3 +321,66 @@ TEST_F(CLI, SimulatedBoardsAndTheirDemoBuilds) {
                 .status,
             0);
 }
+
+TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
+  std::ofstream(root / "sketch.hex") << intelHexOf(avrSketch(100));
+  std::ofstream(root / "sk\x01tch.hex") << intelHexOf(avrSketch(100));
+  auto pack = [&](const std::string& out, const std::string& input, bool force) {
+    std::vector<std::string> arguments = {"pack", "-t", "avr:uno", "--out", out, input};
+    if (force) arguments.push_back("--force");
+    return runCLI(arguments);
+  };
+  // Someone's folder that happens to carry the product extension.
+  fs::create_directories(root / "Photos.twflash");
+  std::ofstream(root / "Photos.twflash" / "holiday.jpg") << "a photo";
+  // A product directory, as other programs write it.
+  ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--directory", "--out",
+                    (root / "Old.twflash").string(), (root / "sketch.hex").string()})
+                .status,
+            0);
+
+  struct Case {
+    const char* what;
+    std::string out;
+    std::string input;
+    int status;
+    std::string message; // part of standard error
+  };
+  const std::string photos = (root / "Photos.twflash").string();
+  const std::vector<Case> cases = {
+      {"a folder of photos", photos, "sketch.hex", 2, "Photos.twflash is not a product"},
+      {"the same with a slash", photos + "/", "sketch.hex", 2, "Photos.twflash is not a product"},
+      {"a product directory, with a slash", (root / "Old.twflash").string() + "/", "sketch.hex", 0,
+       ""},
+      {"a name with a control character", (root / "C").string(), "sk\x01tch.hex", 2,
+       "“sk\\x01tch.hex” contains a control character"},
+      {"a folder that does not exist", (root / "none" / "P").string(), "sketch.hex", 2,
+       "none/P.twflash: the folder does not exist."},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    Result result = pack(c.out, (root / c.input).string(), true);
+    EXPECT_EQ(result.status, c.status) << result.err;
+    EXPECT_NE(result.err.find(c.message), std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find('\x01'), std::string::npos);
+  }
+  EXPECT_TRUE(fs::exists(root / "Photos.twflash" / "holiday.jpg"));
+  EXPECT_FALSE(fs::exists(root / "Photos.twflash" / ".twflash"));
+  EXPECT_TRUE(fs::is_regular_file(root / "Old.twflash"));
+  EXPECT_FALSE(fs::exists(root / "C.twflash"));
+
+  // Text from a product file never reaches the terminal raw, whichever command prints it.
+  ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--out", (root / "Evil").string(), "--name",
+                    "A\x1B]0;x\aB\u202Egnp.exe", (root / "sketch.hex").string()})
+                .status,
+            0);
+  for (std::vector<std::string> command :
+       {std::vector<std::string>{"info"}, {"check"}, {"flash", "--test-device", "-p", "/dev/null"}}) {
+    command.push_back((root / "Evil.twflash").string());
+    Result result = runCLI(command);
+    for (const std::string& text : {result.out, result.err}) {
+      EXPECT_EQ(text.find('\x1B'), std::string::npos) << command[0];
+      EXPECT_EQ(text.find("\u202E"), std::string::npos) << command[0];
+    }
+  }
+}
