@@ -224,6 +224,40 @@ HelpTopic products() {
                "Por dentro, un archivo de producto es un archivo ZIP con `product.json` y una "
                "carpeta `files`. Una carpeta llamada `….twflash` con el mismo contenido se "
                "abre igual de bien."},
+              {"A product file may come from anyone, so the app opens only what a real product "
+               "can be: at most 256 files, none larger than 128 MiB (the largest flash a "
+               "supported chip addresses) and 128 MiB of firmware in all, a `product.json` of "
+               "at most 1 MiB nested no deeper than 16 levels, and every file exactly as large "
+               "as the product says. These bounds are the app's own; anything beyond them is "
+               "refused with the reason before it is read.",
+               "Een productbestand kan van iedereen komen, dus de app opent alleen wat een echt "
+               "product kan zijn: hoogstens 256 bestanden, geen groter dan 128 MiB (het grootste "
+               "flashgeheugen dat een ondersteunde chip adresseert) en samen hoogstens 128 MiB "
+               "firmware, een `product.json` van hoogstens 1 MiB en niet dieper genest dan 16 "
+               "niveaus, en elk bestand precies zo groot als het product zegt. Deze grenzen "
+               "stelt de app zelf; wat erbuiten valt, wordt met de reden geweigerd voordat het "
+               "wordt gelezen.",
+               "Eine Produktdatei kann von überall kommen, daher öffnet die App nur, was ein "
+               "echtes Produkt sein kann: höchstens 256 Dateien, keine größer als 128 MiB (der "
+               "größte Flash-Speicher, den ein unterstützter Chip adressiert) und zusammen "
+               "höchstens 128 MiB Firmware, eine `product.json` von höchstens 1 MiB, nicht "
+               "tiefer als 16 Ebenen verschachtelt, und jede Datei genau so groß, wie das "
+               "Produkt angibt. Diese Grenzen setzt die App selbst; was darüber hinausgeht, "
+               "wird mit dem Grund abgelehnt, bevor es gelesen wird.",
+               "Un fichier produit peut venir de n’importe qui : l’app n’ouvre donc que ce "
+               "qu’un vrai produit peut être, soit 256 fichiers au plus, aucun de plus de "
+               "128 Mio (la plus grande mémoire flash qu’adresse une puce prise en charge) et "
+               "128 Mio de firmware au total, un `product.json` de 1 Mio au plus, imbriqué sur "
+               "16 niveaux au plus, et chaque fichier exactement de la taille indiquée par le "
+               "produit. Ces limites sont propres à l’app ; ce qui les dépasse est refusé, avec "
+               "la raison, avant d’être lu.",
+               "Un archivo de producto puede venir de cualquiera, así que la app solo abre lo "
+               "que puede ser un producto real: como mucho 256 archivos, ninguno de más de "
+               "128 MiB (la mayor memoria flash que direcciona un chip compatible) y 128 MiB de "
+               "firmware en total, un `product.json` de como mucho 1 MiB anidado en 16 niveles "
+               "como máximo, y cada archivo exactamente del tamaño que indica el producto. Estos "
+               "límites son propios de la app; lo que los supera se rechaza, con el motivo, "
+               "antes de leerlo."},
               {"**Open Product…** (Ctrl+O), a double click in the file manager or dragging the "
                "file onto the list opens it.",
                "Je opent het met **Product openen…** (Ctrl+O), door te dubbelklikken in het "

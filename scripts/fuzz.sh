@@ -18,10 +18,13 @@ cmake --build build-fuzz --parallel "$(nproc)" --target "${targets[@]/#/fuzz_}" 
   { tail -n 40 build-fuzz/build.log; exit 1; }
 
 run() {
-  local target="$1" work="build-fuzz/corpus/$1"
+  local target="$1" work="build-fuzz/corpus/$1" limits=(-rss_limit_mb=2048)
+  # A product file must never be read into memory sized by what it claims: any allocation
+  # above 64 MB fails the run.
+  [ "$target" = product_container ] && limits=(-malloc_limit_mb=64 -rss_limit_mb=512 -max_len=65536)
   mkdir -p "$work"
   ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
-    "build-fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -rss_limit_mb=2048 -timeout=10 \
+    "build-fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" "${limits[@]}" -timeout=10 \
     -print_final_stats=0 -artifact_prefix="build-fuzz/findings/$target-" \
     "$work" "fuzz/corpus/$target" >"build-fuzz/$target.log" 2>&1
 }
