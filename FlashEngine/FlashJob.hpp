@@ -32,6 +32,10 @@ public:
 
   /// Runs the whole job on the calling thread. Throws FlashError or FlashPortError.
   FlashSummary run();
+  /// An ESP board with this MAC address is the board flashed before: once connected, `run`
+  /// restarts it into its application and throws SameBoard instead of writing.
+  std::optional<std::string> leaveBoardWithMAC;
+  struct SameBoard {};
   /// Asks the run to stop; any thread, returns at once.
   void cancel() { context_.cancel(); }
 

@@ -66,10 +66,11 @@ NarratedStep succeeded(const FlashSummary& summary) {
           line(Kind::system, "--- " + L10n::Log::doneIn(formatSeconds(summary.seconds)) + " ---")};
 }
 
-NarratedStep failed(const std::string& message, bool cancelled) {
+NarratedStep failed(const std::string& message, bool cancelled, bool boardAnswered) {
   if (cancelled) {
     return {L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
-            line(Kind::warning, L10n::Log::partlyWritten())};
+            line(Kind::warning,
+                 boardAnswered ? L10n::Log::partlyWritten() : L10n::Log::notWritten())};
   }
   return {L10n::Stage::failed(), line(Kind::error, "✕ " + message)};
 }
@@ -80,6 +81,9 @@ namespace tarnwick {
 
 NarratedStep RunNarrator::narrate(const FlashEvent& event) {
   NarratedStep step = RunNarration::narrate(event, avrTarget_);
+  if (std::holds_alternative<FlashEvents::Connected>(event)) answered_ = true;
+  if (auto* progress = std::get_if<FlashEvents::Progress>(&event); progress && progress->done > 0)
+    answered_ = true;
   if (!avrTarget_) return step;
   if (auto* writing = std::get_if<FlashEvents::Writing>(&event)) {
     writeToShow_ = writing->name;

@@ -33,9 +33,12 @@ class RunNarrator {
 public:
   explicit RunNarrator(bool avrTarget) : avrTarget_(avrTarget) {}
   NarratedStep narrate(const FlashEvent& event);
+  /// Whether the board answered during the run (so a stop may have left it partly written).
+  bool boardAnswered() const { return answered_; }
 
 private:
   bool avrTarget_;
+  bool answered_ = false;
   std::optional<std::string> writeToShow_;
 };
 
@@ -48,8 +51,9 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget);
 /// The end of a successful run: "Done" and "--- Done in N s ---".
 NarratedStep succeeded(const FlashSummary& summary);
 /// The end of a failed or stopped run: "Failed" and "✕ message", or "Stopped" and "✕ Stopped."
-/// with the note that the board is only partly written.
-NarratedStep failed(const std::string& message, bool cancelled);
+/// with the note that the board is only partly written, or that nothing was written when it
+/// never answered.
+NarratedStep failed(const std::string& message, bool cancelled, bool boardAnswered = true);
 
 } // namespace RunNarration
 

@@ -43,6 +43,13 @@ void FlashPort::open() {
     if (error == EBUSY) throw FlashPortError::busy(path_);
     throw FlashPortError::openFailed(path_, error);
   }
+  // TIOCEXCL does not bind root; an advisory lock does, so two runs never write one board.
+  // Every program of this app opens its ports here and takes it.
+  if (int error = device::lockAgainstOtherRuns(fd)) {
+    device::closeDevice(fd);
+    if (error == EBUSY) throw FlashPortError::busy(path_);
+    throw FlashPortError::openFailed(path_, error);
+  }
   if (int error = device::claimExclusiveUse(fd); error != 0 && !allowsTestDevice_) {
     device::closeDevice(fd);
     if (error == EBUSY) throw FlashPortError::busy(path_);

@@ -43,4 +43,14 @@ std::set<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
   return paths;
 }
 
+Arrival judgeArrival(const SerialPortInfo& port, bool testDevice,
+                     const std::optional<FlashedBoard>& last, bool esp,
+                     std::chrono::steady_clock::time_point now) {
+  if (!last || now >= last->quietUntil || testDevice || portKind(port) == PortKind::adapter)
+    return Arrival::newBoard;
+  if (port.serialNumber && last->serialNumber)
+    return *port.serialNumber == *last->serialNumber ? Arrival::sameBoard : Arrival::newBoard;
+  return esp ? Arrival::compareMAC : Arrival::sameBoard;
+}
+
 } // namespace tarnwick::PortChoice

@@ -65,6 +65,9 @@ std::optional<SerialPortInfo> portOf(udev_device* device) {
   if (const char* product = udev_device_get_sysattr_value(usb, "product")) {
     port.productName = trimmed(product);
   }
+  if (const char* serial = udev_device_get_sysattr_value(usb, "serial")) {
+    if (std::string number = trimmed(serial); !number.empty()) port.serialNumber = number;
+  }
   return port;
 }
 

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <poll.h>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "FlashSerial/PortRegistry.hpp"
@@ -58,6 +59,15 @@ const std::map<int, std::string_view>& knownVendors() {
       {0x303A, "Espressif ESP32"}, {0x2E8A, "Raspberry Pi Pico"},
       {0x239A, "Adafruit"},        {0x1B4F, "SparkFun"},
       {0x16C0, "Teensy"},
+  };
+  return table;
+}
+
+// Boards whose own USB restarts with them; the rest of the known boards have a USB chip.
+const std::set<std::pair<int, int>>& nativeUSBBoards() {
+  static const std::set<std::pair<int, int>> table = {
+      {0x2341, 0x8036}, {0x2341, 0x0036}, {0x2341, 0x8037}, {0x2341, 0x0037},
+      {0x2A03, 0x8036}, {0x1B4F, 0x9205}, {0x1B4F, 0x9206}, // Leonardo, Micro, Pro Micro
   };
   return table;
 }
@@ -131,6 +141,27 @@ std::string PortScanner::displayName(const SerialPortInfo& port) {
   }
   if (port.productName && !port.productName->empty()) return *port.productName;
   return deviceName(port.path);
+}
+
+PortKind portKind(const SerialPortInfo& port) {
+  if (!port.vendorID || !port.productID) return PortKind::unknown;
+  const std::pair key{*port.vendorID, *port.productID};
+  if (*port.vendorID == espressifVendorID || nativeUSBBoards().contains(key))
+    return PortKind::nativeUSB;
+  if (knownAdapterChips().contains(key) || knownBoards().contains(key)) return PortKind::adapter;
+  return PortKind::unknown;
+}
+
+std::optional<BoardFamily> boardFamily(const SerialPortInfo& port) {
+  if (!port.vendorID || !port.productID) return std::nullopt;
+  const std::pair key{*port.vendorID, *port.productID};
+  if (key == std::pair{espressifVendorID, 0x1001}) return BoardFamily::esp;
+  auto board = knownBoards().find(key);
+  if (board == knownBoards().end()) return std::nullopt;
+  static constexpr std::string_view avrBoards[] = {"Arduino Uno", "Arduino Mega 2560",
+                                                    "Arduino Leonardo", "Arduino Micro"};
+  if (std::ranges::find(avrBoards, board->second) != std::end(avrBoards)) return BoardFamily::avr;
+  return std::nullopt;
 }
 
 bool PortScanner::wait(Clock::time_point deadline, int wake) {
@@ -239,5 +270,6 @@ std::size_t std::hash<tarnwick::SerialPortInfo>::operator()(
   mix(std::hash<std::optional<std::string>>{}(port.productName));
   mix(std::hash<std::optional<int>>{}(port.vendorID));
   mix(std::hash<std::optional<int>>{}(port.productID));
+  mix(std::hash<std::optional<std::string>>{}(port.serialNumber));
   return seed;
 }

@@ -27,6 +27,9 @@ struct SerialPortInfo {
   std::optional<int> vendorID;
   /// USB `idProduct`; none for non-USB devices.
   std::optional<int> productID;
+  /// The USB device's serial number (its `serial` attribute), trimmed; none when it has none.
+  /// Tells two boards of the same kind apart on one port.
+  std::optional<std::string> serialNumber = std::nullopt;
 
   bool operator==(const SerialPortInfo&) const = default;
 };
@@ -93,6 +96,23 @@ private:
 
 /// Espressif's own USB interface (USB-JTAG/serial) on the S3, C3 and C6.
 inline constexpr int espressifVendorID = 0x303A;
+
+/// How a port reaches its board, which decides what a port that goes and comes back means.
+enum class PortKind {
+  /// A USB-serial chip in front of the board (CP210x, CH340, FTDI, an Uno's USB chip): a board
+  /// restarting does not make the port go away, so a port that comes back is another board.
+  adapter,
+  /// The board's own USB (Espressif's USB-JTAG, Leonardo, Micro, Pro Micro), which goes away and
+  /// comes back whenever the board restarts.
+  nativeUSB,
+  unknown,
+};
+PortKind portKind(const SerialPortInfo& port);
+
+/// The family of the board behind a port, known only from exact USB ids (an Arduino Uno's
+/// USB chip, Espressif's USB-JTAG); none for adapters that serve either.
+enum class BoardFamily { esp, avr };
+std::optional<BoardFamily> boardFamily(const SerialPortInfo& port);
 
 /// Boards with Espressif's own USB answer the USB-JTAG reset; trying it first saves a round.
 bool prefersUSBJTAGReset(const std::optional<SerialPortInfo>& port);

@@ -54,6 +54,9 @@ struct ModemLines {
 int openDevice(const std::string& path, int& fd);
 void closeDevice(int fd);
 int claimExclusiveUse(int fd);
+/// Takes an advisory lock on the device for this open description, so another run of this app
+/// (as root too) cannot open it; EBUSY when one holds it already.
+int lockAgainstOtherRuns(int fd);
 void releaseExclusiveUse(int fd);
 void assertLines(int fd, ModemLines lines);
 void clearLines(int fd, ModemLines lines);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -17,6 +18,11 @@ int openDevice(const std::string& path, int& fd) {
 void closeDevice(int fd) { ::close(fd); }
 
 int claimExclusiveUse(int fd) { return ::ioctl(fd, TIOCEXCL) == 0 ? 0 : errno; }
+
+int lockAgainstOtherRuns(int fd) {
+  if (::flock(fd, LOCK_EX | LOCK_NB) == 0) return 0;
+  return errno == EWOULDBLOCK ? EBUSY : errno;
+}
 
 void releaseExclusiveUse(int fd) { ::ioctl(fd, TIOCNXCL); }
 

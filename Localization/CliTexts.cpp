@@ -556,8 +556,8 @@ Options:
                        failed) with port, name, time (UTC) and the event's fields
       --record FILE    append one JSON line per finished board: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
-      --test-device    also accept pseudo-terminals named with --port; they count as
-                       connected at start (simulated boards)
+      --test-device    also accept pseudo-terminals named with --port (simulated
+                       boards); they are flashed when the station starts, without --now
 The settings of “flash” apply as well: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 The first Ctrl-C takes no new boards and lets the running ones finish; a second one stops
@@ -581,8 +581,8 @@ Opties:
                        done, failed) met port, name, time (UTC) en de velden van de gebeurtenis
       --record PAD     per afgerond board één JSON-regel toevoegen: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
-      --test-device    ook pseudoterminals accepteren die met --port genoemd zijn; die gelden
-                       bij de start als aangesloten (gesimuleerde boards)
+      --test-device    ook pseudoterminals accepteren die met --port genoemd zijn (gesimuleerde
+                       boards); die worden bij de start geflasht, ook zonder --now
 De instellingen van ‘flash’ gelden ook: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 De eerste Ctrl-C neemt geen nieuwe boards meer en laat lopende boards afmaken; een tweede
@@ -607,8 +607,8 @@ Optionen:
                        done, failed) mit port, name, time (UTC) und den Feldern des Ereignisses
       --record DATEI   pro fertigem Board eine JSON-Zeile anhängen: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
-      --test-device    auch mit --port genannte Pseudo-Terminals annehmen; sie gelten beim
-                       Start als angeschlossen (simulierte Boards)
+      --test-device    auch mit --port genannte Pseudo-Terminals annehmen (simulierte Boards);
+                       sie werden beim Start geflasht, auch ohne --now
 Die Einstellungen von „flash“ gelten ebenso: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 Das erste Strg-C nimmt keine neuen Boards mehr an und lässt laufende fertig werden, ein
@@ -633,8 +633,8 @@ Options :
                        done, failed) avec port, name, time (UTC) et les champs de l’événement
       --record CHEMIN  ajouter une ligne JSON par carte terminée : time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
-      --test-device    accepter aussi les pseudo-terminaux nommés avec --port ; ils comptent
-                       comme branchés au démarrage (cartes simulées)
+      --test-device    accepter aussi les pseudo-terminaux nommés avec --port (cartes
+                       simulées) ; ils sont flashés au démarrage, même sans --now
 Les réglages de « flash » s’appliquent aussi : -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 Le premier Ctrl-C ne prend plus de nouvelles cartes et laisse finir celles en cours ; un
@@ -659,8 +659,8 @@ Opciones:
                        failed) con port, name, time (UTC) y los campos del evento
       --record RUTA    añadir una línea JSON por placa terminada: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
-      --test-device    aceptar también pseudoterminales indicados con --port; cuentan como
-                       conectados al inicio (placas simuladas)
+      --test-device    aceptar también pseudoterminales indicados con --port (placas
+                       simuladas); se flashean al iniciar, incluso sin --now
 Los ajustes de «flash» también valen: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 El primer Ctrl-C deja de aceptar placas nuevas y deja terminar las que están en curso; un

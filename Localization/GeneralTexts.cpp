@@ -25,8 +25,11 @@ std::string savingFailed(const std::string& description) {
              "Échec de l’enregistrement : ", "No se pudo guardar: "}) +
          description;
 }
+std::string savingFailedAt(const std::string& file, const std::string& reason) {
+  return savingFailed(file + tr({": ", ": ", ": ", " : ", ": "}) + reason);
+}
 std::string savingFailedAt(const std::string& file, int errorCode) {
-  return savingFailed(file + ": " + systemCause(errorCode));
+  return savingFailedAt(file, systemCause(errorCode));
 }
 std::string systemCause(int errorCode) {
   switch (errorCode) {

@@ -14,6 +14,8 @@ std::string cannotUse(const std::string& file, const std::string& reason);
 std::string cannotRead(const std::string& file);
 /// "Saving failed: " + description.
 std::string savingFailed(const std::string& description);
+/// "Saving failed: " + file + ": " + reason (a sentence that begins in lower case).
+std::string savingFailedAt(const std::string& file, const std::string& reason);
 /// "Saving failed: " + file + ": " + why the system refused, as a full sentence.
 std::string savingFailedAt(const std::string& file, int errorCode);
 /// Why the system refused to read or write a file, for an errno value; ends with a full stop.

@@ -244,12 +244,12 @@ HelpTopic products() {
                "tiefer als 16 Ebenen verschachtelt, und jede Datei genau so groß, wie das "
                "Produkt angibt. Diese Grenzen setzt die App selbst; was darüber hinausgeht, "
                "wird mit dem Grund abgelehnt, bevor es gelesen wird.",
-               "Un fichier produit peut venir de n’importe qui : l’app n’ouvre donc que ce "
+               "Un fichier produit peut venir de n’importe qui\u00A0: l’app n’ouvre donc que ce "
                "qu’un vrai produit peut être, soit 256 fichiers au plus, aucun de plus de "
                "128 Mio (la plus grande mémoire flash qu’adresse une puce prise en charge) et "
                "128 Mio de firmware au total, un `product.json` de 1 Mio au plus, imbriqué sur "
                "16 niveaux au plus, et chaque fichier exactement de la taille indiquée par le "
-               "produit. Ces limites sont propres à l’app ; ce qui les dépasse est refusé, avec "
+               "produit. Ces limites sont propres à l’app\u00A0; ce qui les dépasse est refusé, avec "
                "la raison, avant d’être lu.",
                "Un archivo de producto puede venir de cualquiera, así que la app solo abre lo "
                "que puede ser un producto real: como mucho 256 archivos, ninguno de más de "

@@ -43,20 +43,31 @@ HelpTopic production() {
                "Activa **Automático** (o **Flashear automáticamente al conectar** en los "
                "ajustes): cada placa USB recién conectada se flashea un segundo después de "
                "aparecer, sin hacer clic."},
-              {"One board is flashed at a time. For a few seconds after each run new ports are "
-               "ignored, so a board that restarts is not taken for the next one.",
-               "Er wordt één board tegelijk geflasht. Een paar seconden na elke flash worden "
-               "nieuwe poorten genegeerd, zodat een herstartend board niet voor het volgende "
-               "wordt aangezien.",
-               "Es wird immer ein Board auf einmal geflasht. Einige Sekunden nach jedem "
-               "Durchlauf werden neue Schnittstellen übergangen, damit ein neu startendes Board "
-               "nicht für das nächste gehalten wird.",
-               "Une seule carte est flashée à la fois. Pendant quelques secondes après chaque "
-               "flashage, les nouveaux ports sont ignorés, pour qu’une carte qui redémarre ne "
-               "soit pas prise pour la suivante.",
-               "Se flashea una placa cada vez. Durante unos segundos después de cada flasheo se "
-               "ignoran los puertos nuevos, para que una placa que se reinicia no se tome por la "
-               "siguiente."},
+              {"One board is flashed at a time. A board with its own USB restarts after its "
+               "run and comes back as a new port; for a few seconds its USB serial number tells "
+               "it from the next board, and a board that cannot be told is left alone with a "
+               "line in the log. Behind a USB-serial chip every board plugged in is new.",
+               "Er wordt één board tegelijk geflasht. Een board met eigen USB herstart na zijn "
+               "flash en komt terug als nieuwe poort; een paar seconden lang onderscheidt zijn "
+               "USB-serienummer het van het volgende board, en een board dat niet te "
+               "onderscheiden is, wordt niet aangeraakt, met een regel in het logboek. Achter "
+               "een USB-seriële chip is elk aangesloten board nieuw.",
+               "Es wird immer ein Board auf einmal geflasht. Ein Board mit eigenem USB startet "
+               "nach seinem Durchlauf neu und kommt als neue Schnittstelle wieder; einige "
+               "Sekunden lang unterscheidet seine USB-Seriennummer es vom nächsten Board, und "
+               "ein Board, das sich nicht unterscheiden lässt, wird nicht angerührt – mit einer "
+               "Zeile im Protokoll. Hinter einem USB-Seriell-Chip ist jedes angeschlossene Board "
+               "neu.",
+               "Une seule carte est flashée à la fois. Une carte à USB intégré redémarre après "
+               "son flashage et revient comme nouveau port ; pendant quelques secondes, son "
+               "numéro de série USB la distingue de la carte suivante, et une carte impossible "
+               "à distinguer est laissée telle quelle, avec une ligne dans le journal. Derrière "
+               "une puce USB-série, chaque carte branchée est nouvelle.",
+               "Se flashea una placa cada vez. Una placa con USB propio se reinicia tras su "
+               "flasheo y vuelve como puerto nuevo; durante unos segundos su número de serie "
+               "USB la distingue de la siguiente, y una placa que no se puede distinguir no se "
+               "toca, con una línea en el registro. Detrás de un chip USB-serie, cada placa "
+               "conectada es nueva."},
               {"With **Sound when done or failed** on, you hear whether a board succeeded "
                "without looking at the screen.",
                "Met **Geluid bij klaar of mislukt** aan hoor je of een board gelukt is zonder "
@@ -144,27 +155,67 @@ HelpTopic production() {
                 "resultado."}},
           }),
           paragraph(
-              {"Each port has its own quiet time after its run, so a board that restarts is not "
-               "flashed twice. Leonardo, Micro and Pro Micro boards are flashed one at a time, "
+              {"A port behind a USB-serial chip (CP210x, CH340, FTDI, an Uno's USB chip) that "
+               "goes and comes back holds a new board: it is flashed at once. A board with its "
+               "own USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) goes and comes back when it "
+               "restarts, so for a few seconds after its run its USB serial number, or else its "
+               "MAC address, tells whether it is the same board (left alone) or the next one "
+               "(flashed). A board of the other family (an Arduino for an ESP product) is left "
+               "alone. Every board left alone is named with the reason (`skipped` with --json). "
+               "A board whose record line cannot be written counts as failed and no new boards "
+               "are taken. Leonardo, Micro and Pro Micro boards are flashed one at a time, "
                "because their bootloader appears as a new port. The first Ctrl+C lets running "
                "boards finish; a second one stops them.",
-               "Elke poort heeft na zijn flash een eigen rustperiode, zodat een herstartend board "
-               "niet twee keer geflasht wordt. Leonardo-, Micro- en Pro Micro-boards worden één "
-               "voor één geflasht, omdat hun bootloader als nieuwe poort verschijnt. De eerste "
-               "Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
-               "Jede Schnittstelle hat nach ihrem Durchlauf eine eigene Ruhezeit, damit ein neu "
-               "startendes Board nicht zweimal geflasht wird. Leonardo, Micro und Pro Micro "
-               "werden nacheinander geflasht, weil ihr Bootloader als neue Schnittstelle "
-               "erscheint. Das erste Strg+C lässt laufende Boards fertig werden, ein zweites "
-               "bricht sie ab.",
-               "Chaque port a son propre temps de repos après son flashage, pour qu’une carte "
-               "qui redémarre ne soit pas flashée deux fois. Les Leonardo, Micro et Pro Micro "
-               "sont flashées une par une, car leur bootloader apparaît comme un nouveau port. "
-               "Un premier Ctrl+C laisse finir les cartes en cours\u00A0; un second les arrête.",
-               "Cada puerto tiene su propio tiempo de espera tras su flasheo, para que una placa "
-               "que se reinicia no se flashee dos veces. Las Leonardo, Micro y Pro Micro se "
-               "flashean de una en una, porque su bootloader aparece como un puerto nuevo. El "
-               "primer Ctrl+C deja terminar las placas en curso; un segundo las detiene."}),
+               "Een poort achter een USB-seriële chip (CP210x, CH340, FTDI, de USB-chip van een "
+               "Uno) die verdwijnt en terugkomt, heeft een nieuw board: dat wordt meteen "
+               "geflasht. Een board met eigen USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) "
+               "verdwijnt en komt terug wanneer het herstart; daarom bepaalt een paar seconden "
+               "na zijn flash het USB-serienummer, of anders het MAC-adres, of het hetzelfde "
+               "board is (niet aangeraakt) of het volgende (geflasht). Een board van de andere "
+               "familie (een Arduino bij een ESP-product) wordt niet aangeraakt. Elk board dat "
+               "niet wordt aangeraakt, wordt met de reden genoemd (`skipped` met --json). Een "
+               "board waarvan de registratieregel niet geschreven kan worden, telt als mislukt "
+               "en er worden geen nieuwe boards meer aangenomen. Leonardo-, Micro- en Pro "
+               "Micro-boards worden één voor één geflasht, omdat hun bootloader als nieuwe poort "
+               "verschijnt. De eerste Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
+               "Eine Schnittstelle hinter einem USB-Seriell-Chip (CP210x, CH340, FTDI, der "
+               "USB-Chip eines Uno), die verschwindet und wiederkommt, hat ein neues Board: Es "
+               "wird sofort geflasht. Ein Board mit eigenem USB (ESP32-S3/C3/C6, Leonardo, "
+               "Micro, Pro Micro) verschwindet und kommt wieder, wenn es neu startet; deshalb "
+               "entscheidet einige Sekunden nach seinem Durchlauf seine USB-Seriennummer oder "
+               "sonst seine MAC-Adresse, ob es dasselbe Board ist (nicht angerührt) oder das "
+               "nächste (geflasht). Ein Board der anderen Familie (ein Arduino bei einem "
+               "ESP-Produkt) wird nicht angerührt. Jedes nicht angerührte Board wird mit dem "
+               "Grund genannt (`skipped` mit --json). Ein Board, dessen Protokollzeile nicht "
+               "geschrieben werden kann, zählt als fehlgeschlagen, und es werden keine neuen "
+               "Boards mehr angenommen. Leonardo, Micro und Pro Micro werden nacheinander "
+               "geflasht, weil ihr Bootloader als neue Schnittstelle erscheint. Das erste Strg+C "
+               "lässt laufende Boards fertig werden, ein zweites bricht sie ab.",
+               "Un port derrière une puce USB-série (CP210x, CH340, FTDI, la puce USB d’une Uno) "
+               "qui disparaît puis revient porte une nouvelle carte : elle est flashée "
+               "aussitôt. Une carte à USB intégré (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) "
+               "disparaît et revient quand elle redémarre ; quelques secondes après son "
+               "flashage, son numéro de série USB, ou à défaut son adresse MAC, indique donc "
+               "s’il s’agit de la même carte (laissée telle quelle) ou de la suivante "
+               "(flashée). Une carte de l’autre famille (une Arduino pour un produit ESP) est "
+               "laissée telle quelle. Chaque carte laissée telle quelle est nommée avec la "
+               "raison (`skipped` avec --json). Une carte dont la ligne de suivi ne peut pas "
+               "être écrite compte comme échouée et plus aucune nouvelle carte n’est prise. "
+               "Les Leonardo, Micro et Pro Micro sont flashées une par une, car leur bootloader "
+               "apparaît comme un nouveau port. Un premier Ctrl+C laisse finir les cartes en "
+               "cours ; un second les arrête.",
+               "Un puerto detrás de un chip USB-serie (CP210x, CH340, FTDI, el chip USB de una "
+               "Uno) que desaparece y vuelve tiene una placa nueva: se flashea enseguida. Una "
+               "placa con USB propio (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) desaparece y "
+               "vuelve cuando se reinicia; por eso, unos segundos después de su flasheo, su "
+               "número de serie USB, o si no su dirección MAC, indica si es la misma placa (no "
+               "se toca) o la siguiente (se flashea). Una placa de la otra familia (una Arduino "
+               "para un producto ESP) no se toca. Cada placa que no se toca se nombra con el "
+               "motivo (`skipped` con --json). Una placa cuya línea de registro no se puede "
+               "escribir cuenta como fallida y no se aceptan más placas. Las Leonardo, Micro y "
+               "Pro Micro se flashean de una en una, porque su bootloader aparece como un puerto "
+               "nuevo. El primer Ctrl+C deja terminar las placas en curso; un segundo las "
+               "detiene."}),
       }};
 }
 

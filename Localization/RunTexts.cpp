@@ -257,6 +257,13 @@ std::string partitionsApplicationIn(std::int64_t count, const std::string& parti
                  partition, {"", "", "", "", ""});
 }
 std::string stopped() { return tr({"Stopped.", "Gestopt.", "Gestoppt.", "Arrêté.", "Detenido."}); }
+std::string notWritten() {
+  return tr({"It was stopped before the board answered: nothing was written.",
+             "Gestopt voordat het board antwoordde: er is niets geschreven.",
+             "Angehalten, bevor das Board antwortete: Es wurde nichts geschrieben.",
+             "Arrêté avant que la carte ne réponde : rien n’a été écrit.",
+             "Se detuvo antes de que la placa respondiera: no se ha escrito nada."});
+}
 std::string partlyWritten() {
   return tr({"The board was restarted and is only partly written.",
              "Het board is herstart en maar gedeeltelijk beschreven.",

@@ -79,6 +79,8 @@ std::string partitionsApplicationIn(std::int64_t count, const std::string& parti
 std::string stopped();
 /// After a stop: why the board must be flashed again.
 std::string partlyWritten();
+/// A run stopped before the board answered.
+std::string notWritten();
 /// Once per ESP8266 run: why there is no verification and no speed change.
 std::string esp8266Limits();
 std::string log();

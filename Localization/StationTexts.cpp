@@ -87,12 +87,13 @@ std::string counts(std::int64_t flashed, std::int64_t failed) {
 
 std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
                    std::int64_t flashed, std::int64_t failed) {
-  std::string text;
+  // The counts first: on a narrow terminal the end of the line is what gets cut.
+  std::string text = counts(flashed, failed) + " · ";
   if (inProgress.empty()) {
-    text = tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards",
-               "En attente de cartes", "Esperando placas"});
+    text += tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards",
+                "En attente de cartes", "Esperando placas"});
   } else {
-    text = tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
+    text += tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
     // German, French and Spanish set a space before the percent sign.
     const bool spaced = currentLanguage() == Language::de || currentLanguage() == Language::fr ||
                         currentLanguage() == Language::es;
@@ -102,7 +103,7 @@ std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
               (spaced ? " %" : "%");
     }
   }
-  return text + " · " + counts(flashed, failed);
+  return text;
 }
 
 std::string finishing(std::int64_t running) {
@@ -200,6 +201,77 @@ std::string needsTestDevice(const std::string& path) {
   case Language::es: return path + " no es un adaptador serie; solo --test-device lo permite.";
   }
   return {};
+}
+
+std::string otherFamily(bool productIsESP) {
+  return productIsESP
+             ? tr({"an Arduino board, and this product is for ESP boards.",
+                   "een Arduino-board, en dit product is voor ESP-boards.",
+                   "ein Arduino-Board, dieses Produkt ist aber für ESP-Boards.",
+                   "une carte Arduino, alors que ce produit est destiné aux cartes ESP.",
+                   "una placa Arduino, y este producto es para placas ESP."})
+             : tr({"an ESP board, and this product is for Arduino boards.",
+                   "een ESP-board, en dit product is voor Arduino-boards.",
+                   "ein ESP-Board, dieses Produkt ist aber für Arduino-Boards.",
+                   "une carte ESP, alors que ce produit est destiné aux cartes Arduino.",
+                   "una placa ESP, y este producto es para placas Arduino."});
+}
+std::string sameBoardRestarting() {
+  return tr({"the board just flashed, restarting.", "het zojuist geflashte board, dat herstart.",
+             "das gerade geflashte Board, das neu startet.",
+             "la carte qui vient d’être flashée, en train de redémarrer.",
+             "la placa recién flasheada, que se está reiniciando."});
+}
+std::string sameBoardByMAC() {
+  return tr({"the board just flashed (same MAC address); restarted into its firmware.",
+             "het zojuist geflashte board (zelfde MAC-adres); herstart in zijn firmware.",
+             "das gerade geflashte Board (gleiche MAC-Adresse); in seine Firmware neu gestartet.",
+             "la carte qui vient d’être flashée (même adresse MAC) ; redémarrée sur son firmware.",
+             "la placa recién flasheada (misma dirección MAC); reiniciada con su firmware."});
+}
+std::string leftAlone(const std::string& reason) {
+  return tr({"Left alone: ", "Niet aangeraakt: ", "Nicht angerührt: ", "Laissée telle quelle : ",
+             "No se toca: "}) +
+         reason;
+}
+std::string recordLost(const std::string& problem) {
+  return problem + " " +
+         tr({"No new boards are taken: fix the record file and start the station again.",
+             "Er worden geen nieuwe boards meer aangenomen: herstel het registratiebestand en "
+             "start het station opnieuw.",
+             "Es werden keine neuen Boards mehr angenommen: Behebe das Problem mit der "
+             "Protokolldatei und starte die Station neu.",
+             "Plus aucune nouvelle carte n’est prise : corrigez le fichier de suivi et relancez "
+             "la station.",
+             "No se aceptan más placas: arregla el archivo de registro y vuelve a iniciar la "
+             "estación."});
+}
+std::string waitingForPort(const std::string& path) {
+  return tr({"Waiting for " + path + ": it is not there yet.",
+             "Wacht op " + path + ": die is er nog niet.",
+             "Warte auf " + path + ": Der Anschluss ist noch nicht da.",
+             "En attente de " + path + " : il n’est pas encore là.",
+             "Esperando a " + path + ": todavía no está."});
+}
+std::string outputLost() {
+  return tr({"The station’s output was closed (the program reading it ended). No new boards "
+             "were taken; the boards already running were finished and recorded.",
+             "De uitvoer van het station is gesloten (het programma dat hem las is gestopt). Er "
+             "zijn geen nieuwe boards aangenomen; de lopende boards zijn afgemaakt en "
+             "geregistreerd.",
+             "Die Ausgabe der Station wurde geschlossen (das lesende Programm hat sich beendet). "
+             "Es wurden keine neuen Boards angenommen; die laufenden wurden fertig geflasht und "
+             "protokolliert.",
+             "La sortie de la station a été fermée (le programme qui la lisait s’est arrêté). "
+             "Aucune nouvelle carte n’a été prise ; les cartes en cours ont été terminées et "
+             "consignées.",
+             "La salida de la estación se cerró (el programa que la leía terminó). No se "
+             "aceptaron más placas; las que estaban en curso se terminaron y registraron."});
+}
+
+std::string didYouMeanDevice(const std::string& path) {
+  return tr({"Did you mean " + path + "?", "Bedoel je " + path + "?", "Meintest du " + path + "?",
+             "Vouliez-vous dire " + path + " ?", "¿Quisiste decir " + path + "?"});
 }
 
 } // namespace tarnwick::L10n::Station

@@ -30,7 +30,23 @@ std::string summary(std::int64_t flashed, std::int64_t failed);
 std::string limitValue();
 std::string cannotOpenRecord(const std::string& file, const std::string& reason);
 std::string cannotWriteRecord(const std::string& file, const std::string& reason);
+/// Why a board is left alone: it belongs to the other family than the product's.
+std::string otherFamily(bool productIsESP);
+/// Why a board is left alone: the board just flashed, restarting on its own USB.
+std::string sameBoardRestarting();
+/// Why a board is left alone: connected, it has the MAC address of the board just flashed.
+std::string sameBoardByMAC();
+/// The console line of a board left alone.
+std::string leftAlone(const std::string& reason);
+/// The record stopped being kept: no new boards.
+std::string recordLost(const std::string& problem);
+/// A port named with --port that is not there yet.
+std::string waitingForPort(const std::string& path);
+/// Standard output went away: no new boards, the running ones finished.
+std::string outputLost();
 /// A port named with --port that only `--test-device` allows.
 std::string needsTestDevice(const std::string& path);
+/// After `needsTestDevice` for a bare device name ("ttyUSB0") that names a port under /dev.
+std::string didYouMeanDevice(const std::string& path);
 
 } // namespace tarnwick::L10n::Station

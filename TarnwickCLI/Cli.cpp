@@ -257,12 +257,23 @@ void checkBeforeFlashing(const ProductPackage& package) {
   }
 }
 
+// A port that is no serial adapter is a usage error, before anything is opened: a
+// pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0.
+void checkPortName(const std::string& path, const Arguments& arguments) {
+  if (arguments.testDevice || FlashPort::isValidPath(path)) return;
+  std::string message = L10n::Station::needsTestDevice(path);
+  if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path))
+    message += " " + L10n::Station::didYouMeanDevice("/dev/" + path);
+  throw UsageError{message, arguments.command};
+}
+
 int flash(const Arguments& arguments) {
   ProductPackage package = productFor(arguments);
   applyOverrides(package.product, arguments.overrides, arguments.command);
   checkBeforeFlashing(package);
   const std::vector<SerialPortInfo> present = PortScanner().scan();
   const std::string port = arguments.port ? *arguments.port : onlyUSBPort(present).path;
+  checkPortName(port, arguments);
 
   Console console(stdout, ::isatty(STDOUT_FILENO) == 1);
   const bool avr = package.product.target.avrBoard().has_value();
@@ -319,7 +330,7 @@ int flash(const Arguments& arguments) {
     return success;
   }
   // The end of a failed run is an error: it goes where errors go.
-  NarratedStep end = RunNarration::failed(*failure, cancelled);
+  NarratedStep end = RunNarration::failed(*failure, cancelled, narrator.boardAnswered());
   printError(end.line->text);
   if (end.note) printError(end.note->text);
   return runFailed;
@@ -343,10 +354,8 @@ int station(const Arguments& arguments) {
   options.limit = arguments.limit;
   std::vector<std::string> testDevices;
   for (const auto& path : arguments.ports) {
-    if (FlashPort::isValidPath(path)) continue;
-    if (!arguments.testDevice)
-      throw UsageError{L10n::Station::needsTestDevice(path), arguments.command};
-    testDevices.push_back(path);
+    checkPortName(path, arguments);
+    if (!FlashPort::isValidPath(path)) testDevices.push_back(path);
   }
 
   std::unique_ptr<StationRecord> record;
@@ -380,10 +389,17 @@ int station(const Arguments& arguments) {
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
+  // A reader of the output that goes away (`| monitor` ended) must not kill boards mid-write:
+  // the station notices the failed write, takes no new boards and finishes the running ones.
+  std::signal(SIGPIPE, SIG_IGN);
   const std::int64_t failures = station.run(source);
   activeStation = nullptr;
   output->end();
-  return failures == 0 ? success : runFailed;
+  if (station.outputWasLost()) {
+    printError(L10n::Station::outputLost());
+    return runFailed;
+  }
+  return failures == 0 && !station.recordProblem() ? success : runFailed;
 }
 
 int pack(const Arguments& arguments) {
@@ -416,7 +432,7 @@ int pack(const Arguments& arguments) {
     else
       ProductPackage::write(package, out);
   } catch (const PackageError& error) {
-    throw Unusable{L10n::Errors::savingFailed(out.string() + ": " + error.message())};
+    throw Unusable{L10n::Errors::savingFailedAt(out.string(), error.message())};
   } catch (const fs::filesystem_error& error) {
     const fs::path& where = error.path1().empty() ? out : error.path1();
     throw Unusable{L10n::Errors::savingFailedAt(where.string(), error.code().value())};

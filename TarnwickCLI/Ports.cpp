@@ -104,7 +104,14 @@ int showPorts(bool json, bool watching) {
     print(scanner.scan(), json);
     return success;
   }
-  scanner.onChange = [json](const std::vector<SerialPortInfo>& ports) { print(ports, json); };
+  // A change is delivered twice (at once and complete a moment later): a list is printed only
+  // when it differs from the one printed last.
+  std::optional<std::vector<SerialPortInfo>> printed;
+  scanner.onChange = [json, &printed](const std::vector<SerialPortInfo>& ports) {
+    if (printed == ports) return;
+    printed = ports;
+    print(ports, json);
+  };
   // Before the first list: whoever reads it may press Ctrl-C at once.
   stopOnSignals();
   scanner.start();

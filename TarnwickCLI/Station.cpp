@@ -92,6 +92,9 @@ struct Station::Run {
   std::optional<std::string> bootloaderPath;
   std::optional<std::string> chip;
   std::optional<std::string> mac;
+  std::optional<std::string> serialNumber;
+  /// Set by the run's thread when the board turned out to be the one flashed before.
+  bool sameBoard = false;
 
   bool waitsForBootloader(bool caterina) const {
     std::lock_guard lock(mutex);
@@ -141,9 +144,45 @@ bool Station::isCandidate(const SerialPortInfo& port) const {
   return options_.testDevices && options_.onlyPorts.contains(port.path);
 }
 
-bool Station::isQuiet(const std::string& path, Clock::time_point now) const {
-  auto quiet = quietUntil_.find(path);
-  return quiet != quietUntil_.end() && now < quiet->second;
+bool Station::isTestDevice(const std::string& path) const {
+  return options_.testDevices && options_.onlyPorts.contains(path) && !FlashPort::isValidPath(path);
+}
+
+// A port that has just appeared, with a board that may be new, the one just flashed restarting,
+// or one of the other family.
+void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
+  const StationBoard board{port.path, boardName(port)};
+  const bool esp = package_.product.target.isESP();
+  if (auto family = boardFamily(port); family && (*family == BoardFamily::esp) != esp) {
+    report_.skipped(board, L10n::Station::otherFamily(esp));
+    return;
+  }
+  std::optional<PortChoice::FlashedBoard> last;
+  if (auto known = flashedOn_.find(port.path); known != flashedOn_.end()) last = known->second;
+  auto arrival = PortChoice::judgeArrival(port, isTestDevice(port.path), last, esp, now);
+  // Connecting to compare restarts the board again: once it proved to be the same, its next
+  // return within the quiet time is that restart.
+  if (arrival == PortChoice::Arrival::compareMAC && confirmedSame_.contains(port.path))
+    arrival = PortChoice::Arrival::sameBoard;
+  confirmedSame_.erase(port.path);
+  switch (arrival) {
+  case PortChoice::Arrival::newBoard:
+    compareMAC_.erase(port.path);
+    settling_[port.path] = now;
+    break;
+  case PortChoice::Arrival::compareMAC:
+    compareMAC_[port.path] = last->mac;
+    settling_[port.path] = now;
+    break;
+  case PortChoice::Arrival::sameBoard:
+    report_.skipped(board, L10n::Station::sameBoardRestarting());
+    break;
+  }
+}
+
+void Station::stopTaking() {
+  takingBoards_ = false;
+  settling_.clear();
 }
 
 bool Station::canTake() const {
@@ -159,13 +198,13 @@ void Station::arrived(const std::vector<SerialPortInfo>& ports, Clock::time_poin
       present.emplace(port.path, port);
   }
   for (const auto& [path, port] : present) {
-    if (present_.contains(path) || !isCandidate(port) || isQuiet(path, now)) continue;
+    if (present_.contains(path) || !isCandidate(port)) continue;
     // A board that re-enumerates during its own run, or a bootloader coming up for one, is no
     // new board; while a bootloader is awaited, any port that appears may be it.
     bool belongsToRun = std::ranges::any_of(runs_, [&](const auto& run) {
       return run->owns(path) || run->waitsForBootloader(oneAtATime_);
     });
-    if (!belongsToRun && takingBoards_) settling_[path] = now;
+    if (!belongsToRun && takingBoards_) judge(port, now);
   }
   std::erase_if(settling_, [&](const auto& entry) { return !present.contains(entry.first); });
   present_ = std::move(present);
@@ -179,8 +218,6 @@ void Station::startDue(Clock::time_point now) {
     }
     const std::string path = entry->first;
     entry = settling_.erase(entry);
-    // The bootloader port of a run that just ended may still be listed for a moment.
-    if (isQuiet(path, now)) continue;
     start(present_.at(path));
   }
 }
@@ -188,6 +225,7 @@ void Station::startDue(Clock::time_point now) {
 void Station::start(const SerialPortInfo& port) {
   auto run = std::make_unique<Run>();
   run->board = {port.path, boardName(port)};
+  run->serialNumber = port.serialNumber;
   Run* self = run.get();
   run->job = std::make_unique<FlashJob>(
       package_.product, package_.files, port.path, options_.testDevices,
@@ -209,6 +247,12 @@ void Station::start(const SerialPortInfo& port) {
   run->job->compressionCache = cache_;
   run->job->usbJTAGFirst = prefersUSBJTAGReset(port);
   if (options_.findBootloaderPort) run->job->findBootloaderPort = options_.findBootloaderPort;
+  if (auto compare = compareMAC_.find(port.path); compare != compareMAC_.end()) {
+    // A board that cannot be told from its port is told by its MAC address; with none known
+    // any board is another one.
+    run->job->leaveBoardWithMAC = compare->second ? compare->second : std::string("unknown");
+    compareMAC_.erase(compare);
+  }
 
   report_.started(run->board);
   run->thread = std::thread([this, self] {
@@ -221,12 +265,17 @@ void Station::start(const SerialPortInfo& port) {
       outcome.result = BoardOutcome::Result::done;
       outcome.chip = summary.chip;
       outcome.mac = summary.mac;
+    } catch (const FlashJob::SameBoard&) {
+      std::lock_guard lock(self->mutex);
+      self->sameBoard = true;
     } catch (const FlashError& error) {
       outcome.result =
           error.isCancelled() ? BoardOutcome::Result::stopped : BoardOutcome::Result::failed;
-      outcome.message = error.isCancelled()
-                            ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
-                            : error.message();
+      // Stopped before the board answered, nothing was written.
+      std::lock_guard lock(self->mutex);
+      outcome.message = !error.isCancelled() ? error.message()
+                        : self->chip        ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
+                                            : L10n::Log::stopped() + " " + L10n::Log::notWritten();
     } catch (const FlashPortError& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.message();
@@ -258,19 +307,44 @@ void Station::reapFinished() {
       continue;
     }
     run.thread.join();
+    // The board restarts now and may come back on its port, or on its bootloader's.
+    PortChoice::FlashedBoard memory{now + seconds(options_.quietSeconds), run.serialNumber,
+                                    run.sameBoard ? flashedOn_[run.board.path].mac
+                                                  : run.outcome.mac};
+    flashedOn_[run.board.path] = memory;
+    if (run.bootloaderPath) flashedOn_[*run.bootloaderPath] = memory;
+    if (run.sameBoard) {
+      confirmedSame_.insert(run.board.path);
+      report_.skipped(run.board, L10n::Station::sameBoardByMAC());
+      it = runs_.erase(it);
+      continue;
+    }
+    // A board whose record line is lost is not counted as flashed: nobody could prove it was.
+    if (auto problem = report_.record(run.outcome)) {
+      run.outcome.result = BoardOutcome::Result::failed;
+      run.outcome.message = *problem;
+      if (!recordProblem_) {
+        recordProblem_ = *problem;
+        stopTaking();
+      }
+    }
     if (run.outcome.result == BoardOutcome::Result::done)
       ++flashed_;
     else
       ++failed_;
-    // The board restarts now and may come back on its port, or on its bootloader's.
-    quietUntil_[run.board.path] = now + seconds(options_.quietSeconds);
-    if (run.bootloaderPath) quietUntil_[*run.bootloaderPath] = now + seconds(options_.quietSeconds);
     report_.finished(run.outcome);
     it = runs_.erase(it);
   }
+  if (recordProblem_ && !recordNoticed_) {
+    recordNoticed_ = true;
+    report_.notice(L10n::Station::recordLost(*recordProblem_));
+  }
+  if (!outputLost_ && report_.outputLost()) {
+    outputLost_ = true;
+    stopTaking();
+  }
   if (options_.limit && flashed_ >= *options_.limit && takingBoards_) {
-    takingBoards_ = false;
-    settling_.clear();
+    stopTaking();
     report_.notice(L10n::Station::limitReached(*options_.limit));
   }
 }
@@ -279,8 +353,7 @@ void Station::handleInterrupts() {
   const int count = interrupts_.load();
   if (count == interruptsSeen_) return;
   if (interruptsSeen_ == 0) {
-    takingBoards_ = false;
-    settling_.clear();
+    stopTaking();
     if (!runs_.empty())
       report_.notice(L10n::Station::finishing(static_cast<std::int64_t>(runs_.size())));
   }
@@ -307,12 +380,19 @@ std::int64_t Station::run(PortSource& source) {
     present_.emplace(port.path, port);
     // Boards already there are taken with --now; named test devices always, as nothing plugs
     // them in. Either way they were there long enough.
-    const bool namedTestDevice = options_.testDevices && options_.onlyPorts.contains(port.path) &&
-                                 !FlashPort::isValidPath(port.path);
-    if (isCandidate(port) && (options_.now || namedTestDevice))
-      settling_[port.path] = now - seconds(options_.settleSeconds);
+    if (!isCandidate(port) || !(options_.now || isTestDevice(port.path))) continue;
+    if (auto family = boardFamily(port);
+        family && (*family == BoardFamily::esp) != package_.product.target.isESP()) {
+      report_.skipped({port.path, boardName(port)},
+                      L10n::Station::otherFamily(package_.product.target.isESP()));
+      continue;
+    }
+    settling_[port.path] = now - seconds(options_.settleSeconds);
   }
   report_.notice(L10n::Station::ready(package_.product.name, !settling_.empty()));
+  for (const auto& path : options_.onlyPorts) {
+    if (!present_.contains(path)) report_.notice(L10n::Station::waitingForPort(path));
+  }
   if (oneAtATime_) report_.notice(L10n::Station::oneAtATime());
 
   while (true) {
@@ -326,6 +406,7 @@ std::int64_t Station::run(PortSource& source) {
     if (ports) arrived(*ports, Clock::now());
   }
   report_.notice(L10n::Station::summary(flashed_, failed_));
+  if (recordProblem_) report_.notice(*recordProblem_);
   return failed_;
 }
 

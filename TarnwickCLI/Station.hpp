@@ -16,6 +16,7 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "FlashEngine/AVRLoader.hpp"
 #include "FlashEngine/CompressionCache.hpp"
+#include "FlashSerial/PortChoice.hpp"
 #include "FlashSerial/PortScanner.hpp"
 
 namespace tarnwick::cli {
@@ -106,6 +107,13 @@ public:
                          const std::optional<std::string>& mac) = 0;
   virtual void progress(const StationBoard& board, std::int64_t done, std::int64_t total) = 0;
   virtual void finished(const BoardOutcome& outcome) = 0;
+  /// A board on this port is left alone, and why (in the interface language). Never silently.
+  virtual void skipped(const StationBoard& board, const std::string& reason) = 0;
+  /// Keeps the record of a finished board; why it could not, in the interface language. Called
+  /// before `finished`: a board whose record is lost counts as failed.
+  virtual std::optional<std::string> record(const BoardOutcome&) { return std::nullopt; }
+  /// True once nobody reads what the station prints any more.
+  virtual bool outputLost() const { return false; }
 };
 
 class Station {
@@ -126,13 +134,19 @@ public:
 
   std::int64_t flashed() const { return flashed_; }
   std::int64_t failed() const { return failed_; }
+  /// Why the record stopped being kept; none while it is kept (or there is none).
+  const std::optional<std::string>& recordProblem() const { return recordProblem_; }
+  /// Whether the station stopped taking boards because nobody read its output any more.
+  bool outputWasLost() const { return outputLost_; }
 
 private:
   struct Run;
   using Clock = std::chrono::steady_clock;
 
   bool isCandidate(const SerialPortInfo& port) const;
-  bool isQuiet(const std::string& path, Clock::time_point now) const;
+  bool isTestDevice(const std::string& path) const;
+  void judge(const SerialPortInfo& port, Clock::time_point now);
+  void stopTaking();
   bool canTake() const;
   void arrived(const std::vector<SerialPortInfo>& ports, Clock::time_point now);
   void startDue(Clock::time_point now);
@@ -158,8 +172,17 @@ private:
   std::map<std::string, SerialPortInfo> present_;
   /// New ports waiting to stay long enough, with the time they appeared.
   std::map<std::string, Clock::time_point> settling_;
-  /// Ports whose run ended, until when a port coming back there is the same board.
-  std::map<std::string, Clock::time_point> quietUntil_;
+  /// What is known of the board last flashed on each port (and on its bootloader's port).
+  std::map<std::string, PortChoice::FlashedBoard> flashedOn_;
+  /// Ports whose board was found to be the one flashed before; until the quiet time ends it is
+  /// not connected to again.
+  std::set<std::string> confirmedSame_;
+  /// Settling ports whose board is told by its MAC address before it is written.
+  std::map<std::string, std::optional<std::string>> compareMAC_;
+  /// Why the record could not be kept, once it could not.
+  std::optional<std::string> recordProblem_;
+  bool recordNoticed_ = false;
+  bool outputLost_ = false;
   std::vector<std::unique_ptr<Run>> runs_;
   std::int64_t flashed_ = 0;
   std::int64_t failed_ = 0;

@@ -9,8 +9,10 @@
 #include <nlohmann/json.hpp>
 
 #include "FlashCore/VisibleText.hpp"
+#include "Localization/GeneralTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
+#include "TarnwickCLI/Console.hpp"
 
 namespace tarnwick::cli {
 
@@ -47,6 +49,13 @@ std::string clipped(const std::string& text, std::size_t columns) {
     if (count++ == columns) return text.substr(0, i);
   }
   return text;
+}
+
+// "ttyUSB0" as "USB0", "pts/12" as "12": enough to tell boards apart on a narrow terminal.
+std::string shortDeviceName(const std::string& name) {
+  if (name.starts_with("tty") && name.size() > 3) return name.substr(3);
+  if (auto slash = name.rfind('/'); slash != std::string::npos) return name.substr(slash + 1);
+  return name;
 }
 
 std::size_t terminalColumns(std::FILE* out) {
@@ -119,20 +128,24 @@ StationOutput::StationOutput(std::FILE* out, std::FILE* errors,
                              std::unique_ptr<StationRecord> record)
     : out_(out), errors_(errors), record_(std::move(record)) {}
 
-void StationOutput::finished(const BoardOutcome& outcome) {
-  show(outcome);
-  if (!record_) return;
+void StationOutput::finished(const BoardOutcome& outcome) { show(outcome); }
+
+std::optional<std::string> StationOutput::record(const BoardOutcome& outcome) {
+  if (!record_) return std::nullopt;
   try {
     record_->append(outcome);
+    return std::nullopt;
   } catch (const std::system_error& error) {
-    std::lock_guard lock(mutex_);
-    std::fprintf(errors_, "%s\n",
-                 L10n::Station::aboutBoard(
-                     outcome.board.name,
-                     L10n::Station::cannotWriteRecord(record_->path(), error.code().message()))
-                     .c_str());
-    std::fflush(errors_);
+    return L10n::Station::cannotWriteRecord(record_->path(),
+                                            L10n::Errors::systemCause(error.code().value()));
   }
+}
+
+void StationOutput::put(const std::string& text) {
+  if (lost_) return;
+  std::fputs(text.c_str(), out_);
+  // A reader that went away shows as a failed write (EPIPE, with SIGPIPE ignored).
+  if (std::fflush(out_) != 0 || std::ferror(out_)) lost_ = true;
 }
 
 // MARK: - Lines for people
@@ -142,12 +155,9 @@ StationConsole::StationConsole(std::FILE* out, bool interactive,
     : StationOutput(out, stderr, std::move(record)), interactive_(interactive) {}
 
 void StationConsole::lineLocked(const std::string& text) {
-  if (statusShown_) std::fputs("\r\033[K", out_);
+  put((statusShown_ ? "\r\033[K" : "") + visibleLines(text) + "\n");
   statusShown_ = false;
-  std::fputs(visibleLines(text).c_str(), out_);
-  std::fputc('\n', out_);
   drawStatusLocked(true);
-  std::fflush(out_);
 }
 
 void StationConsole::drawStatusLocked(bool force) {
@@ -155,23 +165,38 @@ void StationConsole::drawStatusLocked(bool force) {
   const auto now = std::chrono::steady_clock::now();
   if (!force && now - lastDraw_ < minimumRedrawInterval) return;
   lastDraw_ = now;
-  std::vector<std::pair<std::string, int>> boards;
-  for (const auto& [path, board] : inProgress_)
-    boards.push_back(board);
+  // In the scanner's order: pts/3 before pts/12.
+  std::vector<SerialPortInfo> ports;
+  for (const auto& entry : inProgress_)
+    ports.push_back({entry.first, std::nullopt, std::nullopt, std::nullopt});
+  sortPorts(ports);
   // One column short of the width, so the line never wraps and "\r" goes back to its start.
-  const std::string text =
-      clipped(visible(L10n::Station::status(boards, flashed_, failed_)), terminalColumns(out_) - 1);
-  std::fprintf(out_, "\r\033[K%s", text.c_str());
-  std::fflush(out_);
+  // The counts come first; when the boards do not fit, each is named by its number alone.
+  const std::size_t columns = terminalColumns(out_) - 1;
+  std::string text;
+  for (bool shortNames : {false, true}) {
+    std::vector<std::pair<std::string, int>> boards;
+    for (const auto& port : ports) {
+      const auto& [name, percent] = inProgress_.at(port.path);
+      boards.emplace_back(shortNames ? shortDeviceName(name) : name, percent);
+    }
+    text = visible(L10n::Station::status(boards, flashed_, failed_));
+    if (displayWidth(text) <= columns) break;
+  }
+  put("\r\033[K" + clipped(text, columns));
   statusShown_ = true;
 }
 
 void StationConsole::end() {
   std::lock_guard lock(mutex_);
-  if (statusShown_) std::fputs("\r\033[K", out_);
+  if (statusShown_) put("\r\033[K");
   statusShown_ = false;
   interactive_ = false;
-  std::fflush(out_);
+}
+
+void StationConsole::skipped(const StationBoard& board, const std::string& reason) {
+  std::lock_guard lock(mutex_);
+  lineLocked(L10n::Station::aboutBoard(board.name, L10n::Station::leftAlone(reason)));
 }
 
 void StationConsole::notice(const std::string& text) {
@@ -236,11 +261,6 @@ Json event(const char* name, const StationBoard& board) {
           {"port", board.path},
           {"name", board.name}};
 }
-void print(std::FILE* out, const Json& object) {
-  std::fprintf(out, "%s\n", dumped(object).c_str());
-  // Whoever reads a pipe sees each event when it happens.
-  std::fflush(out);
-}
 } // namespace
 
 void StationJSON::notice(const std::string& text) {
@@ -252,7 +272,7 @@ void StationJSON::notice(const std::string& text) {
 void StationJSON::started(const StationBoard& board) {
   std::lock_guard lock(mutex_);
   percent_[board.path] = -5;
-  print(out_, event("started", board));
+  put(dumped(event("started", board)) + "\n");
 }
 
 void StationJSON::connected(const StationBoard& board, const std::string& chip,
@@ -261,7 +281,7 @@ void StationJSON::connected(const StationBoard& board, const std::string& chip,
   object["chip"] = chip;
   object["mac"] = orNull(mac);
   std::lock_guard lock(mutex_);
-  print(out_, object);
+  put(dumped(object) + "\n");
 }
 
 void StationJSON::progress(const StationBoard& board, std::int64_t done, std::int64_t total) {
@@ -269,14 +289,23 @@ void StationJSON::progress(const StationBoard& board, std::int64_t done, std::in
   const int percent = static_cast<int>(std::clamp<std::int64_t>(done * 100 / total, 0, 100));
   std::lock_guard lock(mutex_);
   auto& last = percent_[board.path];
-  // Every fifth percent: enough to follow, few enough lines to read.
-  if (percent / 5 == last / 5) return;
-  last = percent;
-  Json object = event("progress", board);
-  object["done"] = done;
-  object["total"] = total;
-  object["percent"] = percent;
-  print(out_, object);
+  // Each fifth percent that is crossed: enough to follow, few enough lines to read. A jump
+  // over several steps gives each of them, so a reader sees every step.
+  for (int step = (last / 5 + 1) * 5; step <= percent; step += 5) {
+    Json object = event("progress", board);
+    object["done"] = step == percent ? done : total * step / 100;
+    object["total"] = total;
+    object["percent"] = step;
+    put(dumped(object) + "\n");
+  }
+  last = std::max(last, percent);
+}
+
+void StationJSON::skipped(const StationBoard& board, const std::string& reason) {
+  Json object = event("skipped", board);
+  object["reason"] = reason;
+  std::lock_guard lock(mutex_);
+  put(dumped(object) + "\n");
 }
 
 void StationJSON::show(const BoardOutcome& outcome) {
@@ -292,7 +321,7 @@ void StationJSON::show(const BoardOutcome& outcome) {
   }
   std::lock_guard lock(mutex_);
   percent_.erase(outcome.board.path);
-  print(out_, object);
+  put(dumped(object) + "\n");
 }
 
 } // namespace tarnwick::cli

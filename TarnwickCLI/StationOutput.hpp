@@ -2,6 +2,7 @@
 // What the flashing station prints: lines for people with a live status line on a terminal, or
 // one JSON object per event for scripts; and the record file of finished boards.
 
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -46,17 +47,22 @@ public:
   /// `errors` takes the notices of the JSON form and the record's failures.
   StationOutput(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record);
   void finished(const BoardOutcome& outcome) override;
+  std::optional<std::string> record(const BoardOutcome& outcome) override;
+  bool outputLost() const override { return lost_; }
   /// The station has ended: nothing more is drawn.
   virtual void end() {}
 
 protected:
   virtual void show(const BoardOutcome& outcome) = 0;
+  /// Writes to `out` unless its reader has gone; notices when it goes. Call with `mutex_` held.
+  void put(const std::string& text);
   std::FILE* out_;
   std::FILE* errors_;
   std::mutex mutex_;
 
 private:
   std::unique_ptr<StationRecord> record_;
+  std::atomic<bool> lost_ = false;
 };
 
 /// Lines for people: each prefixed by the board's name; on a terminal a status line under them
@@ -69,6 +75,7 @@ public:
   void connected(const StationBoard& board, const std::string& chip,
                  const std::optional<std::string>& mac) override;
   void progress(const StationBoard& board, std::int64_t done, std::int64_t total) override;
+  void skipped(const StationBoard& board, const std::string& reason) override;
   /// Takes the status line off the screen.
   void end() override;
 
@@ -88,8 +95,8 @@ private:
   std::int64_t failed_ = 0;
 };
 
-/// One JSON object per line and event: started, connected, progress (every fifth percent),
-/// done and failed. Notices go to `errors` as text.
+/// One JSON object per line and event: started, connected, progress (each fifth percent that is
+/// crossed), done, failed and skipped. Notices go to `errors` as text.
 class StationJSON : public StationOutput {
 public:
   StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record = {});
@@ -98,6 +105,7 @@ public:
   void connected(const StationBoard& board, const std::string& chip,
                  const std::optional<std::string>& mac) override;
   void progress(const StationBoard& board, std::int64_t done, std::int64_t total) override;
+  void skipped(const StationBoard& board, const std::string& reason) override;
 
 protected:
   void show(const BoardOutcome& outcome) override;

@@ -46,6 +46,7 @@ public:
   void connected(const StationBoard&, const std::string&,
                  const std::optional<std::string>&) override {}
   void progress(const StationBoard&, std::int64_t, std::int64_t) override {}
+  void skipped(const StationBoard&, const std::string&) override {}
   void finished(const BoardOutcome& outcome) override {
     std::lock_guard lock(mutex);
     all.push_back(outcome);

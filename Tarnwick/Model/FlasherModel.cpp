@@ -26,6 +26,7 @@
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
+#include "Localization/StationTexts.hpp"
 #include "Localization/ModelTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
@@ -352,7 +353,7 @@ void FlasherModel::saveProductTo(const std::filesystem::path& location) {
   try {
     ProductPackage::write({product_, files_}, location);
   } catch (const PackageError& error) {
-    setErrorMessage(qs(L10n::Errors::savingFailed(location.string() + ": " + error.message())));
+    setErrorMessage(qs(L10n::Errors::savingFailedAt(location.string(), error.message())));
     return;
   } catch (const std::filesystem::filesystem_error& error) {
     const auto& where = error.path1().empty() ? location : error.path1();
@@ -522,8 +523,24 @@ void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   if (state_ == FlasherState::flashing) return;
 
   auto now = Clock::now();
+  // A port that comes back right after a run is told by what it is and by the board's USB
+  // serial number; one that cannot be told is left alone, and the log says so.
+  const bool esp = product_.target.isESP();
   auto decision = PortChoice::decide(ports_, previous, selectedPath_.toStdString(),
-                                     [&](const std::string&) { return now <= quietUntil_; });
+                                     [&](const std::string& path) {
+                                       auto port = std::ranges::find(ports_, path,
+                                                                     &SerialPortInfo::path);
+                                       if (port == ports_.end()) return true;
+                                       auto arrival = PortChoice::judgeArrival(
+                                           *port, isTestDevice(path), lastFlashed_, esp, now);
+                                       if (arrival == PortChoice::Arrival::newBoard) return false;
+                                       appendLine({LogSegment::Kind::meta,
+                                                   L10n::Station::aboutBoard(
+                                                       portLabel(qs(path)).toStdString(),
+                                                       L10n::Station::leftAlone(
+                                                           L10n::Station::sameBoardRestarting()))});
+                                       return true;
+                                     });
   if (decision.newBoard) {
     selectPort(*decision.newBoard);
     if (autoFlash_ && !hasErrors()) scheduleAutoFlash(*decision.newBoard);
@@ -634,7 +651,13 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
                           const std::string& message) {
   job_.reset();
   setState(FlasherState::idle);
-  quietUntil_ = Clock::now() + duration(options_.quietSeconds);
+  {
+    auto port = std::ranges::find(ports_, selectedPath_.toStdString(), &SerialPortInfo::path);
+    lastFlashed_ = PortChoice::FlashedBoard{
+        Clock::now() + duration(options_.quietSeconds),
+        port != ports_.end() ? port->serialNumber : std::nullopt,
+        summary ? summary->mac : std::nullopt};
+  }
   knownPaths_ = PortChoice::pathsOf(ports_);
 
   NarratedStep step;
@@ -647,7 +670,7 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
     step = RunNarration::succeeded(*summary);
   } else if (cancelled) {
     setOutcome(FlashOutcome{FlashOutcome::Cancelled{}});
-    step = RunNarration::failed(message, true);
+    step = RunNarration::failed(message, true, !narrator_ || narrator_->boardAnswered());
   } else {
     statistics.failed += 1;
     setOutcome(FlashOutcome{FlashOutcome::Failure{message}});

@@ -25,6 +25,7 @@
 #include "FlashEngine/CompressionCache.hpp"
 #include "FlashEngine/FlashEvent.hpp"
 #include "FlashEngine/RunNarration.hpp"
+#include "FlashSerial/PortChoice.hpp"
 #include "FlashSerial/PortScanner.hpp"
 
 class QSettings;
@@ -342,7 +343,8 @@ private:
   std::shared_ptr<FlashJob> job_;
   /// The words of the run in progress.
   std::optional<RunNarrator> narrator_;
-  std::chrono::steady_clock::time_point quietUntil_{};
+  /// The board of the last run, by which a port that comes back is told new or the same.
+  std::optional<PortChoice::FlashedBoard> lastFlashed_;
   std::chrono::steady_clock::time_point lastProgressPublish_{};
   QTimer autosaveWork_;
   /// Compressed writes made once for the whole series of boards.

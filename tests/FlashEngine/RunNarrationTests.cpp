@@ -59,6 +59,8 @@ TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
   EXPECT_EQ(stages, (std::vector<std::optional<std::string>>{"Writing Blink.hex…",
                                                              "Connecting to the bootloader…",
                                                              "Writing Blink.hex…", std::nullopt}));
+  EXPECT_EQ(RunNarration::failed("Stopped.", true, false).note->text,
+            "It was stopped before the board answered: nothing was written.");
   EXPECT_EQ(RunNarration::failed("No answer.", false).line,
             (LogSegment{Kind::error, "✕ No answer."}));
 

@@ -69,3 +69,57 @@ TEST(PortChoice, QuietTimeAppliesPerPort) {
                          [](const std::string& path) { return path == "/dev/ttyACM0"; });
   EXPECT_EQ(decision, (PortChoice::Decision{"/dev/ttyACM1", {}}));
 }
+
+// What a port that comes back right after a run holds, by what the port is and by the board's
+// identity; and which boards' family the USB ids alone tell.
+TEST(PortChoice, ArrivalIsJudgedByPortKindAndIdentity) {
+  using Clock = std::chrono::steady_clock;
+  using A = PortChoice::Arrival;
+  const auto now = Clock::now();
+  auto port = [](int vendor, int product, std::optional<std::string> serial = std::nullopt) {
+    return SerialPortInfo{"/dev/ttyACM0", std::nullopt, vendor, product, std::move(serial)};
+  };
+  const SerialPortInfo ch340 = port(0x1A86, 0x7523), uno = port(0x2341, 0x0043),
+                       espUSB = port(0x303A, 0x1001), leonardo = port(0x2341, 0x8036),
+                       proMicro = port(0x1B4F, 0x9206), unknown = port(0x1234, 0x5678);
+  const PortChoice::FlashedBoard quiet{now + std::chrono::seconds(6), "S1", "AA:BB"};
+  const PortChoice::FlashedBoard over{now - std::chrono::seconds(1), "S1", "AA:BB"};
+  const PortChoice::FlashedBoard noSerial{now + std::chrono::seconds(6), std::nullopt, "AA:BB"};
+  struct Case {
+    const char* what;
+    SerialPortInfo port;
+    bool testDevice;
+    std::optional<PortChoice::FlashedBoard> last;
+    bool esp;
+    A expected;
+  };
+  const std::vector<Case> cases = {
+      {"nothing flashed there yet", espUSB, false, std::nullopt, true, A::newBoard},
+      {"the quiet time is over", espUSB, false, over, true, A::newBoard},
+      {"behind a CH340", ch340, false, quiet, true, A::newBoard},
+      {"an Uno's USB chip", uno, false, quiet, false, A::newBoard},
+      {"a test device", port(0x303A, 0x1001), true, quiet, true, A::newBoard},
+      {"own USB, same serial number", port(0x303A, 0x1001, "S1"), false, quiet, true,
+       A::sameBoard},
+      {"own USB, another serial number", port(0x303A, 0x1001, "S2"), false, quiet, true,
+       A::newBoard},
+      {"own USB, no serial number, ESP", espUSB, false, noSerial, true, A::compareMAC},
+      {"Leonardo without a serial number", leonardo, false, noSerial, false, A::sameBoard},
+      {"Pro Micro without a serial number", proMicro, false, noSerial, false, A::sameBoard},
+      {"an unknown adapter keeps the quiet time", unknown, false, noSerial, true, A::compareMAC},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(PortChoice::judgeArrival(c.port, c.testDevice, c.last, c.esp, now), c.expected)
+        << c.what;
+  }
+
+  EXPECT_EQ(portKind(ch340), PortKind::adapter);
+  EXPECT_EQ(portKind(uno), PortKind::adapter);
+  EXPECT_EQ(portKind(leonardo), PortKind::nativeUSB);
+  EXPECT_EQ(portKind(unknown), PortKind::unknown);
+  EXPECT_EQ(boardFamily(uno), BoardFamily::avr);
+  EXPECT_EQ(boardFamily(leonardo), BoardFamily::avr);
+  EXPECT_EQ(boardFamily(espUSB), BoardFamily::esp);
+  EXPECT_EQ(boardFamily(ch340), std::nullopt);
+  EXPECT_EQ(boardFamily(port(0x2341, 0x0058)), std::nullopt); // Nano Every: no AVR109/STK500
+}

@@ -32,9 +32,11 @@ struct Result {
 };
 
 // Runs tarnwick-cli (or `program`) in `language`; with `interruptWhen`, sends SIGINT once stdout
-// contains it.
+// contains it, or with `closeOutputInstead` stops reading standard output there, as a reader
+// at the end of a pipe that goes away.
 inline Result runCLI(const std::vector<std::string>& args, const std::string& interruptWhen = {},
-              const std::string& language = "en", const char* program = TARNWICK_CLI) {
+                     const std::string& language = "en", const char* program = TARNWICK_CLI,
+                     bool closeOutputInstead = false) {
   int out[2], err[2];
   EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
   EXPECT_EQ(::pipe2(err, O_CLOEXEC), 0);
@@ -82,12 +84,19 @@ inline Result runCLI(const std::vector<std::string>& args, const std::string& in
     }
     if (!interruptWhen.empty() && !interrupted &&
         result.out.find(interruptWhen) != std::string::npos) {
+      interrupted = true;
+      if (closeOutputInstead) {
+        ::close(out[0]);
+        out[0] = -1;
+        fds[0].fd = -1;
+        --open;
+        continue;
+      }
       std::this_thread::sleep_for(std::chrono::milliseconds(200));
       ::kill(pid, SIGINT);
-      interrupted = true;
     }
   }
-  ::close(out[0]);
+  if (out[0] >= 0) ::close(out[0]);
   ::close(err[0]);
   int status = 0;
   // Output stopped for 20 s without an end: the program hangs. Fail the test, not the suite.

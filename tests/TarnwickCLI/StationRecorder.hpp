@@ -16,7 +16,7 @@ namespace tarnwick::testing {
 class Recorder : public cli::StationReport {
 public:
   struct Entry {
-    std::string kind; // "started", "connected", "done", "failed", "stopped", "notice"
+    std::string kind; // "started", "connected", "done", "failed", "stopped", "skipped", "notice"
     std::string path;
     std::string text;
   };
@@ -31,6 +31,9 @@ public:
   void finished(const cli::BoardOutcome& outcome) override {
     static const char* names[] = {"done", "failed", "stopped"};
     add({names[static_cast<int>(outcome.result)], outcome.board.path, outcome.message});
+  }
+  void skipped(const cli::StationBoard& board, const std::string& reason) override {
+    add({"skipped", board.path, reason});
   }
 
   /// Waits until `count` entries of `kind` (for `path`, unless empty) were reported.

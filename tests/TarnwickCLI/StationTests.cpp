@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <regex>
 #include <sstream>
 #include <sys/eventfd.h>
@@ -43,10 +44,16 @@ public:
   FakePorts() : changed_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
   ~FakePorts() override { ::close(changed_); }
 
-  void plug(const std::string& path) {
+  // A CH340 adapter: a USB board like any on a hub.
+  static SerialPortInfo adapter() { return {"", std::nullopt, 0x1A86, 0x7523}; }
+  // An ESP32-S3/C3/C6 on its own USB, which restarts with the board.
+  static SerialPortInfo nativeESP(std::optional<std::string> serial) {
+    return {"", std::nullopt, espressifVendorID, 0x1001, std::move(serial)};
+  }
+  void plug(const std::string& path, SerialPortInfo kind = adapter()) {
     std::lock_guard lock(mutex_);
-    // A CH340 adapter: a USB board like any on a hub.
-    ports_.push_back({path, std::nullopt, 0x1A86, 0x7523});
+    kind.path = path;
+    ports_.push_back(kind);
     notify();
   }
   void pull(const std::string& path) {
@@ -165,36 +172,58 @@ TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
   EXPECT_EQ(r.entries().back().text, "Flashed 2 · Failed 1.");
 }
 
-// After its run a port is quiet: the board coming back there (its own restart) is not flashed
-// again, while a board on another port is. Pulled out and plugged in after the quiet time, it is
-// a new board. Boards present at start are left alone.
-TEST(Station, QuietTimePerPortAndReplugging) {
-  SimulatedESP board, other, present;
+// A port that goes and comes back right after its run holds another board, unless the port is
+// the board's own USB restarting: then its USB serial number, or else its MAC address, tells.
+// A board of the other family is left alone at once. Nothing is ever left alone silently.
+TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
+  SimulatedESPOptions otherMAC;
+  otherMAC.macWord0 = 0x0BADF00D;
+  SimulatedESP a, b(otherMAC);
+  const fs::path slot = fs::temp_directory_path() / ("tw-slot-" + std::to_string(::getpid()));
   FakePorts ports;
-  ports.plug(present.path());
   RunningStation running(espProduct(ESPChip::esp32, 4096), {}, ports);
   Recorder& r = running.recorder;
 
-  ports.plug(board.path());
-  ASSERT_TRUE(r.waitFor("done", board.path())) << describe(r);
-  // The board re-enumerates after its reset.
-  ports.pull(board.path());
-  ports.plug(board.path());
-  ports.plug(other.path());
-  ASSERT_TRUE(r.waitFor("done", other.path())) << describe(r);
-  std::this_thread::sleep_for(500ms);
-  EXPECT_EQ(r.count("started", board.path()), 1) << describe(r);
-
-  // Unplugged and plugged in again once the quiet time is over.
-  std::this_thread::sleep_for(1200ms);
-  ports.pull(board.path());
-  std::this_thread::sleep_for(100ms);
-  ports.plug(board.path());
-  ASSERT_TRUE(r.waitFor("done", board.path(), 2)) << describe(r);
+  struct Step {
+    const char* what;
+    SerialPortInfo port;
+    const SimulatedESP* board;
+    const char* expected; // "done" or "skipped"
+    std::string reason;
+  };
+  const std::string restarting = "the board just flashed, restarting.";
+  const std::string sameMAC = "the board just flashed (same MAC address); restarted into its firmware.";
+  const std::vector<Step> steps = {
+      {"a first board behind an adapter", FakePorts::adapter(), &a, "done", ""},
+      {"another board on the adapter at once", FakePorts::adapter(), &b, "done", ""},
+      {"own USB without a serial number, same MAC", FakePorts::nativeESP(std::nullopt), &b,
+       "skipped", sameMAC},
+      {"and back again once more", FakePorts::nativeESP(std::nullopt), &b, "skipped", restarting},
+      {"own USB, another serial number", FakePorts::nativeESP("S-A"), &a, "done", ""},
+      {"own USB, the same serial number", FakePorts::nativeESP("S-A"), &a, "skipped", restarting},
+      {"own USB without a serial number, another MAC", FakePorts::nativeESP(std::nullopt), &b,
+       "done", ""},
+      {"an Arduino Uno for an ESP product", {"", std::nullopt, 0x2341, 0x0043}, &a, "skipped",
+       "an Arduino board, and this product is for ESP boards."},
+  };
+  for (const Step& step : steps) {
+    SCOPED_TRACE(step.what);
+    const int before = r.count(step.expected, slot.string());
+    ports.pull(slot.string());
+    std::this_thread::sleep_for(100ms); // the station sees the port gone
+    fs::remove(slot);
+    fs::create_symlink(step.board->path(), slot);
+    ports.plug(slot.string(), step.port);
+    ASSERT_TRUE(r.waitFor(step.expected, slot.string(), before + 1)) << describe(r);
+    if (!step.reason.empty()) {
+      EXPECT_EQ(r.entries().back().text, step.reason);
+    }
+  }
   running.station.interrupt();
   EXPECT_EQ(running.finish(), 0);
-  EXPECT_EQ(r.count("started", present.path()), 0);
-  EXPECT_EQ(running.station.flashed(), 3);
+  EXPECT_EQ(running.station.flashed(), 4);
+  EXPECT_EQ(r.count("failed"), 0) << describe(r);
+  fs::remove(slot);
 }
 
 // --now takes the boards already there; --limit stops taking boards once that many succeeded or
@@ -419,4 +448,61 @@ TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
   EXPECT_EQ(arguments.record, "b.jsonl");
   EXPECT_TRUE(arguments.now && arguments.json && arguments.overrides.noVerify);
   EXPECT_EQ(arguments.inputs, std::vector<std::string>{"P.twflash"});
+}
+
+// Where a line loses its record or its reader, or two runs reach for one board, no board leaves
+// unaccounted for: a board whose record line cannot be written counts as failed and no new
+// boards are taken; a reader that goes away ends the station with 1 after the running boards
+// are finished and recorded; a second run on a port in use is refused with who holds it.
+TEST(StationCommand, LostRecordLostReaderAndPortsInUse) {
+  const fs::path root = fs::temp_directory_path() / ("tw-station-l-" + std::to_string(::getpid()));
+  fs::remove_all(root);
+  fs::create_directories(root);
+  auto p = espProduct(ESPChip::esp32, 64 * 1024);
+  ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
+  const std::string product = (root / "Sensor.twflash").string();
+
+  SimulatedESP full;
+  Result fullDisk = runCLI({"station", product, "--test-device", "-p", full.path(), "--record",
+                            "/dev/full"});
+  EXPECT_EQ(fullDisk.status, 1) << fullDisk.out << fullDisk.err;
+  EXPECT_NE(fullDisk.out.find("This board is missing from /dev/full: the disk is full."),
+            std::string::npos)
+      << fullDisk.out;
+  EXPECT_NE(fullDisk.out.find("Flashed 0 · Failed 1."), std::string::npos) << fullDisk.out;
+
+  SimulatedESP piped(slowESP32());
+  const std::string log = (root / "boards.jsonl").string();
+  Result lostReader = runCLI({"station", product, "--test-device", "-p", piped.path(), "--json",
+                              "--record", log},
+                             R"("event":"started")", "en", TARNWICK_CLI, true);
+  EXPECT_EQ(lostReader.status, 1) << lostReader.err;
+  EXPECT_NE(lostReader.err.find("output was closed"), std::string::npos) << lostReader.err;
+  std::ifstream recorded(log);
+  std::string line;
+  ASSERT_TRUE(std::getline(recorded, line));
+  EXPECT_EQ(nlohmann::json::parse(line).at("result"), "done") << line;
+
+  // Two processes, as two stations run by root would be: one writes the board, the other is
+  // told who has it.
+  SimulatedESP shared(slowESP32());
+  auto second = std::async(std::launch::async, [&] {
+    std::this_thread::sleep_for(300ms);
+    return runCLI({"flash", "--test-device", "-p", shared.path(), product});
+  });
+  Result first = runCLI({"flash", "--test-device", "-p", shared.path(), product});
+  Result refused = second.get();
+  EXPECT_EQ(first.status, 0) << first.err;
+  EXPECT_EQ(refused.status, 1) << refused.err;
+  EXPECT_NE(refused.err.find("in use by"), std::string::npos) << refused.err;
+
+  // A port that is no serial adapter is a usage error everywhere.
+  for (const std::string command : {"flash", "station"}) {
+    Result pts = runCLI({command, "-p", piped.path(), product});
+    EXPECT_EQ(pts.status, 2) << command << pts.err;
+    Result bare = runCLI({command, "-p", "ttyUSB7", product});
+    EXPECT_EQ(bare.status, 2) << command;
+    EXPECT_NE(bare.err.find("Did you mean /dev/ttyUSB7?"), std::string::npos) << bare.err;
+  }
+  fs::remove_all(root);
 }

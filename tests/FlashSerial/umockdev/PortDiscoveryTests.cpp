@@ -60,8 +60,8 @@ struct Deliveries {
 TEST(PortDiscovery, ListsSerialHardwareWithUsbFactsInOrder) {
   Testbed bed;
   bed.addUSBPort("ttyACM10", "2341", "0043", "Arduino Uno");
-  bed.addUSBPort("ttyACM2", "303a", "1001", "USB JTAG/serial debug unit");
-  bed.addUSBPort("ttyUSB0", "1a86", "7523", " \t ESP32 Dev  \r\n");
+  bed.addUSBPort("ttyACM2", "303a", "1001", "USB JTAG/serial debug unit", "F4:12:FA:00:11:22");
+  bed.addUSBPort("ttyUSB0", "1a86", "7523", " \t ESP32 Dev  \r\n", "  \n");
   bed.addUSBPort("ttyUSB1", "1a86", "1234", nullptr);
   bed.addUSBPort("ttyACM3", "2341", "7777", "New board");
   // A UART the kernel found, and the phantoms it creates for UARTs that are not there.
@@ -80,7 +80,7 @@ TEST(PortDiscovery, ListsSerialHardwareWithUsbFactsInOrder) {
   PortScanner scanner;
   const auto ports = scanner.scan();
   const std::vector<SerialPortInfo> expected = {
-      {"/dev/ttyACM2", "USB JTAG/serial debug unit", 0x303A, 0x1001},
+      {"/dev/ttyACM2", "USB JTAG/serial debug unit", 0x303A, 0x1001, "F4:12:FA:00:11:22"},
       {"/dev/ttyACM3", "New board", 0x2341, 0x7777},
       {"/dev/ttyACM10", "Arduino Uno", 0x2341, 0x0043},
       {"/dev/ttyUSB0", "ESP32 Dev", 0x1A86, 0x7523},

@@ -19,10 +19,11 @@ public:
 
   /// A USB device with one interface and a tty beneath it; returns the tty's sysfs path.
   std::string addUSBPort(const std::string& name, const char* vendor, const char* product,
-                         const char* productString) {
+                         const char* productString, const char* serial = nullptr) {
     const std::string usbName = "usb-" + name;
     std::vector<const char*> attributes = {"idVendor", vendor, "idProduct", product};
     if (productString) attributes.insert(attributes.end(), {"product", productString});
+    if (serial) attributes.insert(attributes.end(), {"serial", serial});
     const std::string usb = add("usb", usbName, "", attributes, {"DEVTYPE", "usb_device"});
     const std::string interface =
         add("usb", usbName + ":1.0", usb, {}, {"DEVTYPE", "usb_interface"});
