@@ -13,16 +13,21 @@ HelpTopic troubleshooting() {
       "wrench.and.screwdriver",
       {
           paragraph(
-              {"When a run fails, the status line reads **Last flash failed** and the log shows "
-               "the reason in red. Look the message up below.",
-               "Als een flash mislukt, staat in de statusregel **Laatste flash mislukt** en toont "
-               "het logboek de reden in rood. Zoek de melding hieronder op.",
-               "Schlägt ein Durchlauf fehl, zeigt die Statuszeile **Letztes Flashen "
-               "fehlgeschlagen** und das Protokoll den Grund in Rot. Such die Meldung unten.",
-               "Quand un flashage échoue, la ligne d’état indique **Dernier flashage échoué** et "
-               "le journal affiche la raison en rouge. Cherchez le message ci-dessous.",
-               "Cuando un flasheo falla, la línea de estado indica **Último flasheo fallido** y "
-               "el registro muestra el motivo en rojo. Busca el mensaje aquí abajo."}),
+              {"When a run fails, the status line reads **Flashing failed** followed by the "
+               "reason, and the log shows it in red with what came before. Look the message up "
+               "below.",
+               "Als een flash mislukt, staat in de statusregel **Flashen mislukt** met de reden "
+               "erachter, en toont het logboek die in rood met wat eraan voorafging. Zoek de "
+               "melding hieronder op.",
+               "Schlägt ein Durchlauf fehl, zeigt die Statuszeile **Flashen fehlgeschlagen** mit "
+               "dem Grund dahinter, und das Protokoll zeigt ihn in Rot mit allem, was davor "
+               "geschah. Such die Meldung unten.",
+               "Quand un flashage échoue, la ligne d’état indique **Échec du flashage** suivi de "
+               "la raison, et le journal l’affiche en rouge avec ce qui précédait. Cherchez le "
+               "message ci-dessous.",
+               "Cuando un flasheo falla, la línea de estado indica **Error al flashear** seguido "
+               "del motivo, y el registro lo muestra en rojo con lo que pasó antes. Busca el "
+               "mensaje aquí abajo."}),
 
           heading({"No board in the port list", "Geen board in de poortenlijst",
                    "Kein Board in der Schnittstellenliste", "Aucune carte dans la liste des ports",

@@ -174,6 +174,16 @@ bool FlasherModel::hasErrors() const {
   return ProductCheck::firstError(ProductCheck::check(product_, files_)).has_value();
 }
 
+std::optional<std::string> FlasherModel::blockingFinding() const {
+  auto error = ProductCheck::firstError(ProductCheck::check(product_, files_));
+  if (!error) return std::nullopt;
+  if (error->imageID) {
+    auto image = std::ranges::find(product_.images, *error->imageID, &FirmwareImage::id);
+    if (image != product_.images.end()) return visible(image->fileName) + ": " + error->message();
+  }
+  return error->message();
+}
+
 bool FlasherModel::canFlash() const {
   return state_ == FlasherState::idle && !selectedPath_.isEmpty() && !hasErrors();
 }
@@ -503,7 +513,9 @@ std::vector<SerialPortInfo> FlasherModel::withTestDevices(std::vector<SerialPort
 }
 
 void FlasherModel::setSelectedPath(const QString& path) {
-  defaults_->setValue(Keys::port, path);
+  // A test device lives only as long as this start; a later start would offer a port that
+  // is gone and fail on it.
+  if (!isTestDevice(path.toStdString())) defaults_->setValue(Keys::port, path);
   if (selectedPath_ == path) return;
   selectedPath_ = path;
   emit selectedPathChanged();
@@ -594,7 +606,7 @@ void FlasherModel::startFlash() {
   for (const auto& image : product_.images) {
     if (image.enabled) total += image.size;
   }
-  lastProgressPublish_ = {};
+  lastProgressPublish_.reset();
   setProgress(0, std::max<qint64>(total, 1));
   setStageText(qs(L10n::Stage::connecting()));
   appendLine(RunNarration::opening(product_.name, portLabel(selectedPath_).toStdString()));
@@ -637,7 +649,8 @@ void FlasherModel::handle(const FlashEvent& event) {
   if (auto* progress = std::get_if<FlashEvents::Progress>(&event)) {
     qint64 total = std::max<qint64>(progress->total, 1);
     auto now = Clock::now();
-    bool due = now - lastProgressPublish_ > duration(options_.progressIntervalSeconds);
+    bool due = !lastProgressPublish_ ||
+               now - *lastProgressPublish_ > duration(options_.progressIntervalSeconds);
     if (progress->done >= progress->total || due) {
       lastProgressPublish_ = now;
       setProgress(progress->done, total);

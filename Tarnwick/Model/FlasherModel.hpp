@@ -190,6 +190,9 @@ public:
   // Derived values.
   /// The product check finds at least one error.
   bool hasErrors() const;
+  /// The first finding that keeps the product from being flashed, in the interface language,
+  /// with the file it concerns ("app.bin: …"); none when there is none.
+  std::optional<std::string> blockingFinding() const;
   /// Idle, a port chosen, and a product without errors.
   bool canFlash() const;
   /// progressDone / progressTotal, 0 before a run.
@@ -345,7 +348,9 @@ private:
   std::optional<RunNarrator> narrator_;
   /// The board of the last run, by which a port that comes back is told new or the same.
   std::optional<PortChoice::FlashedBoard> lastFlashed_;
-  std::chrono::steady_clock::time_point lastProgressPublish_{};
+  /// When progress was last published; none yet in this run, so the first is never held back
+  /// (the steady clock's zero is the boot time, not "long ago").
+  std::optional<std::chrono::steady_clock::time_point> lastProgressPublish_;
   QTimer autosaveWork_;
   /// Compressed writes made once for the whole series of boards.
   std::shared_ptr<CompressionCache> compression_ = std::make_shared<CompressionCache>();

@@ -563,9 +563,13 @@ void MainWindow::refreshStatus() {
            qt(L10n::Panel::lastSuccess(summary.chip, formatByteCount(summary.bytes),
                                        formatSeconds(summary.seconds)));
   } else if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value)) {
-    text = qt(L10n::State::lastFlashFailed());
-  } else if (images.empty()) {
+    // The reason on screen, not only in the log.
+    text = qt(L10n::Panel::lastFailure(std::get<FlashOutcome::Failure>(outcome->value).message));
+  } else if (model_.product().images.empty()) {
     text = qt(L10n::Panel::addFirmwareToBegin());
+  } else if (auto finding = model_.blockingFinding()) {
+    // Flash is disabled: say why, findings about the whole product included.
+    text = qt(*finding);
   } else {
     // The run the Flash button would start: how many files, where they go, onto which port.
     std::string range;

@@ -160,6 +160,15 @@ TEST_F(ModelTest, EachPreferenceWithItsDefaultAndItsTypeRule) {
     EXPECT_EQ(next->property(property), value);
   EXPECT_FALSE(next->output().autoscroll());
   EXPECT_TRUE(next->hasUnsavedChanges());
+
+  // A test device is never remembered as the user's port: a normal start would offer it gone.
+  {
+    auto withTestDevice = makeModel({"/dev/pts/3"});
+    EXPECT_EQ(withTestDevice->selectedPath(), "/dev/pts/3");
+    withTestDevice->setSelectedPath("/dev/pts/3");
+  }
+  QSettings().sync();
+  EXPECT_EQ(makeModel()->selectedPath(), "/dev/ttyACM1");
 }
 
 TEST_F(ModelTest, SaveSaveAsOpenAndRecentDocuments) {

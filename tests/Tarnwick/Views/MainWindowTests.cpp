@@ -130,9 +130,23 @@ TEST_F(WindowTest, TargetSwitchShowsTheSectionsAndColumnsOfTheBoard) {
   };
   QTableWidget* table = w.fileList()->table();
   EXPECT_TRUE(espShown());
+  load(*model, espProduct(ESPChip::esp32, 4096));
+  // The visible columns fill the table exactly, whichever columns the target shows and after
+  // the window changes size: no blank band, nothing cut at the right edge.
+  auto fills = [&](const char* when) {
+    QCoreApplication::processEvents();
+    int sum = 0;
+    for (int column = 0; column < table->horizontalHeader()->count(); ++column)
+      if (!table->isColumnHidden(column)) sum += table->columnWidth(column);
+    EXPECT_EQ(sum, table->viewport()->width()) << when;
+  };
+  fills("ESP");
 
   w.targetPicker()->setFocus();
   QTest::keyClick(w.targetPicker(), Qt::Key_End); // the last board: Pro Micro
+  fills("Arduino");
+  w.resize(w.width() + 120, w.height());
+  fills("Arduino, wider");
   EXPECT_EQ(model->product().target, Target::avr(AVRBoard::proMicro));
   EXPECT_FALSE(sheet->connectionSection()->isVisible());
   EXPECT_FALSE(sheet->flashMemorySection()->isVisible());
@@ -143,6 +157,9 @@ TEST_F(WindowTest, TargetSwitchShowsTheSectionsAndColumnsOfTheBoard) {
   QTest::keyClick(w.targetPicker(), Qt::Key_Home);
   EXPECT_EQ(model->product().target, Target::esp());
   EXPECT_TRUE(espShown());
+  fills("ESP again");
+  w.resize(w.width() - 200, w.height());
+  fills("ESP, narrower");
   EXPECT_FALSE(table->isColumnHidden(FileListPanel::addressColumn));
   EXPECT_EQ(table->horizontalHeaderItem(FileListPanel::fileColumn)->text(), "File");
 }
@@ -249,6 +266,43 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   EXPECT_EQ(w.flashButton()->text(), "Flash");
   EXPECT_TRUE(w.portPicker()->isEnabled());
   EXPECT_EQ(w.statusDot()->color(), QColor(0x9A, 0x9A, 0x9A));
+}
+
+// Whenever Flash is off the status line says why, findings about the whole product included;
+// after a failed run it says the reason, not only that it failed.
+TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
+  LanguageOverride english(Language::en);
+  SimulatedESPOptions mute;
+  mute.silent = true;
+  SimulatedESP silent(mute);
+  MainWindow& w = open({silent.path()});
+
+  auto twoSketches = avrProduct(AVRBoard::uno, 1000);
+  twoSketches.add(FirmwareImage::Role::application, 0, firmwareLike(500), "other.hex");
+  auto unticked = espProduct(ESPChip::esp32, 4096);
+  for (auto& image : unticked.product.images)
+    image.enabled = false;
+  struct Case {
+    const char* what;
+    ProductWithFiles product;
+    QString status;
+  };
+  const std::vector<Case> cases = {
+      {"two sketches for one Arduino", twoSketches, "An Arduino board takes one sketch."},
+      {"every file unticked", unticked, "Nothing is ready to flash."},
+  };
+  for (const Case& c : cases) {
+    load(*model, c.product);
+    EXPECT_FALSE(w.flashButton()->isEnabled()) << c.what;
+    EXPECT_EQ(w.statusText()->text(), c.status) << c.what;
+  }
+
+  load(*model, espProduct(ESPChip::esp32, 4096));
+  QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
+  ASSERT_TRUE(waitUntilIdle(*model, 60000));
+  EXPECT_TRUE(w.statusText()->text().startsWith("Flashing failed: No connection with the "
+                                                "bootloader."))
+      << w.statusText()->text().toStdString();
 }
 
 TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
