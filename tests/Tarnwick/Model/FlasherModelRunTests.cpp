@@ -176,8 +176,8 @@ TEST_F(ModelTest, FailedAndCancelledRuns) {
   EXPECT_EQ(model->stageText(), "Stopped");
   ASSERT_GE(run.lines.size(), 2u);
   EXPECT_EQ(run.lines[run.lines.size() - 2], (LogSegment{Kind::warning, "✕ Stopped."}));
-  // The same note as on the command line: the board must be flashed again.
-  EXPECT_EQ(run.lines.back().text, "The board was restarted and is only partly written.");
+  // The same note as on the command line; this board never answered, so nothing was written.
+  EXPECT_EQ(run.lines.back().text, "It was stopped before the board answered: nothing was written.");
   EXPECT_EQ(model->statistics(), (FlashStatistics{0, 2, std::nullopt}));
   EXPECT_EQ(sounds->played.size(), 1u);
 
@@ -283,15 +283,22 @@ TEST_F(ModelTest, NewBoardsAreFlashedAutomatically) {
   ASSERT_TRUE(waitUntilIdle(*model));
   EXPECT_EQ(model->statistics().failed, 1);
 
-  // Within the quiet time after that run a new board is neither selected nor flashed…
+  // Within the quiet time after that run a board on its own USB that cannot be told from the
+  // one just flashed is neither selected nor flashed, and the log says so…
+  SerialPortInfo restarting{"/dev/ttyACM1", std::nullopt, espressifVendorID, 0x1001};
   model->portsChanged({usbPort("/dev/ttyUSB0"), usbPort("/dev/ttyUSB2"), usbPort("/dev/ttyACM0"),
-                       usbPort("/dev/ttyACM1")});
+                       restarting});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyACM0");
   EXPECT_EQ(scheduled.count(), 3);
+  EXPECT_TRUE(model->output().plainText().contains("Left alone: the board just flashed"));
   // …unless the selection vanished, and then only by the fallback rule.
-  model->portsChanged({usbPort("/dev/ttyUSB0"), usbPort("/dev/ttyACM5")});
+  model->portsChanged({usbPort("/dev/ttyUSB0"), restarting});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB0");
   EXPECT_EQ(scheduled.count(), 3);
+  // Behind a USB-serial chip a board coming right after the run is the next one.
+  model->portsChanged({usbPort("/dev/ttyUSB0"), restarting, usbPort("/dev/ttyUSB4")});
+  EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB4");
+  EXPECT_EQ(scheduled.count(), 4);
 }
 
 TEST_F(ModelTest, NewBoardAfterTheQuietTimeButNeverWithProductErrors) {
