@@ -11,15 +11,28 @@ std::string commandLineHelp() {
              "window opens it.\n\n"
              "  --test-device PATH  offer a pseudo-terminal as a port, to flash a simulated\n"
              "                      board (tarnwick-simboard); may be repeated\n"
+             "  --simulated-board[=BOARD]\n"
+             "                      start with a board simulated inside Tarnwick plugged in,\n"
+             "                      as Help ▸ Try with a Simulated Board does: BOARD as\n"
+             "                      “tarnwick-simboard --list” names it (esp32, uno, …), by\n"
+             "                      default the product's own; with no firmware yet, a demo\n"
+             "                      product for it is opened too; may be repeated\n"
              "  --screenshots DIR   save pictures of the window's main states in DIR and quit\n"
              "  --help              show this help and quit\n"
              "  --version           show the version and quit\n",
              "Gebruik: tarnwick [OPTIE]... [BESTAND.twflash]\n"
-             "Zet firmware via USB op ESP32-, ESP8266- en Arduino-borden.\n"
+             "Zet firmware via USB op ESP32-, ESP8266- en Arduino-boards.\n"
              "Een hier opgegeven productbestand wordt geopend; draait Tarnwick al, dan opent\n"
              "dat venster het.\n\n"
              "  --test-device PAD   een pseudoterminal als poort aanbieden, om een gesimuleerd\n"
-             "                      bord te flashen (tarnwick-simboard); mag herhaald worden\n"
+             "                      board te flashen (tarnwick-simboard); mag herhaald worden\n"
+             "  --simulated-board[=BOARD]\n"
+             "                      starten met een board aangesloten dat Tarnwick zelf\n"
+             "                      simuleert, zoals Help ▸ Uitproberen met een gesimuleerd\n"
+             "                      board: BOARD zoals ‘tarnwick-simboard --list’ het noemt\n"
+             "                      (esp32, uno, …), standaard dat van het product; zonder\n"
+             "                      firmware wordt er ook een demoproduct voor geopend; mag\n"
+             "                      herhaald worden\n"
              "  --screenshots MAP   afbeeldingen van de belangrijkste toestanden van het venster\n"
              "                      in MAP opslaan en stoppen\n"
              "  --help              deze hulp tonen en stoppen\n"
@@ -31,6 +44,13 @@ std::string commandLineHelp() {
              "  --test-device PFAD  ein Pseudo-Terminal als Schnittstelle anbieten, um ein\n"
              "                      simuliertes Board zu flashen (tarnwick-simboard);\n"
              "                      mehrfach möglich\n"
+             "  --simulated-board[=BOARD]\n"
+             "                      mit einem angeschlossenen Board starten, das Tarnwick\n"
+             "                      selbst simuliert, wie Hilfe ▸ Mit simuliertem Board\n"
+             "                      ausprobieren: BOARD so, wie „tarnwick-simboard --list“\n"
+             "                      es nennt (esp32, uno, …), sonst das des Produkts; ohne\n"
+             "                      Firmware wird dazu ein Demo-Produkt geöffnet; mehrfach\n"
+             "                      möglich\n"
              "  --screenshots ORDNER  Bilder der wichtigsten Zustände des Fensters in ORDNER\n"
              "                      speichern und beenden\n"
              "  --help              diese Hilfe zeigen und beenden\n"
@@ -41,6 +61,13 @@ std::string commandLineHelp() {
              "qui l’ouvre.\n\n"
              "  --test-device CHEMIN  proposer un pseudo-terminal comme port, pour flasher une\n"
              "                      carte simulée (tarnwick-simboard) ; peut être répété\n"
+             "  --simulated-board[=CARTE]\n"
+             "                      démarrer avec une carte simulée par Tarnwick lui-même déjà\n"
+             "                      branchée, comme Aide ▸ Essayer avec une carte simulée :\n"
+             "                      CARTE telle que « tarnwick-simboard --list » la nomme\n"
+             "                      (esp32, uno, …), par défaut celle du produit ; sans\n"
+             "                      firmware, un produit de démonstration est ouvert aussi ;\n"
+             "                      peut être répété\n"
              "  --screenshots DOSSIER  enregistrer des images des principaux états de la\n"
              "                      fenêtre dans DOSSIER, puis quitter\n"
              "  --help              afficher cette aide et quitter\n"
@@ -51,6 +78,13 @@ std::string commandLineHelp() {
              "ventana.\n\n"
              "  --test-device RUTA  ofrecer un pseudoterminal como puerto, para flashear una\n"
              "                      placa simulada (tarnwick-simboard); se puede repetir\n"
+             "  --simulated-board[=PLACA]\n"
+             "                      empezar con una placa que simula el propio Tarnwick ya\n"
+             "                      conectada, como Ayuda ▸ Probar con una placa simulada:\n"
+             "                      PLACA tal como la nombra «tarnwick-simboard --list»\n"
+             "                      (esp32, uno, …), por defecto la del producto; si aún no\n"
+             "                      hay firmware, también se abre un producto de\n"
+             "                      demostración; se puede repetir\n"
              "  --screenshots CARPETA  guardar imágenes de los estados principales de la\n"
              "                      ventana en CARPETA y salir\n"
              "  --help              mostrar esta ayuda y salir\n"
@@ -81,6 +115,16 @@ std::string noRunToPicture() {
              "Kein Durchlauf zum Abbilden: Gib --test-device und ein Produkt an.",
              "Aucun flashage à photographier : indiquez --test-device et un produit.",
              "No hay ningún flasheo que capturar: indica --test-device y un producto."});
+}
+
+std::string notSimulable(const std::string& board, const std::string& boards) {
+  return tr({"“", "‘", "„", "« ", "«"}) + board +
+         tr({"” is no board that can be simulated; choose one of ",
+             "’ is geen board dat gesimuleerd kan worden; kies uit ",
+             "“ ist kein Board, das sich simulieren lässt; zur Wahl stehen ",
+             " » n’est pas une carte qui peut être simulée ; choisissez parmi ",
+             "» no es una placa que se pueda simular; elige entre "}) +
+         boards + ".";
 }
 
 } // namespace tarnwick::L10n::Desktop

@@ -14,4 +14,6 @@ std::string savedScreenshot(const std::string& path);
 std::string cannotWriteScreenshots(const std::string& folder);
 /// --screenshots got nothing to flash, so the pictures of a run are missing.
 std::string noRunToPicture();
+/// --simulated-board named a board that cannot be simulated; `boards` lists those that can.
+std::string notSimulable(const std::string& board, const std::string& boards);
 } // namespace tarnwick::L10n::Desktop

@@ -80,6 +80,28 @@ HelpTopic start() {
                "**Pulsa Flasheo** (Ctrl+R). La línea de estado muestra cada paso; al terminar, la "
                "placa se reinicia con el firmware nuevo."},
           }),
+          tip({"No board at hand? **Try with a Simulated Board** in the **Help** menu plugs in a "
+               "board that Tarnwick simulates itself, as if it were connected over USB. Without "
+               "firmware yet it also opens a demo product, so **Flash** works right away. The "
+               "same menu pulls the board out again.",
+               "Geen board bij de hand? **Uitproberen met een gesimuleerd board** in het menu "
+               "**Help** sluit een board aan dat Tarnwick zelf simuleert, alsof het via USB "
+               "verbonden is. Is er nog geen firmware, dan opent het ook een demoproduct, zodat "
+               "**Flashen** meteen werkt. In hetzelfde menu koppel je het board weer los.",
+               "Kein Board zur Hand? **Mit simuliertem Board ausprobieren** im Menü **Hilfe** "
+               "schließt ein Board an, das Tarnwick selbst simuliert, als wäre es per USB "
+               "verbunden. Gibt es noch keine Firmware, öffnet es dazu ein Demo-Produkt, sodass "
+               "**Flashen** sofort funktioniert. Im selben Menü ziehst du das Board wieder ab.",
+               "Pas de carte sous la main\u00A0? **Essayer avec une carte simulée** dans le menu "
+               "**Aide** branche une carte que Tarnwick simule lui-même, comme si elle était "
+               "reliée en USB. S’il n’y a pas encore de firmware, un produit de démonstration "
+               "s’ouvre aussi, et **Flashage** fonctionne tout de suite. Le même menu permet de "
+               "la débrancher.",
+               "¿No tienes una placa a mano? **Probar con una placa simulada** en el menú "
+               "**Ayuda** conecta una placa que simula el propio Tarnwick, como si estuviera "
+               "conectada por USB. Si aún no hay firmware, también abre un producto de "
+               "demostración, así que **Flasheo** funciona enseguida. En el mismo menú la "
+               "desconectas de nuevo."}),
           screenshot("window-empty.png", {"The window before any firmware is added.",
                                           "Het venster voordat er firmware is toegevoegd.",
                                           "Das Fenster, bevor Firmware hinzugefügt wurde.",

@@ -35,4 +35,37 @@ std::string textFileFilter() {
 
 std::string close() { return tr({"Close", "Sluiten", "Schließen", "Fermer", "Cerrar"}); }
 
+std::string trySimulatedBoard() {
+  return tr({"Try with a Simulated Board", "Uitproberen met een gesimuleerd board",
+             "Mit simuliertem Board ausprobieren", "Essayer avec une carte simulée",
+             "Probar con una placa simulada"});
+}
+
+std::string trySimulatedBoardTooltip() {
+  return tr({"Plugs in a board that Tarnwick simulates itself, to try flashing without hardware. "
+             "Without firmware yet, a demo product for the board is opened too.",
+             "Sluit een board aan dat Tarnwick zelf simuleert, om flashen zonder hardware uit te "
+             "proberen. Is er nog geen firmware, dan wordt er ook een demoproduct voor het board "
+             "geopend.",
+             "Schließt ein Board an, das Tarnwick selbst simuliert, um das Flashen ohne Hardware "
+             "auszuprobieren. Gibt es noch keine Firmware, wird dazu ein Demo-Produkt für das "
+             "Board geöffnet.",
+             "Branche une carte que Tarnwick simule lui-même, pour essayer le flashage sans "
+             "matériel. S’il n’y a pas encore de firmware, un produit de démonstration pour "
+             "cette carte est ouvert aussi.",
+             "Conecta una placa que simula el propio Tarnwick, para probar el flasheo sin "
+             "hardware. Si aún no hay firmware, también se abre un producto de demostración "
+             "para la placa."});
+}
+
+// Chips and Arduino boards are masculine where the words agree ("den ESP32", "l’Arduino Uno"),
+// and every board's name starts with a vowel, so French elides the article before all of them.
+std::string unplugSimulatedBoard(const std::string& board, const std::string& path) {
+  const std::string port = " (" + path + ")";
+  return tr({"Unplug Simulated ", "Gesimuleerde ", "Simulierten ", "Débrancher l’",
+             "Desconectar el "}) +
+         board + tr({"", "", "", " simulé", " simulado"}) + port +
+         tr({"", " loskoppelen", " abziehen", "", ""});
+}
+
 } // namespace tarnwick::L10n::Window

@@ -19,4 +19,9 @@ std::string productFileFilter();
 std::string firmwareFileFilter();
 std::string textFileFilter();
 std::string close();
+/// Help ▸ Try with a Simulated Board: the submenu, and the explanation shown with it.
+std::string trySimulatedBoard();
+std::string trySimulatedBoardTooltip();
+/// The submenu's entry that pulls one simulated board out again.
+std::string unplugSimulatedBoard(const std::string& board, const std::string& path);
 } // namespace tarnwick::L10n::Window

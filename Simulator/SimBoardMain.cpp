@@ -14,11 +14,9 @@
 #include <string_view>
 #include <thread>
 
-#include "FlashCore/AVR.hpp"
+#include "Localization/AVRTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
-#include "Simulator/DemoFirmware.hpp"
-#include "Simulator/SimulatedAVR.hpp"
-#include "Simulator/SimulatedESP.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;
@@ -29,18 +27,11 @@ namespace {
 std::atomic<bool> stopRequested = false;
 extern "C" void onSignal(int) { stopRequested = true; }
 
-// Caterina boards restart their bootloader on a new port, which a pseudo-terminal cannot imitate.
-bool simulable(AVRBoard board) { return protocol(board) != AVRProtocol::avr109; }
-
 void printBoards() {
   std::printf("%s\n", Texts::boardsHeading().c_str());
-  for (ESPChip chip : ESPChips::all)
-    std::printf("  %-20s %s\n", std::string(rawValue(chip)).c_str(),
-                std::string(displayName(chip)).c_str());
-  for (AVRBoard board : AVRBoards::all)
-    if (simulable(board))
-      std::printf("  %-20s %s\n", std::string(rawValue(board)).c_str(),
-                  std::string(displayName(board)).c_str());
+  for (const Target& target : SimulatedBoard::simulable())
+    std::printf("  %-20s %s\n", SimulatedBoard::shortName(target).c_str(),
+                SimulatedBoard::displayName(target).c_str());
 }
 
 int usageError(const std::string& message) {
@@ -83,44 +74,28 @@ int main(int argc, char** argv) {
   }
   if (!board) return usageError(Texts::missingBoard());
 
-  const std::optional<ESPChip> chip = espChipFromRawValue(*board);
-  const std::optional<AVRBoard> avrBoard = avrBoardFromRawValue(*board);
-  if (!chip && !avrBoard) return usageError(Texts::unknownBoard(*board));
-  if (avrBoard && !simulable(*avrBoard))
-    return failure(Texts::cannotSimulate(std::string(displayName(*avrBoard))));
-  const std::string name(chip ? displayName(*chip) : displayName(*avrBoard));
+  const std::optional<Target> target = SimulatedBoard::fromShortName(*board);
+  if (!target) {
+    if (auto caterina = avrBoardFromRawValue(*board))
+      return failure(Texts::cannotSimulate(L10n::Product::boardName(*caterina)));
+    return usageError(Texts::unknownBoard(*board));
+  }
+  const std::string name = SimulatedBoard::displayName(*target);
 
+  std::unique_ptr<SimulatedBoard> simulated;
   if (demo) {
     try {
-      if (chip)
-        writeDemoBuild(*chip, *demo);
-      else
-        writeDemoSketch(*demo);
+      SimulatedBoard::writeDemo(*target, *demo);
     } catch (const std::filesystem::filesystem_error& error) {
       return failure(Texts::cannotWriteDemo(demo->string(), error.code().message()));
     }
   }
-
-  std::unique_ptr<SimulatedESP> esp;
-  std::unique_ptr<SimulatedAVR> avr;
-  std::string path;
   try {
-    if (chip) {
-      SimulatedESPOptions options;
-      options.chip = *chip;
-      options.paceLine = pace;
-      esp = std::make_unique<SimulatedESP>(options);
-      path = esp->path();
-    } else {
-      SimulatedAVROptions options;
-      options.board = *avrBoard;
-      options.paceLine = pace;
-      avr = std::make_unique<SimulatedAVR>(options);
-      path = avr->path();
-    }
+    simulated = std::make_unique<SimulatedBoard>(*target, pace);
   } catch (const std::runtime_error& error) {
     return failure(Texts::cannotOpenTerminal(error.what()));
   }
+  const std::string path = simulated->path();
   // The first line is for scripts; the explanation is for a person at a terminal.
   std::printf("%s\n", path.c_str());
   std::fflush(stdout);

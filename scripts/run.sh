@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # Sets up the machine, builds Tarnwick and starts it. Arguments are handed to the program, for
 # example a product file or --test-device PATH (see `build/Tarnwick/tarnwick --help`).
-# Without a display the command-line demo runs instead: a whole flashing run of tarnwick-cli
-# against a simulated ESP32.
+# Without a USB board the window starts with a simulated board plugged in (and a demo product
+# when there is none yet), so there is something to flash at once. Without a display the
+# command-line demo runs instead: a whole flashing run of tarnwick-cli against a simulated ESP32.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -34,4 +35,14 @@ fi
 
 echo "Building Tarnwick (log: build/run-build.log)…"
 build tarnwick
-exec build/Tarnwick/tarnwick "$@"
+
+# USB serial boards appear as ttyUSB (behind an adapter chip) or ttyACM (USB CDC) devices.
+arguments=("$@")
+if ! compgen -G '/dev/ttyUSB*' >/dev/null && ! compgen -G '/dev/ttyACM*' >/dev/null &&
+   [[ " $* " != *" --test-device"* && " $* " != *" --simulated-board"* ]]; then
+  echo "No USB board found: Tarnwick starts with a simulated board plugged in"
+  echo "(Help ▸ Try with a Simulated Board plugs in more, and pulls them out again)."
+  # First, so that a "--" among the arguments cannot make it a file name.
+  arguments=(--simulated-board "$@")
+fi
+exec build/Tarnwick/tarnwick "${arguments[@]}"

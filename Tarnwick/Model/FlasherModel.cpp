@@ -11,6 +11,7 @@
 #include <QSaveFile>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 #include <QTime>
 
 #include <algorithm>
@@ -31,6 +32,8 @@
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
+#include "Localization/SimulatorTexts.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
 
@@ -204,6 +207,11 @@ std::optional<SerialPortInfo> FlasherModel::selectedPort() const {
 QString FlasherModel::portLabel(const QString& path) const {
   std::string raw = path.toStdString();
   if (isTestDevice(raw)) return qs(L10n::Model::testDevice(raw));
+  for (const auto& board : simulated_) {
+    if (board->path() == raw)
+      return qs(L10n::Model::simulatedBoard(simulator::SimulatedBoard::displayName(board->target()),
+                                            raw));
+  }
   for (const auto& port : ports_) {
     if (port.path == raw) return qs(visible(PortScanner::displayName(port)));
   }
@@ -503,7 +511,19 @@ bool FlasherModel::isTestDevice(const std::string& path) const {
   return std::ranges::find(options_.testDevices, path) != options_.testDevices.end();
 }
 
-std::vector<SerialPortInfo> FlasherModel::withTestDevices(std::vector<SerialPortInfo> ports) const {
+bool FlasherModel::isSimulatedBoard(const QString& path) const {
+  return std::ranges::any_of(
+      simulated_, [raw = path.toStdString()](const auto& board) { return board->path() == raw; });
+}
+
+bool FlasherModel::allowsTestDevice(const std::string& path) const {
+  return isTestDevice(path) || isSimulatedBoard(qs(path));
+}
+
+std::vector<SerialPortInfo> FlasherModel::withOwnPorts(std::vector<SerialPortInfo> ports) const {
+  for (const auto& board : simulated_)
+    ports.push_back(board->port());
+  sortPorts(ports);
   for (const auto& path : options_.testDevices) {
     bool listed =
         std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
@@ -513,9 +533,9 @@ std::vector<SerialPortInfo> FlasherModel::withTestDevices(std::vector<SerialPort
 }
 
 void FlasherModel::setSelectedPath(const QString& path) {
-  // A test device lives only as long as this start; a later start would offer a port that
-  // is gone and fail on it.
-  if (!isTestDevice(path.toStdString())) defaults_->setValue(Keys::port, path);
+  // A test device or a simulated board lives only as long as this start; a later start would
+  // offer a port that is gone and fail on it.
+  if (!allowsTestDevice(path.toStdString())) defaults_->setValue(Keys::port, path);
   if (selectedPath_ == path) return;
   selectedPath_ = path;
   emit selectedPathChanged();
@@ -525,7 +545,8 @@ void FlasherModel::setSelectedPath(const QString& path) {
 void FlasherModel::selectPort(const std::string& path) { setSelectedPath(qs(path)); }
 
 void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
-  auto listed = withTestDevices(ports);
+  scanned_ = ports;
+  auto listed = withOwnPorts(ports);
   if (listed != ports_) {
     ports_ = std::move(listed);
     emit portListChanged();
@@ -576,6 +597,84 @@ void FlasherModel::scheduleAutoFlash(const std::string& path) {
   });
 }
 
+// MARK: - Simulated boards
+
+std::vector<FlasherModel::SimulatedPort> FlasherModel::simulatedBoards() const {
+  std::vector<SimulatedPort> boards;
+  for (const auto& board : simulated_)
+    boards.push_back({board->path(), board->target()});
+  return boards;
+}
+
+QString FlasherModel::plugInSimulatedBoard(const Target& target) {
+  std::unique_ptr<simulator::SimulatedBoard> board;
+  try {
+    board = std::make_unique<simulator::SimulatedBoard>(target, options_.paceSimulatedBoards);
+  } catch (const std::invalid_argument&) {
+    setErrorMessage(
+        qs(L10n::Simulator::cannotSimulate(simulator::SimulatedBoard::displayName(target))));
+    return {};
+  } catch (const std::exception& error) {
+    setErrorMessage(qs(L10n::Simulator::cannotOpenTerminal(error.what())));
+    return {};
+  }
+  const QString path = qs(board->path());
+  simulated_.push_back(std::move(board));
+  appendLine({LogSegment::Kind::meta,
+              L10n::Model::simulatedBoardPluggedIn(portLabel(path).toStdString())});
+  // Something to flash comes first, so that automatic flashing finds a product without errors.
+  if (product_.images.empty() && state_ == FlasherState::idle) openDemoProduct(target);
+  // The board was certainly not there before, even when no list has arrived yet.
+  if (!knownPaths_) knownPaths_ = PortChoice::pathsOf(ports_);
+  portsChanged(scanned_);
+  emit simulatedBoardsChanged();
+  return path;
+}
+
+void FlasherModel::unplugSimulatedBoard(const QString& path) {
+  auto board = std::ranges::find_if(
+      simulated_, [raw = path.toStdString()](const auto& b) { return b->path() == raw; });
+  if (board == simulated_.end()) return;
+  const std::string label = portLabel(path).toStdString();
+  // Its pseudo-terminal closes here: a run on it sees the line hang up.
+  simulated_.erase(board);
+  appendLine({LogSegment::Kind::meta, L10n::Model::simulatedBoardUnplugged(label)});
+  portsChanged(scanned_);
+  emit simulatedBoardsChanged();
+}
+
+void FlasherModel::openDemoProduct(const Target& target) {
+  const std::string name = L10n::Model::demoProduct(simulator::SimulatedBoard::displayName(target));
+  // Imported as a build folder is, and then gone: the product holds its own copy of the files.
+  QTemporaryDir scratch;
+  const std::filesystem::path folder = std::filesystem::path(scratch.path().toStdString()) / name;
+  try {
+    if (!scratch.isValid()) {
+      const QFileInfo temporary(QDir::tempPath());
+      const std::errc cause = !temporary.exists()  ? std::errc::no_such_file_or_directory
+                              : !temporary.isDir() ? std::errc::not_a_directory
+                                                   : std::errc::permission_denied;
+      throw std::filesystem::filesystem_error("demo", QDir::tempPath().toStdString(),
+                                              std::make_error_code(cause));
+    }
+    simulator::SimulatedBoard::writeDemo(target, folder);
+  } catch (const std::filesystem::filesystem_error& error) {
+    setErrorMessage(qs(L10n::Simulator::cannotWriteDemo(
+        error.path1().empty() ? folder.string() : error.path1().string(),
+        L10n::Errors::systemCause(error.code().value()))));
+    return;
+  }
+  setFiles({});
+  setProductURL(std::nullopt);
+  Product product = freshProduct(target);
+  product.name = name;
+  setProduct(product);
+  importFolder(folder);
+  // A demo is a new product: nothing to save until it is changed.
+  setUnsaved(false);
+  setOutcome(std::nullopt);
+}
+
 // MARK: - Flashing
 
 void FlasherModel::startFlash() {
@@ -592,7 +691,7 @@ void FlasherModel::startFlash() {
   std::string path = selectedPath_.toStdString();
   QPointer<FlasherModel> weak(this);
   auto job = std::make_shared<FlashJob>(
-      product_, files_, path, isTestDevice(path), [weak](const FlashEvent& event) {
+      product_, files_, path, allowsTestDevice(path), [weak](const FlashEvent& event) {
         postToModel(weak, [event](FlasherModel& model) { model.handle(event); });
       });
   job->usbJTAGFirst = prefersUSBJTAGReset(selectedPort());

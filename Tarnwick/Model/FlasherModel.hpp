@@ -32,6 +32,10 @@ class QSettings;
 
 namespace tarnwick {
 
+namespace simulator {
+class SimulatedBoard;
+}
+
 class FlashJob;
 class OutputBuffer;
 class SoundSink;
@@ -145,6 +149,15 @@ public:
     double quietSeconds = 6.0;
     /// Shortest time between two published progress values within one file.
     double progressIntervalSeconds = 0.05;
+    /// Simulated boards take as long as a real serial line, so a run can be watched.
+    bool paceSimulatedBoards = true;
+  };
+
+  /// A simulated board plugged in from the Help menu or the command line.
+  struct SimulatedPort {
+    std::string path;
+    Target target;
+    bool operator==(const SimulatedPort&) const = default;
   };
 
   /// Ports with this USB vendor id are Espressif's own USB-JTAG interface.
@@ -209,6 +222,19 @@ public:
   bool canQuit() const { return state_ == FlasherState::idle; }
   /// "Wait until flashing has finished. …"
   static QString quitRefusedText();
+  /// The simulated boards plugged in, in that order.
+  std::vector<SimulatedPort> simulatedBoards() const;
+  bool isSimulatedBoard(const QString& path) const;
+
+  // Simulated boards.
+  /// Starts a simulated board of `target` inside the program and plugs it in: its port joins the
+  /// list as a USB board would, so it is selected as a new board and flashed automatically when
+  /// that is on. With no firmware in the product, a demo product for the board is opened first.
+  /// Returns the board's path; empty when it could not be started (`errorMessage` says why).
+  QString plugInSimulatedBoard(const tarnwick::Target& target);
+  /// Pulls the simulated board on `path` out: its port leaves the list, and a run on it fails as
+  /// one does when a cable is pulled.
+  void unplugSimulatedBoard(const QString& path);
 
 public slots:
   // Life cycle.
@@ -291,6 +317,7 @@ signals:
   void logLineAppended(const std::vector<tarnwick::LogSegment>& segments);
   /// A board appeared and will be flashed once the delay has passed.
   void autoFlashScheduled(const QString& path);
+  void simulatedBoardsChanged();
 
 public:
   /// One event of the running job, on the main thread: stage text, throttled progress and log
@@ -313,7 +340,12 @@ private:
   void addRecentDocument(const std::filesystem::path& location);
   void scheduleAutoFlash(const std::string& path);
   bool isTestDevice(const std::string& path) const;
-  std::vector<SerialPortInfo> withTestDevices(std::vector<SerialPortInfo> ports) const;
+  /// A pseudo-terminal the engine may open: a test device or a simulated board.
+  bool allowsTestDevice(const std::string& path) const;
+  /// The scanner's list with the simulated boards among the USB ports and the test devices last.
+  std::vector<SerialPortInfo> withOwnPorts(std::vector<SerialPortInfo> ports) const;
+  /// A product with the demo build for `target`, in place of an empty one.
+  void openDemoProduct(const Target& target);
   void emitDerived();
   /// Remembers a switch in the settings and in `value`; true when that changed it.
   bool storeSwitch(const char* key, bool& value, bool on);
@@ -342,6 +374,9 @@ private:
   bool outputIsEmpty_ = true;
   QString errorMessage_;
 
+  /// The scanner's last list, before the program's own ports are added.
+  std::vector<SerialPortInfo> scanned_;
+  std::vector<std::unique_ptr<simulator::SimulatedBoard>> simulated_;
   std::optional<std::set<std::string>> knownPaths_;
   std::shared_ptr<FlashJob> job_;
   /// The words of the run in progress.

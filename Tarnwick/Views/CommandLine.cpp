@@ -2,8 +2,28 @@
 
 #include "Localization/CliTexts.hpp"
 #include "Localization/DesktopTexts.hpp"
+#include "Localization/SimulatorTexts.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 
 namespace tarnwick {
+
+namespace {
+
+using simulator::SimulatedBoard;
+
+// An empty name is the product's board; anything else must name a board that can be simulated.
+std::string simulatedBoardError(const std::string& name) {
+  if (name.empty() || SimulatedBoard::fromShortName(name)) return {};
+  for (const Target& target : Target::all())
+    if (target.avrBoard() && SimulatedBoard::shortName(target) == name)
+      return L10n::Simulator::cannotSimulate(SimulatedBoard::displayName(target));
+  std::string boards;
+  for (const Target& target : SimulatedBoard::simulable())
+    boards += (boards.empty() ? "" : ", ") + SimulatedBoard::shortName(target);
+  return L10n::Desktop::notSimulable(name, boards);
+}
+
+} // namespace
 
 CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
   CommandLine line;
@@ -46,6 +66,10 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
       line.version = true;
     } else if (name == "--test-device") {
       if (takeValue()) line.testDevices.push_back(value);
+    } else if (name == "--simulated-board") {
+      if (hasValue && !takeValue()) continue;
+      line.error = simulatedBoardError(value);
+      if (line.error.empty()) line.simulatedBoards.push_back(value);
     } else if (name == "--screenshots") {
       if (takeValue()) line.screenshotFolder = value;
     } else {

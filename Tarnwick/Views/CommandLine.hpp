@@ -12,6 +12,9 @@ struct CommandLine {
   std::vector<std::string> files;
   /// Pseudo-terminals offered as ports, in the order given.
   std::vector<std::string> testDevices;
+  /// Boards to simulate and plug in at start, by their short names ("esp32", "uno"); an empty
+  /// name stands for the product's own board.
+  std::vector<std::string> simulatedBoards;
   /// Where --screenshots saves its pictures; empty when not asked.
   std::string screenshotFolder;
   bool help = false;
@@ -23,7 +26,8 @@ struct CommandLine {
 };
 
 /// Reads the arguments after the program name. Options may come in any order; "--" ends them,
-/// and "--option=value" is the same as "--option value".
+/// and "--option=value" is the same as "--option value". An option whose value may be left out
+/// takes one only after "=", as GNU programs do.
 CommandLine parseCommandLine(const std::vector<std::string>& arguments);
 
 } // namespace tarnwick

@@ -29,6 +29,7 @@
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
+#include "FlashCore/ProductPackage.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Help.hpp"
@@ -37,7 +38,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
-#include "FlashCore/ProductPackage.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -150,6 +151,9 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
     log_->viewport()->update();
   });
   connect(&model_, &FlasherModel::recentDocumentsChanged, this, &MainWindow::refreshRecent);
+  connect(&model_, &FlasherModel::simulatedBoardsChanged, this,
+          &MainWindow::refreshSimulatedBoards);
+  connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshSimulatedBoards);
   // The alert comes from the event loop so a message set inside another dialog's handler does
   // not stack a modal loop inside it.
   connect(&model_, &FlasherModel::errorMessageChanged, this, &MainWindow::showErrorMessage,
@@ -166,6 +170,7 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   refreshStatus();
   refreshBanner();
   refreshRecent();
+  refreshSimulatedBoards();
   if (!model_.errorMessage().isEmpty())
     QMetaObject::invokeMethod(this, &MainWindow::showErrorMessage, Qt::QueuedConnection);
   resize(980, 720);
@@ -234,6 +239,12 @@ QWidget* MainWindow::buildBanner() {
   symbol->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(20, 20));
   auto* text = new QLabel(qt(L10n::Notice::noUSBBoard()));
   text->setWordWrap(true);
+  // The way out for someone without a board at hand; its menu is made with the Help menu.
+  trySimulated_ = new QToolButton;
+  trySimulated_->setObjectName("trySimulatedBoard");
+  trySimulated_->setText(qt(W::trySimulatedBoard()));
+  trySimulated_->setToolTip(qt(W::trySimulatedBoardTooltip()));
+  trySimulated_->setPopupMode(QToolButton::InstantPopup);
   auto* dismiss = new QPushButton(qt(L10n::Notice::dismiss()));
   dismiss->setFlat(true);
   connect(dismiss, &QPushButton::clicked, this, [this] {
@@ -242,6 +253,7 @@ QWidget* MainWindow::buildBanner() {
   });
   layout->addWidget(symbol);
   layout->addWidget(text, 1);
+  layout->addWidget(trySimulated_);
   layout->addWidget(dismiss);
   return banner_;
 }
@@ -398,6 +410,22 @@ void MainWindow::buildMenus() {
   add(
       help, L10n::Help::windowTitle(), [this] { showHelp(); },
       QKeySequence(QKeySequence::HelpContents));
+  help->addSeparator();
+  simulatedMenu_ = help->addMenu(qt(W::trySimulatedBoard()));
+  simulatedMenu_->setObjectName("simulatedBoardMenu");
+  simulatedMenu_->menuAction()->setToolTip(qt(W::trySimulatedBoardTooltip()));
+  simulatedMenu_->setToolTipsVisible(true);
+  for (const Target& target : simulator::SimulatedBoard::simulable()) {
+    QAction* action = simulatedMenu_->addAction(targetName(target));
+    action->setData(QString::fromStdString(target.text()));
+    action->setToolTip(qt(W::trySimulatedBoardTooltip()));
+    connect(action, &QAction::triggered, this,
+            [this, target] { model_.plugInSimulatedBoard(target); });
+  }
+  // The board the product is for is the one offered: Enter takes it.
+  connect(simulatedMenu_, &QMenu::aboutToShow, this,
+          [this] { simulatedMenu_->setActiveAction(simulatedMenu_->defaultAction()); });
+  trySimulated_->setMenu(simulatedMenu_);
 
   // The log options popover of the status line: the same actions as the menu.
   auto* options = new QMenu(logOptions_);
@@ -623,6 +651,31 @@ void MainWindow::refreshRecent() {
       recentMenu_->addAction(qt(W::clearRecent()), &model_, &FlasherModel::clearRecentDocuments);
   clear->setEnabled(!recent.isEmpty());
   recentMenu_->setToolTipsVisible(true);
+}
+
+void MainWindow::refreshSimulatedBoards() {
+  const QString offered = QString::fromStdString(
+      simulator::SimulatedBoard::suggestedFor(model_.product().target).text());
+  for (QAction* action : simulatedMenu_->actions()) {
+    if (action->data().toString() == offered) simulatedMenu_->setDefaultAction(action);
+  }
+  // An entry may be the one being triggered right now: it goes once its signal has returned.
+  for (QAction* action : unplugActions_) {
+    simulatedMenu_->removeAction(action);
+    action->deleteLater();
+  }
+  unplugActions_.clear();
+  const auto boards = model_.simulatedBoards();
+  if (boards.empty()) return;
+  unplugActions_ << simulatedMenu_->addSeparator();
+  for (const auto& board : boards) {
+    const QString path = QString::fromStdString(board.path);
+    QAction* action = simulatedMenu_->addAction(qt(
+        W::unplugSimulatedBoard(simulator::SimulatedBoard::displayName(board.target), board.path)));
+    action->setData(path);
+    connect(action, &QAction::triggered, this, [this, path] { model_.unplugSimulatedBoard(path); });
+    unplugActions_ << action;
+  }
 }
 
 void MainWindow::showErrorMessage() {

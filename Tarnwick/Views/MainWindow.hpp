@@ -57,6 +57,9 @@ public:
   QPushButton* flashButton() const { return flashButton_; }
   QAction* flashAction() const { return flashAction_; }
   QFrame* noBoardBanner() const { return banner_; }
+  /// Help ▸ Try with a Simulated Board: one entry per board that can be simulated, then one per
+  /// simulated board plugged in, to pull it out.
+  QMenu* simulatedBoardMenu() const { return simulatedMenu_; }
   QComboBox* targetPicker() const { return targetPicker_; }
   FileListPanel* fileList() const { return fileList_; }
   SettingsSheet* settingsSheet();
@@ -97,6 +100,7 @@ private:
   void refreshStatus();
   void refreshBanner();
   void refreshRecent();
+  void refreshSimulatedBoards();
   void showErrorMessage();
 
   FlasherModel& model_;
@@ -127,6 +131,9 @@ private:
   QAction* saveLogAction_ = nullptr;
   QAction* clearLogAction_ = nullptr;
   QMenu* recentMenu_ = nullptr;
+  QMenu* simulatedMenu_ = nullptr;
+  QList<QAction*> unplugActions_;
+  QToolButton* trySimulated_ = nullptr;
   QList<QAction*> editActions_;
   QPointer<SettingsSheet> settings_;
   QPointer<HelpWindow> help_;

@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
+#include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
@@ -109,6 +110,13 @@ void TarnwickApp::start() {
   window_ = std::make_unique<MainWindow>(*model_);
   // The screenshot mode takes its file itself, between two pictures.
   if (line_.screenshotFolder.empty()) openFiles(absoluteFiles(line_.files));
+  // After the files: a product given on the command line is what the board is for, and only
+  // without one does a demo come with the board.
+  for (const std::string& name : line_.simulatedBoards) {
+    using simulator::SimulatedBoard;
+    model_->plugInSimulatedBoard(SimulatedBoard::fromShortName(name).value_or(
+        SimulatedBoard::suggestedFor(model_->product().target)));
+  }
   connect(qApp, &QCoreApplication::aboutToQuit, model_.get(), &FlasherModel::saveWorkNow);
 }
 

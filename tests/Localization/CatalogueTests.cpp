@@ -13,12 +13,14 @@
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
 #include "Localization/Language.hpp"
+#include "Localization/ModelTexts.hpp"
 #include "Localization/PackageTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
 #include "Localization/StationTexts.hpp"
+#include "Localization/WindowTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -160,6 +162,14 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Simulator::cannotWriteDemo("d", "r"); },
       [] { return L::Simulator::serving("ESP32", "/dev/pts/3"); },
       [] { return L::Simulator::demoWritten("d"); },
+      [] { return L::Desktop::notSimulable("esp33", "esp32, uno"); },
+      [] { return L::Model::simulatedBoard("ESP32", "/dev/pts/3"); },
+      [] { return L::Model::simulatedBoardPluggedIn("Simulated ESP32 (/dev/pts/3)"); },
+      [] { return L::Model::simulatedBoardUnplugged("Simulated ESP32 (/dev/pts/3)"); },
+      [] { return L::Model::demoProduct("ESP32"); },
+      [] { return L::Window::trySimulatedBoard(); },
+      [] { return L::Window::trySimulatedBoardTooltip(); },
+      [] { return L::Window::unplugSimulatedBoard("ESP32", "/dev/pts/3"); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;

@@ -1,12 +1,16 @@
 // Whole runs through the model against simulated boards on pseudo-terminals, and the automatic
 // flashing of boards as they are plugged in.
 #include <QRegularExpression>
+#include <QSettings>
 #include <QSignalSpy>
+#include <fstream>
 
 #include "FlashEngine/FlashEvent.hpp"
 #include "Localization/Language.hpp"
+#include "Localization/SimulatorTexts.hpp"
 #include "ModelFixture.hpp"
 #include "Simulator/SimulatedAVR.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 
@@ -326,4 +330,136 @@ TEST_F(ModelTest, NewBoardAfterTheQuietTimeButNeverWithProductErrors) {
   model->portsChanged({usbPort("/dev/ttyUSB8"), usbPort("/dev/ttyUSB9"), usbPort("/dev/ttyUSB10")});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB10");
   EXPECT_EQ(scheduled.count(), 1);
+}
+
+// Help ▸ Try with a Simulated Board: boards simulated inside the program behave as USB boards
+// behind an adapter do, several at once, and bring a demo when there is nothing to flash.
+TEST_F(ModelTest, SimulatedBoardsArePluggedInAndPulledOutLikeUSBBoards) {
+  LanguageOverride english(Language::en);
+  auto model = makeModel();
+  model->portsChanged({usbPort("/dev/ttyUSB0")});
+  QSignalSpy boardsChanged(model.get(), &FlasherModel::simulatedBoardsChanged);
+  QSignalSpy scheduled(model.get(), &FlasherModel::autoFlashScheduled);
+  auto listed = [&](const QString& path) {
+    return std::ranges::find(model->ports(), path.toStdString(), &SerialPortInfo::path);
+  };
+  auto logged = [&](const QString& line) { return model->output().plainText().contains(line); };
+
+  // The first board, into an empty product: a demo for it opens, and it is the new board.
+  const QString first = model->plugInSimulatedBoard(Target::esp(ESPChip::esp32));
+  ASSERT_TRUE(first.startsWith("/dev/pts/"));
+  EXPECT_EQ(model->selectedPath(), first);
+  EXPECT_EQ(model->product().name, "ESP32 demo");
+  EXPECT_EQ(model->product().target, Target::esp(ESPChip::esp32));
+  EXPECT_EQ(model->product().images.size(), 4u);
+  EXPECT_FALSE(model->hasUnsavedChanges());
+  EXPECT_TRUE(model->canFlash());
+  EXPECT_EQ(scheduled.count(), 0); // automatic flashing is off
+  // Listed, but never remembered as the port for the next start.
+  ASSERT_NE(listed(first), model->ports().end());
+  EXPECT_EQ(QSettings().value("port").toString(), "/dev/ttyUSB0");
+  EXPECT_TRUE(logged("Simulated ESP32 (" + first + ") plugged in"));
+  // Named as simulated in every language.
+  std::set<QString> labels;
+  for (Language language : allLanguages) {
+    LanguageOverride override(language);
+    const QString label = model->portLabel(first);
+    EXPECT_TRUE(label.contains("ESP32") && label.endsWith(" (" + first + ")"))
+        << label.toStdString();
+    labels.insert(label);
+  }
+  EXPECT_EQ(labels.size(), 5u);
+  // The scanner's next list keeps it.
+  model->portsChanged({usbPort("/dev/ttyUSB0")});
+  EXPECT_EQ(model->selectedPath(), first);
+  EXPECT_EQ(model->ports().size(), 2u);
+
+  // A second one beside it is flashed automatically, with the product there is.
+  model->setAutoFlash(true);
+  const auto images = model->product().images;
+  const QString second = model->plugInSimulatedBoard(Target::esp(ESPChip::esp32));
+  EXPECT_EQ(model->selectedPath(), second);
+  EXPECT_EQ(model->product().images, images);
+  EXPECT_EQ(model->simulatedBoards(), (std::vector<FlasherModel::SimulatedPort>{
+                                          {first.toStdString(), Target::esp(ESPChip::esp32)},
+                                          {second.toStdString(), Target::esp(ESPChip::esp32)}}));
+  ASSERT_EQ(scheduled.count(), 1);
+  EXPECT_EQ(scheduled[0][0].toString(), second);
+  RunRecording run(*model);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return model->isFlashing(); }, 5000));
+  ASSERT_TRUE(waitUntilIdle(*model));
+  ASSERT_TRUE(model->outcome() &&
+              std::holds_alternative<FlashOutcome::Success>(model->outcome()->value));
+  EXPECT_EQ(run.lines.front().text,
+            "--- Flashing ESP32 demo on Simulated ESP32 (" + second.toStdString() + ") ---");
+
+  // Pulled out, and one plugged in again within the quiet time (often on the same path): behind
+  // an adapter that is the next board.
+  model->unplugSimulatedBoard(second);
+  EXPECT_EQ(listed(second), model->ports().end());
+  EXPECT_TRUE(logged("Simulated ESP32 (" + second + ") unplugged"));
+  const QString third = model->plugInSimulatedBoard(Target::esp(ESPChip::esp32));
+  EXPECT_EQ(model->selectedPath(), third);
+  ASSERT_EQ(scheduled.count(), 2);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return model->isFlashing(); }, 5000));
+  ASSERT_TRUE(waitUntilIdle(*model));
+  EXPECT_EQ(model->statistics().flashed, 2);
+
+  // Pulled out halfway through a run: it fails as with a pulled cable, and nothing hangs.
+  model->setAutoFlash(false);
+  model->startFlash();
+  ASSERT_TRUE(model->isFlashing());
+  model->unplugSimulatedBoard(third);
+  ASSERT_TRUE(waitUntilIdle(*model));
+  ASSERT_TRUE(model->outcome() &&
+              std::holds_alternative<FlashOutcome::Failure>(model->outcome()->value));
+  EXPECT_EQ(model->statistics().failed, 1);
+  EXPECT_EQ(model->simulatedBoards().size(), 1u);
+  EXPECT_EQ(boardsChanged.count(), 5); // three in, two out
+
+  // A board that restarts its bootloader on a new port cannot be simulated, and says so.
+  EXPECT_TRUE(model->plugInSimulatedBoard(Target::avr(AVRBoard::leonardo)).isEmpty());
+  EXPECT_EQ(model->errorMessage().toStdString(),
+            L10n::Simulator::cannotSimulate("Arduino Leonardo"));
+  EXPECT_EQ(model->simulatedBoards().size(), 1u);
+}
+
+TEST_F(ModelTest, EverySimulatedBoardComesWithADemoThatFlashesOntoIt) {
+  auto model = makeModel();
+  model->portsChanged({});
+  const auto boards = simulator::SimulatedBoard::simulable();
+  for (const Target& target : boards) {
+    SCOPED_TRACE(target.text());
+    model->newProduct();
+    const QString path = model->plugInSimulatedBoard(target);
+    ASSERT_FALSE(path.isEmpty()) << model->errorMessage().toStdString();
+    EXPECT_EQ(model->product().target, target);
+    EXPECT_EQ(model->selectedPath(), path);
+    // Shown as a real board of its kind is: behind an adapter, never as the other family.
+    auto port = std::ranges::find(model->ports(), path.toStdString(), &SerialPortInfo::path);
+    ASSERT_NE(port, model->ports().end());
+    EXPECT_EQ(portKind(*port), PortKind::adapter);
+    EXPECT_NE(boardFamily(*port), target.isESP() ? BoardFamily::avr : BoardFamily::esp);
+    model->startFlash();
+    ASSERT_TRUE(waitUntilIdle(*model));
+    ASSERT_TRUE(model->outcome());
+    EXPECT_TRUE(std::holds_alternative<FlashOutcome::Success>(model->outcome()->value))
+        << std::get<FlashOutcome::Failure>(model->outcome()->value).message;
+    model->unplugSimulatedBoard(path);
+  }
+  EXPECT_EQ(model->statistics().flashed, static_cast<int>(boards.size()));
+
+  // A demo that cannot be written is said, and the board is plugged in all the same.
+  LanguageOverride english(Language::en);
+  const QByteArray temporary = qgetenv("TMPDIR");
+  std::ofstream(path("file")) << "not a folder";
+  qputenv("TMPDIR", path("file").string().c_str());
+  model->newProduct();
+  const QString path = model->plugInSimulatedBoard(Target::avr(AVRBoard::uno));
+  qputenv("TMPDIR", temporary);
+  EXPECT_TRUE(model->product().images.empty());
+  EXPECT_TRUE(model->errorMessage().startsWith("Cannot write the demo build into "));
+  EXPECT_TRUE(model->errorMessage().endsWith(": part of the path is not a folder."))
+      << model->errorMessage().toStdString();
+  EXPECT_EQ(model->selectedPath(), path);
 }

@@ -82,6 +82,7 @@ protected:
     options.autoFlashDelaySeconds = autoFlashDelay;
     options.quietSeconds = quietSeconds;
     options.progressIntervalSeconds = progressInterval;
+    options.paceSimulatedBoards = false;
     auto model = std::make_unique<FlasherModel>(std::move(options));
     model->setDialogs(&dialogs);
     return model;

@@ -30,6 +30,24 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
       {{"--test-device"}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
       {{"--test-device="}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
       {{"--frobnicate"}, [](CommandLine& l) { l.error = "Unknown option --frobnicate."; }},
+      // The board's value is optional, so it is taken only after "=": the next word is a file.
+      {{"--simulated-board", "uno", "--simulated-board=nanoOldBootloader"},
+       [](CommandLine& l) {
+         l.simulatedBoards = {"", "nanoOldBootloader"};
+         l.files = {"uno"};
+       }},
+      {{"--simulated-board="},
+       [](CommandLine& l) { l.error = "--simulated-board needs a value."; }},
+      {{"--simulated-board=leonardo"},
+       [](CommandLine& l) {
+         l.error = "The Arduino Leonardo cannot be simulated: it starts its bootloader on a new "
+                   "port, which a pseudo-terminal cannot do.";
+       }},
+      {{"--simulated-board=esp33"},
+       [](CommandLine& l) {
+         l.error = "“esp33” is no board that can be simulated; choose one of esp8266, esp32, "
+                   "esp32s2, esp32s3, esp32c3, esp32c6, uno, nano, nanoOldBootloader, mega2560.";
+       }},
       {{"--version=2"},
        [](CommandLine& l) {
          l.version = true;

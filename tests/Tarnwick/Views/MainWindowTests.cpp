@@ -6,16 +6,20 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
+#include <QToolButton>
 #include <fstream>
 
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
+#include "Simulator/SimulatedBoard.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/ModelFixture.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
@@ -266,6 +270,58 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   EXPECT_EQ(w.flashButton()->text(), "Flash");
   EXPECT_TRUE(w.portPicker()->isEnabled());
   EXPECT_EQ(w.statusDot()->color(), QColor(0x9A, 0x9A, 0x9A));
+}
+
+// Help ▸ Try with a Simulated Board, as someone without a board uses it: the board the product
+// is for is offered, its demo opens, Flash writes it, and the same menu pulls it out again.
+TEST_F(WindowTest, FlashesASimulatedESP32FromTheHelpMenu) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  ASSERT_TRUE(w.noBoardBanner()->isVisible());
+  QMenu* menu = w.simulatedBoardMenu();
+  auto* fromBanner = w.noBoardBanner()->findChild<QToolButton*>("trySimulatedBoard");
+  ASSERT_TRUE(fromBanner);
+  EXPECT_EQ(fromBanner->menu(), menu);
+  const auto boards = simulator::SimulatedBoard::simulable();
+  ASSERT_EQ(menu->actions().size(), static_cast<qsizetype>(boards.size()));
+  // The product's board is the one offered; for any ESP chip, or a board that cannot be
+  // simulated, an ESP32.
+  for (auto [target, offered] :
+       {std::pair{Target::avr(AVRBoard::uno), "Arduino Uno"},
+        std::pair{Target::avr(AVRBoard::leonardo), "ESP32"},
+        std::pair{Target::esp(ESPChip::esp32c3), "ESP32-C3"}, std::pair{Target::esp(), "ESP32"}}) {
+    Product product = model->product();
+    product.target = target;
+    model->setProduct(product);
+    ASSERT_TRUE(menu->defaultAction());
+    EXPECT_EQ(menu->defaultAction()->text(), offered);
+  }
+
+  // Opened from the keyboard, Return takes the board offered.
+  menu->popup(w.mapToGlobal(QPoint(20, 20)));
+  ASSERT_TRUE(QTest::qWaitForWindowExposed(menu));
+  QTest::keyClick(menu, Qt::Key_Return);
+  ASSERT_EQ(model->simulatedBoards().size(), 1u);
+  const QString path = QString::fromStdString(model->simulatedBoards().front().path);
+  const QString label = "Simulated ESP32 (" + path + ")";
+  EXPECT_EQ(w.portPicker()->currentText(), label);
+  EXPECT_FALSE(w.noBoardBanner()->isVisible());
+  EXPECT_EQ(model->product().name, "ESP32 demo");
+  EXPECT_TRUE(w.statusText()->text().startsWith("Ready to flash · 4 files · "));
+  EXPECT_TRUE(w.statusText()->text().endsWith(" · " + label));
+  EXPECT_EQ(menu->actions().back()->text(), "Unplug " + label);
+
+  w.flashAction()->trigger();
+  ASSERT_TRUE(waitUntilIdle(*model));
+  EXPECT_TRUE(w.statusText()->text().startsWith("Last flash succeeded · ESP32 · "))
+      << w.statusText()->text().toStdString();
+  EXPECT_TRUE(model->output().plainText().contains("--- Flashing ESP32 demo on " + label + " ---"));
+
+  menu->actions().back()->trigger();
+  EXPECT_TRUE(model->ports().empty());
+  EXPECT_TRUE(w.noBoardBanner()->isVisible());
+  EXPECT_EQ(w.portPicker()->currentText(), path + " (not connected)");
+  EXPECT_EQ(menu->actions().size(), static_cast<qsizetype>(boards.size()));
 }
 
 // Whenever Flash is off the status line says why, findings about the whole product included;
