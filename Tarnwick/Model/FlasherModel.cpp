@@ -521,9 +521,12 @@ bool FlasherModel::allowsTestDevice(const std::string& path) const {
 }
 
 std::vector<SerialPortInfo> FlasherModel::withOwnPorts(std::vector<SerialPortInfo> ports) const {
+  // After the scanner's USB ports, in the order plugged in; the scanner's own order stays.
+  auto usbEnd = std::ranges::find_if(ports, [](const SerialPortInfo& p) { return !p.vendorID; });
+  std::vector<SerialPortInfo> simulated;
   for (const auto& board : simulated_)
-    ports.push_back(board->port());
-  sortPorts(ports);
+    simulated.push_back(board->port());
+  ports.insert(usbEnd, simulated.begin(), simulated.end());
   for (const auto& path : options_.testDevices) {
     bool listed =
         std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });

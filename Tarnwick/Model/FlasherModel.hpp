@@ -342,7 +342,7 @@ private:
   bool isTestDevice(const std::string& path) const;
   /// A pseudo-terminal the engine may open: a test device or a simulated board.
   bool allowsTestDevice(const std::string& path) const;
-  /// The scanner's list with the simulated boards among the USB ports and the test devices last.
+  /// The scanner's list with the simulated boards after its USB ports and the test devices last.
   std::vector<SerialPortInfo> withOwnPorts(std::vector<SerialPortInfo> ports) const;
   /// A product with the demo build for `target`, in place of an empty one.
   void openDemoProduct(const Target& target);

@@ -240,11 +240,9 @@ QWidget* MainWindow::buildBanner() {
   auto* text = new QLabel(qt(L10n::Notice::noUSBBoard()));
   text->setWordWrap(true);
   // The way out for someone without a board at hand; its menu is made with the Help menu.
-  trySimulated_ = new QToolButton;
+  trySimulated_ = new QPushButton(qt(W::trySimulatedBoard()));
   trySimulated_->setObjectName("trySimulatedBoard");
-  trySimulated_->setText(qt(W::trySimulatedBoard()));
   trySimulated_->setToolTip(qt(W::trySimulatedBoardTooltip()));
-  trySimulated_->setPopupMode(QToolButton::InstantPopup);
   auto* dismiss = new QPushButton(qt(L10n::Notice::dismiss()));
   dismiss->setFlat(true);
   connect(dismiss, &QPushButton::clicked, this, [this] {
@@ -425,7 +423,11 @@ void MainWindow::buildMenus() {
   // The board the product is for is the one offered: Enter takes it.
   connect(simulatedMenu_, &QMenu::aboutToShow, this,
           [this] { simulatedMenu_->setActiveAction(simulatedMenu_->defaultAction()); });
-  trySimulated_->setMenu(simulatedMenu_);
+  // A plain button that opens the menu below it: Fusion draws a menu button's arrow against its
+  // text.
+  connect(trySimulated_, &QPushButton::clicked, this, [this] {
+    simulatedMenu_->popup(trySimulated_->mapToGlobal(trySimulated_->rect().bottomLeft()));
+  });
 
   // The log options popover of the status line: the same actions as the menu.
   auto* options = new QMenu(logOptions_);

@@ -133,7 +133,7 @@ private:
   QMenu* recentMenu_ = nullptr;
   QMenu* simulatedMenu_ = nullptr;
   QList<QAction*> unplugActions_;
-  QToolButton* trySimulated_ = nullptr;
+  QPushButton* trySimulated_ = nullptr;
   QList<QAction*> editActions_;
   QPointer<SettingsSheet> settings_;
   QPointer<HelpWindow> help_;

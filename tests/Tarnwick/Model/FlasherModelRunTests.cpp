@@ -369,10 +369,13 @@ TEST_F(ModelTest, SimulatedBoardsArePluggedInAndPulledOutLikeUSBBoards) {
     labels.insert(label);
   }
   EXPECT_EQ(labels.size(), 5u);
-  // The scanner's next list keeps it.
-  model->portsChanged({usbPort("/dev/ttyUSB0")});
+  // The scanner's next list keeps it, after the USB ports and before the rest.
+  model->portsChanged({usbPort("/dev/ttyUSB0"), {"/dev/ttyS0", {}, {}, {}}});
   EXPECT_EQ(model->selectedPath(), first);
-  EXPECT_EQ(model->ports().size(), 2u);
+  std::vector<std::string> order;
+  for (const auto& port : model->ports())
+    order.push_back(port.path);
+  EXPECT_EQ(order, (std::vector<std::string>{"/dev/ttyUSB0", first.toStdString(), "/dev/ttyS0"}));
 
   // A second one beside it is flashed automatically, with the product there is.
   model->setAutoFlash(true);
