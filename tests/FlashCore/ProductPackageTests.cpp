@@ -136,8 +136,10 @@ TEST_F(ProductFile, FailedWritesLeaveThePreviousFileUntouched) {
       PackageError);
 
   // A file name with a path in it never leaves the product, on writing either; one with a
-  // control character could not be stored in the container. Either is said, with the name.
-  for (const std::string name : {"../../escape.bin", "tab\there.bin", "\x1b]0;title\a.bin"}) {
+  // control character or bytes that are no UTF-8 could not be stored in the container. Each is
+  // said, with the name.
+  for (const std::string name :
+       {"../../escape.bin", "tab\there.bin", "\x1b]0;title\a.bin", "caf\xE9.bin"}) {
     ProductPackage unstorable = package;
     unstorable.product.images[0].fileName = name;
     try {
@@ -266,13 +268,29 @@ TEST(PackageError, MessagesInEveryLanguage) {
     EXPECT_EQ(PackageError{PackageError::NotAPackage{}}.message(),
               "it is not a product file of this app.");
   }
+  using E = PackageError;
+  // Each with the name it must show (file names from a product are shown escaped).
+  const std::vector<std::pair<PackageError, std::string>> errors = {
+      {E{E::MissingFile{"a.bin"}}, "a.bin"},
+      {E{E::DamagedFile{"a\x1B.bin"}}, "a\\x1B.bin"},
+      {E{E::NewerVersion{3}}, ""},
+      {E{E::NotAPackage{}}, ""},
+      {E{E::WrongSize{"a.bin", 10, 3000}}, "a.bin"},
+      {E{E::TooLarge{"a\u202E.bin", 128u << 20}}, "a\\u202E.bin"},
+      {E{E::TooMuchFirmware{128u << 20}}, "128"},
+      {E{E::TooDeep{16}}, "product.json"},
+      {E{E::TooManyImages{256}}, "256"},
+      {E{E::UnstorableName{"a\tb.bin"}}, "a\\x09b.bin"},
+  };
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
-    for (const PackageError& error :
-         {PackageError{PackageError::NewerVersion{3}}, PackageError{PackageError::NotAPackage{}}}) {
+    for (const auto& [error, name] : errors) {
       std::string text = error.message();
-      EXPECT_TRUE(!text.empty() && text.back() == '.');
+      EXPECT_TRUE(!text.empty() && text.back() == '.') << text;
       EXPECT_TRUE(std::islower(static_cast<unsigned char>(text[0]))) << text;
+      EXPECT_NE(text.find(name), std::string::npos) << text;
+      EXPECT_EQ(text.find_first_of("\t\x1B"), std::string::npos) << text;
+      EXPECT_EQ(text.find("\u202E"), std::string::npos) << text;
     }
   }
 }
@@ -488,8 +506,12 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
        withDeclaredSize(withDeclaredSize(valid, firmwareName, 100u << 20), secondName, 100u << 20),
        E{E::TooMuchFirmware{ProductPackage::maximumFirmwareSize}}},
       {"size understated", withRecord(understated), E{E::WrongSize{"firmware.bin", 2999, 3000}}},
+      // Compared with the directory's size before inflating: reading would stop at the end of
+      // the data and find the entry damaged instead.
+      {"declared larger than the record says", withDeclaredSize(valid, firmwareName, 100u << 20),
+       E{E::WrongSize{"firmware.bin", 3000, 100u << 20}}},
       {"nested too deeply", withRecord(nested(record, 17)), E{E::TooDeep{16}}},
-      {"nested deeply below the limit", withRecord(nested(record, 15)), std::nullopt},
+      {"nested as deeply as allowed", withRecord(nested(record, 16)), std::nullopt},
       {"too many images", withRecord(R"({"version": 1, "images": [)" + manyImages + "]}"),
        E{E::TooManyImages{256}}},
       {"archive comment", withComment(valid, "made elsewhere"), E{E::NotAPackage{}}},
