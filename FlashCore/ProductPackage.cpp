@@ -40,7 +40,9 @@ std::string PackageError::message() const {
     std::string operator()(const TooMuchFirmware& e) const {
       return L10n::Errors::tooMuchFirmware(e.limit);
     }
-    std::string operator()(const TooDeep& e) const { return L10n::Errors::nestedTooDeeply(e.limit); }
+    std::string operator()(const TooDeep& e) const {
+      return L10n::Errors::nestedTooDeeply(e.limit);
+    }
     std::string operator()(const TooManyImages& e) const {
       return L10n::Errors::tooManyImages(e.limit);
     }
@@ -173,8 +175,9 @@ ProductPackage readFrom(EntrySource& source) {
     // and is compared before they are read, so a record that understates a large entry costs
     // nothing.
     try {
-      bytes = source.fetch("files/" + ProductPackage::storedName(image),
-                           ProductPackage::maximumFileSize, static_cast<std::uintmax_t>(image.size));
+      bytes =
+          source.fetch("files/" + ProductPackage::storedName(image),
+                       ProductPackage::maximumFileSize, static_cast<std::uintmax_t>(image.size));
     } catch (const DamagedEntry&) {
       throw PackageError{PackageError::DamagedFile{image.fileName}};
     } catch (const Oversized&) {
@@ -573,8 +576,8 @@ std::string prepare(const ProductPackage& package) {
     }
     // A name that is not UTF-8 would be stored altered in the record and not be found again;
     // ZIP names hold no control characters.
-    const bool control = std::ranges::any_of(
-        image.fileName, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+    const bool control =
+        std::ranges::any_of(image.fileName, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (!isPlainFileName(image.fileName) || control ||
         validUTF8(image.fileName) != image.fileName) {
       throw PackageError{PackageError::UnstorableName{image.fileName}};

@@ -71,9 +71,9 @@ NarratedStep succeeded(const FlashSummary& summary) {
 
 NarratedStep failed(const std::string& message, bool cancelled, bool boardAnswered) {
   if (cancelled) {
-    return {L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
-            line(Kind::warning,
-                 boardAnswered ? L10n::Log::partlyWritten() : L10n::Log::notWritten())};
+    return {
+        L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
+        line(Kind::warning, boardAnswered ? L10n::Log::partlyWritten() : L10n::Log::notWritten())};
   }
   return {L10n::Stage::failed(), line(Kind::error, "✕ " + message)};
 }

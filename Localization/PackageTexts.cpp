@@ -36,16 +36,12 @@ std::string mebibytes(std::uintmax_t bytes) { return std::to_string(bytes / (102
 
 std::string wrongSize(const std::string& fileName, std::int64_t declared, std::uintmax_t stored) {
   const std::string d = std::to_string(declared), s = std::to_string(stored);
-  return fileName + tr({" is damaged: the product lists it with " + d + " bytes, but it holds " +
-                            s + ".",
-                        " is beschadigd: het product vermeldt " + d + " bytes, maar het bevat er " +
-                            s + ".",
-                        " ist beschädigt: Das Produkt gibt " + d + " Bytes an, enthält aber " + s +
-                            ".",
-                        " est endommagé : le produit annonce " + d + " octets, mais en contient " +
-                            s + ".",
-                        " está dañado: el producto indica " + d + " bytes, pero contiene " + s +
-                            "."});
+  return fileName +
+         tr({" is damaged: the product lists it with " + d + " bytes, but it holds " + s + ".",
+             " is beschadigd: het product vermeldt " + d + " bytes, maar het bevat er " + s + ".",
+             " ist beschädigt: Das Produkt gibt " + d + " Bytes an, enthält aber " + s + ".",
+             " est endommagé : le produit annonce " + d + " octets, mais en contient " + s + ".",
+             " está dañado: el producto indica " + d + " bytes, pero contiene " + s + "."});
 }
 std::string entryTooLarge(const std::string& fileName, std::uintmax_t limit) {
   const std::string m = mebibytes(limit);

@@ -24,8 +24,8 @@
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
-#include "Localization/ProductTexts.hpp"
 #include "Localization/PortTexts.hpp"
+#include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
@@ -443,10 +443,9 @@ int pack(const Arguments& arguments) {
     const fs::path& where = error.path1().empty() ? out : error.path1();
     throw Unusable{L10n::Errors::savingFailedAt(where.string(), error.code().value())};
   }
-  std::printf(
-      "%s\n",
-      visible(L10n::Cli::packed(out.string(), static_cast<int>(package.product.images.size())))
-          .c_str());
+  std::printf("%s\n", visible(L10n::Cli::packed(out.string(),
+                                                static_cast<int>(package.product.images.size())))
+                          .c_str());
   return success;
 }
 

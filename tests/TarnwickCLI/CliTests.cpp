@@ -13,6 +13,7 @@
 #include <thread>
 #include <unistd.h>
 
+#include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "TarnwickCLI/Arguments.hpp"
@@ -388,19 +389,60 @@ TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(letter), {}), "Dear customer");
   EXPECT_NO_THROW(ProductPackage::read(root / "Damaged.twflash"));
   EXPECT_FALSE(fs::exists(root / "C.twflash"));
+  // Saving failures say the file and the cause in the user's language.
+  Result french = runCLI({"pack", "-t", "avr:uno", "--out", (root / "none" / "P").string(),
+                          (root / "sketch.hex").string()},
+                         {}, "fr");
+  EXPECT_NE(french.err.find("none/P.twflash : le dossier n’existe pas."), std::string::npos)
+      << french.err;
 
   // Text from a product file never reaches the terminal raw, whichever command prints it.
   ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--out", (root / "Evil").string(), "--name",
                     "A\x1B]0;x\aB\u202Egnp.exe", (root / "sketch.hex").string()})
                 .status,
             0);
-  for (std::vector<std::string> command :
-       {std::vector<std::string>{"info"}, {"check"}, {"flash", "--test-device", "-p", "/dev/null"}}) {
-    command.push_back((root / "Evil.twflash").string());
+  // A file name from a product made elsewhere, named in a finding, a listing and the run.
+  const std::string evilName = "a\x1B]0;x\a\u202E.bin";
+  const Bytes noImage(4096, 0xAB);
+  FirmwareImage image;
+  image.id = UUID::random();
+  image.role = FirmwareImage::Role::application;
+  image.offset = 0x10000;
+  image.fileName = evilName;
+  image.size = static_cast<std::int64_t>(noImage.size());
+  image.sha256 = Digest::sha256Hex(noImage);
+  Product product;
+  product.target = Target::esp(ESPChip::esp32);
+  product.images = {image};
+  fs::create_directories(root / "EvilFile.twflash" / "files");
+  std::ofstream(root / "EvilFile.twflash" / "product.json") << encodeProduct(product);
+  std::ofstream(root / "EvilFile.twflash" / "files" / ProductPackage::storedName(image),
+                std::ios::binary)
+      .write(reinterpret_cast<const char*>(noImage.data()), 4096);
+  struct Shown {
+    const char* file;
+    std::string command;
+    std::string escaped; // where it must appear
+  };
+  const std::vector<Shown> shown = {
+      {"Evil.twflash", "info", "A\\x1B]0;x\\x07B\\u202Egnp.exe"},
+      {"Evil.twflash", "check", ""},
+      {"Evil.twflash", "flash", "A\\x1B]0;x\\x07B\\u202Egnp.exe"},
+      {"EvilFile.twflash", "info", "a\\x1B]0;x\\x07\\u202E.bin"},
+      {"EvilFile.twflash", "check", "a\\x1B]0;x\\x07\\u202E.bin: "},
+      {"EvilFile.twflash", "flash", "a\\x1B]0;x\\x07\\u202E.bin"},
+  };
+  for (const Shown& s : shown) {
+    SCOPED_TRACE(std::string(s.file) + " " + s.command);
+    std::vector<std::string> command = {s.command};
+    if (s.command == "flash") command.insert(command.end(), {"--test-device", "-p", "/dev/null"});
+    command.push_back((root / s.file).string());
     Result result = runCLI(command);
+    EXPECT_NE((result.out + result.err).find(s.escaped), std::string::npos)
+        << result.out << result.err;
     for (const std::string& text : {result.out, result.err}) {
-      EXPECT_EQ(text.find('\x1B'), std::string::npos) << command[0];
-      EXPECT_EQ(text.find("\u202E"), std::string::npos) << command[0];
+      EXPECT_EQ(text.find_first_of("\x1B\a"), std::string::npos) << text;
+      EXPECT_EQ(text.find("\u202E"), std::string::npos) << text;
     }
   }
 }
@@ -421,7 +463,8 @@ TEST_F(CLI, HostileProductsAreRefusedWithTheFileNamedBeforeAnyCheck) {
   };
   const std::string record = slurp(root / "Good.twflash" / "product.json");
   const std::string size =
-      "\"size\": " + std::to_string(ProductPackage::read(root / "Good.twflash").product.images[0].size);
+      "\"size\": " +
+      std::to_string(ProductPackage::read(root / "Good.twflash").product.images[0].size);
   // The good directory product with another product.json.
   auto variant = [&](const std::string& name, const std::string& json) {
     fs::copy(root / "Good.twflash", root / name, fs::copy_options::recursive);
@@ -453,8 +496,9 @@ TEST_F(CLI, HostileProductsAreRefusedWithTheFileNamedBeforeAnyCheck) {
       {"Commented.twflash", "it is not a product file of this app."},
   };
   for (const Case& c : cases) {
-    for (std::vector<std::string> command :
-         {std::vector<std::string>{"check"}, {"info"}, {"flash", "--test-device", "-p", "/dev/null"}}) {
+    for (std::vector<std::string> command : {std::vector<std::string>{"check"},
+                                             {"info"},
+                                             {"flash", "--test-device", "-p", "/dev/null"}}) {
       SCOPED_TRACE(c.file + " " + command[0]);
       command.push_back((root / c.file).string());
       Result result = runCLI(command);
