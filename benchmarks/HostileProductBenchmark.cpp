@@ -46,20 +46,13 @@ std::string storedEntry(const FirmwareImage& image) {
 
 // A product with `count` small images, each at its own address.
 ProductPackage withImages(std::size_t count) {
-  ProductPackage package;
-  package.product.target = Target::esp(ESPChip::esp32);
+  ProductWithFiles many;
+  many.product.target = Target::esp(ESPChip::esp32);
   for (std::size_t i = 0; i < count; ++i) {
-    FirmwareImage image;
-    image.id = UUID::random();
-    image.offset = 0x10000 + static_cast<std::uint32_t>(i) * 0x1000;
-    image.fileName = "part" + std::to_string(i) + ".bin";
-    const Bytes bytes(100, static_cast<std::uint8_t>(i));
-    image.size = static_cast<std::int64_t>(bytes.size());
-    image.sha256 = Digest::sha256Hex(bytes);
-    package.files[image.id] = bytes;
-    package.product.images.push_back(image);
+    many.add(FirmwareImage::Role::application, 0x10000 + static_cast<std::uint32_t>(i) * 0x1000,
+             Bytes(100, static_cast<std::uint8_t>(i)), "part" + std::to_string(i) + ".bin");
   }
-  return package;
+  return {many.product, many.files};
 }
 
 // A container as another tool might make it: the record as given, then one entry per image.

@@ -13,13 +13,13 @@
 #include <thread>
 #include <unistd.h>
 
-#include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
 #include "support/BuildFolders.hpp"
 #include "support/HexFiles.hpp"
+#include "support/Products.hpp"
 #include "Simulator/DemoFirmware.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
@@ -403,22 +403,15 @@ TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
             0);
   // A file name from a product made elsewhere, named in a finding, a listing and the run.
   const std::string evilName = "a\x1B]0;x\a\u202E.bin";
-  const Bytes noImage(4096, 0xAB);
-  FirmwareImage image;
-  image.id = UUID::random();
-  image.role = FirmwareImage::Role::application;
-  image.offset = 0x10000;
-  image.fileName = evilName;
-  image.size = static_cast<std::int64_t>(noImage.size());
-  image.sha256 = Digest::sha256Hex(noImage);
-  Product product;
-  product.target = Target::esp(ESPChip::esp32);
-  product.images = {image};
+  ProductWithFiles evil;
+  evil.product.target = Target::esp(ESPChip::esp32);
+  evil.add(FirmwareImage::Role::application, 0x10000, Bytes(4096, 0xAB), evilName);
+  const FirmwareImage& image = evil.product.images[0];
   fs::create_directories(root / "EvilFile.twflash" / "files");
-  std::ofstream(root / "EvilFile.twflash" / "product.json") << encodeProduct(product);
+  std::ofstream(root / "EvilFile.twflash" / "product.json") << encodeProduct(evil.product);
   std::ofstream(root / "EvilFile.twflash" / "files" / ProductPackage::storedName(image),
                 std::ios::binary)
-      .write(reinterpret_cast<const char*>(noImage.data()), 4096);
+      .write(reinterpret_cast<const char*>(evil.files[image.id].data()), 4096);
   struct Shown {
     const char* file;
     std::string command;
