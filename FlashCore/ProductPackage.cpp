@@ -40,7 +40,9 @@ std::string PackageError::message() const {
     std::string operator()(const TooMuchFirmware& e) const {
       return L10n::Errors::tooMuchFirmware(e.limit);
     }
-    std::string operator()(const TooDeep& e) const { return L10n::Errors::nestedTooDeeply(e.limit); }
+    std::string operator()(const TooDeep& e) const {
+      return L10n::Errors::nestedTooDeeply(e.limit);
+    }
     std::string operator()(const TooManyImages& e) const {
       return L10n::Errors::tooManyImages(e.limit);
     }
@@ -97,6 +99,16 @@ private:
 // An entry larger than the limit it is fetched with.
 struct Oversized {};
 
+// An entry whose size, known before it is read, is not the one the record gives.
+struct OtherSize {
+  std::uintmax_t size;
+};
+
+// Throws OtherSize unless `size` is what the record expects (when it expects anything).
+void expectSize(std::uintmax_t size, std::optional<std::uintmax_t> expected) {
+  if (expected && size != *expected) throw OtherSize{size};
+}
+
 // Reads exactly `size` bytes through `read` (which returns how many it read, 0 at the end and
 // below 0 on failure). The buffer grows with what really arrives, never ahead of it by more than
 // it holds already, so a size that only claims much costs nothing.
@@ -122,14 +134,16 @@ class EntrySource {
 public:
   virtual ~EntrySource() = default;
   // The bytes of the entry named `name` ("product.json", "files/…"), absent when there is none.
-  // Throws NotAPackage when it is larger than `limit`, DamagedEntry when it cannot be read back.
-  virtual std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit) = 0;
+  // Throws Oversized when it is larger than `limit`, OtherSize when its size is not `expected`
+  // (both before a byte is read), DamagedEntry when it cannot be read back.
+  virtual std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit,
+                                     std::optional<std::uintmax_t> expected) = 0;
 };
 
 ProductPackage readFrom(EntrySource& source) {
   std::optional<Bytes> record;
   try {
-    record = source.fetch("product.json", ProductPackage::maximumRecordSize);
+    record = source.fetch("product.json", ProductPackage::maximumRecordSize, std::nullopt);
   } catch (const DamagedEntry&) {
     notAPackage();
   } catch (const Oversized&) {
@@ -157,22 +171,24 @@ ProductPackage readFrom(EntrySource& source) {
     // A name with a path in it would reach outside the product: such a file was not made here.
     if (!isPlainFileName(image.fileName)) notAPackage();
     std::optional<Bytes> bytes;
+    // The checks and the flash plan go by the recorded size: it must be the size of the bytes,
+    // and is compared before they are read, so a record that understates a large entry costs
+    // nothing.
     try {
-      bytes = source.fetch("files/" + ProductPackage::storedName(image),
-                           ProductPackage::maximumFileSize);
+      bytes =
+          source.fetch("files/" + ProductPackage::storedName(image),
+                       ProductPackage::maximumFileSize, static_cast<std::uintmax_t>(image.size));
     } catch (const DamagedEntry&) {
       throw PackageError{PackageError::DamagedFile{image.fileName}};
     } catch (const Oversized&) {
       throw PackageError{PackageError::TooLarge{image.fileName, ProductPackage::maximumFileSize}};
+    } catch (const OtherSize& other) {
+      throw PackageError{PackageError::WrongSize{image.fileName, image.size, other.size}};
     }
     if (!bytes) throw PackageError{PackageError::MissingFile{image.fileName}};
     firmware += bytes->size();
     if (firmware > ProductPackage::maximumFirmwareSize)
       throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
-    // The checks and the flash plan go by the recorded size: it must be the size of the bytes.
-    if (image.size < 0 || static_cast<std::uintmax_t>(image.size) != bytes->size()) {
-      throw PackageError{PackageError::WrongSize{image.fileName, image.size, bytes->size()}};
-    }
     if (Digest::sha256Hex(*bytes) != image.sha256) {
       throw PackageError{PackageError::DamagedFile{image.fileName}};
     }
@@ -186,12 +202,13 @@ ProductPackage readFrom(EntrySource& source) {
 // `budget`, where given, is what the firmware may still take; the file's size is taken from it
 // before it is read.
 std::optional<Bytes> readInside(int directory, const std::string& name, std::uintmax_t limit,
-                                std::uintmax_t* budget) {
+                                std::optional<std::uintmax_t> expected, std::uintmax_t* budget) {
   Descriptor fd(::openat(directory, name.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK));
   if (fd.get() < 0) return std::nullopt;
   struct stat info {};
   if (::fstat(fd.get(), &info) != 0 || !S_ISREG(info.st_mode)) return std::nullopt;
   if (static_cast<std::uintmax_t>(info.st_size) > limit) throw Oversized{};
+  expectSize(static_cast<std::uintmax_t>(info.st_size), expected);
   if (budget) {
     if (static_cast<std::uintmax_t>(info.st_size) > *budget)
       throw PackageError{PackageError::TooMuchFirmware{ProductPackage::maximumFirmwareSize}};
@@ -211,7 +228,8 @@ class DirectorySource : public EntrySource {
 public:
   explicit DirectorySource(int root) : root_(root) {}
 
-  std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit) override {
+  std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit,
+                             std::optional<std::uintmax_t> expected) override {
     std::optional<Bytes> bytes;
     if (name.starts_with("files/")) {
       // Opened once and without following a link, so every file below comes from inside.
@@ -220,9 +238,9 @@ public:
         filesOpened_ = true;
       }
       if (files_.get() < 0) return std::nullopt;
-      bytes = readInside(files_.get(), name.substr(6), limit, &firmwareLeft_);
+      bytes = readInside(files_.get(), name.substr(6), limit, expected, &firmwareLeft_);
     } else {
-      bytes = readInside(root_, name, limit, nullptr);
+      bytes = readInside(root_, name, limit, expected, nullptr);
     }
     return bytes;
   }
@@ -350,7 +368,7 @@ public:
     // Another format's container with a product.json inside is still not ours.
     std::optional<Bytes> type;
     try {
-      type = fetch("mimetype", ProductPackage::mimeType.size());
+      type = fetch("mimetype", ProductPackage::mimeType.size(), std::nullopt);
     } catch (const DamagedEntry&) {
       notAPackage();
     } catch (const Oversized&) {
@@ -362,13 +380,16 @@ public:
     }
   }
 
-  std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit) override {
+  std::optional<Bytes> fetch(const std::string& name, std::uintmax_t limit,
+                             std::optional<std::uintmax_t> expected) override {
     auto found = entries_.find(name);
     if (found == entries_.end()) return std::nullopt;
     zip_stat_t stat;
     zip_stat_init(&stat);
     if (zip_stat_index(archive_.get(), found->second, 0, &stat) != 0) notAPackage();
     if (stat.size > limit) throw Oversized{};
+    // The directory's size is what the entry holds, or reading it fails below.
+    expectSize(stat.size, expected);
     zip_file_t* file = zip_fopen_index(archive_.get(), found->second, 0);
     if (!file) notAPackage(); // encrypted or compressed by a method not known here
     struct Closer {
@@ -555,8 +576,8 @@ std::string prepare(const ProductPackage& package) {
     }
     // A name that is not UTF-8 would be stored altered in the record and not be found again;
     // ZIP names hold no control characters.
-    const bool control = std::ranges::any_of(
-        image.fileName, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+    const bool control =
+        std::ranges::any_of(image.fileName, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (!isPlainFileName(image.fileName) || control ||
         validUTF8(image.fileName) != image.fileName) {
       throw PackageError{PackageError::UnstorableName{image.fileName}};

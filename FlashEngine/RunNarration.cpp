@@ -1,6 +1,7 @@
 #include "FlashEngine/RunNarration.hpp"
 
 #include "FlashCore/ESPChip.hpp"
+#include "FlashCore/VisibleText.hpp"
 #include "FlashSerial/PortScanner.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
@@ -9,7 +10,9 @@ namespace tarnwick::RunNarration {
 
 namespace {
 using Kind = LogSegment::Kind;
-LogSegment line(Kind kind, std::string text) { return {kind, std::move(text)}; }
+// Names of products, files and ports come from product files and devices: whatever control
+// or direction characters they hold is shown, never obeyed, by every front end.
+LogSegment line(Kind kind, const std::string& text) { return {kind, visibleLines(text)}; }
 } // namespace
 
 LogSegment opening(const std::string& productName, const std::string& portLabel) {
@@ -42,7 +45,7 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget) {
   } else if (auto* e = std::get_if<PortChanged>(&event)) {
     step.line = line(Kind::meta, L10n::Log::bootloaderOn(deviceName(e->path)));
   } else if (auto* e = std::get_if<Writing>(&event)) {
-    step.stage = L10n::Stage::writing(e->name);
+    step.stage = visible(L10n::Stage::writing(e->name));
     std::string size = formatByteCount(e->size);
     step.line =
         line(Kind::request,
@@ -52,7 +55,7 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget) {
     step.line =
         line(Kind::response, "← " + L10n::Log::writtenIn(e->name, formatSeconds(e->seconds)));
   } else if (auto* e = std::get_if<Verifying>(&event)) {
-    step.stage = L10n::Stage::verifying(e->name);
+    step.stage = visible(L10n::Stage::verifying(e->name));
   } else if (auto* e = std::get_if<Verified>(&event)) {
     step.line = line(Kind::response, "✓ " + L10n::Log::verified(e->name));
   } else if (std::holds_alternative<Resetting>(event)) {
@@ -68,9 +71,9 @@ NarratedStep succeeded(const FlashSummary& summary) {
 
 NarratedStep failed(const std::string& message, bool cancelled, bool boardAnswered) {
   if (cancelled) {
-    return {L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
-            line(Kind::warning,
-                 boardAnswered ? L10n::Log::partlyWritten() : L10n::Log::notWritten())};
+    return {
+        L10n::Stage::stopped(), line(Kind::warning, "✕ " + L10n::Log::stopped()),
+        line(Kind::warning, boardAnswered ? L10n::Log::partlyWritten() : L10n::Log::notWritten())};
   }
   return {L10n::Stage::failed(), line(Kind::error, "✕ " + message)};
 }
@@ -88,7 +91,7 @@ NarratedStep RunNarrator::narrate(const FlashEvent& event) {
   if (auto* writing = std::get_if<FlashEvents::Writing>(&event)) {
     writeToShow_ = writing->name;
   } else if (std::holds_alternative<FlashEvents::Progress>(event) && writeToShow_) {
-    step.stage = L10n::Stage::writing(*writeToShow_);
+    step.stage = visible(L10n::Stage::writing(*writeToShow_));
     writeToShow_.reset();
   }
   return step;

@@ -34,9 +34,8 @@ std::string savingFailedAt(const std::string& file, int errorCode) {
 std::string systemCause(int errorCode) {
   switch (errorCode) {
   case ENOENT:
-    return tr({"the folder does not exist.", "de map bestaat niet.",
-               "der Ordner existiert nicht.", "le dossier n’existe pas.",
-               "la carpeta no existe."});
+    return tr({"the folder does not exist.", "de map bestaat niet.", "der Ordner existiert nicht.",
+               "le dossier n’existe pas.", "la carpeta no existe."});
   case EACCES:
   case EPERM:
     return tr({"you have no permission to write there.", "je hebt daar geen schrijfrechten.",
@@ -53,21 +52,18 @@ std::string systemCause(int errorCode) {
                "le disque est plein.", "el disco está lleno."});
   case EISDIR:
     return tr({"a folder of that name is in the way.", "er staat een map met die naam in de weg.",
-               "ein Ordner mit diesem Namen ist im Weg.",
-               "un dossier portant ce nom est déjà là.",
+               "ein Ordner mit diesem Namen ist im Weg.", "un dossier portant ce nom est déjà là.",
                "ya hay una carpeta con ese nombre."});
   case ENOTDIR:
     return tr({"part of the path is not a folder.", "een deel van het pad is geen map.",
-               "ein Teil des Pfads ist kein Ordner.",
-               "une partie du chemin n’est pas un dossier.",
+               "ein Teil des Pfads ist kein Ordner.", "une partie du chemin n’est pas un dossier.",
                "una parte de la ruta no es una carpeta."});
   case ENAMETOOLONG:
     return tr({"the name is too long.", "de naam is te lang.", "der Name ist zu lang.",
                "le nom est trop long.", "el nombre es demasiado largo."});
   case EEXIST:
     return tr({"a file of that name is in the way.", "er staat een bestand met die naam in de weg.",
-               "eine Datei mit diesem Namen ist im Weg.",
-               "un fichier portant ce nom est déjà là.",
+               "eine Datei mit diesem Namen ist im Weg.", "un fichier portant ce nom est déjà là.",
                "ya hay un archivo con ese nombre."});
   case EBUSY:
   case ETXTBSY:

@@ -36,16 +36,12 @@ std::string mebibytes(std::uintmax_t bytes) { return std::to_string(bytes / (102
 
 std::string wrongSize(const std::string& fileName, std::int64_t declared, std::uintmax_t stored) {
   const std::string d = std::to_string(declared), s = std::to_string(stored);
-  return fileName + tr({" is damaged: the product lists it with " + d + " bytes, but it holds " +
-                            s + ".",
-                        " is beschadigd: het product vermeldt " + d + " bytes, maar het bevat er " +
-                            s + ".",
-                        " ist beschädigt: Das Produkt gibt " + d + " Bytes an, enthält aber " + s +
-                            ".",
-                        " est endommagé : le produit annonce " + d + " octets, mais en contient " +
-                            s + ".",
-                        " está dañado: el producto indica " + d + " bytes, pero contiene " + s +
-                            "."});
+  return fileName +
+         tr({" is damaged: the product lists it with " + d + " bytes, but it holds " + s + ".",
+             " is beschadigd: het product vermeldt " + d + " bytes, maar het bevat er " + s + ".",
+             " ist beschädigt: Das Produkt gibt " + d + " Bytes an, enthält aber " + s + ".",
+             " est endommagé : le produit annonce " + d + " octets, mais en contient " + s + ".",
+             " está dañado: el producto indica " + d + " bytes, pero contiene " + s + "."});
 }
 std::string entryTooLarge(const std::string& fileName, std::uintmax_t limit) {
   const std::string m = mebibytes(limit);
@@ -94,19 +90,23 @@ std::string tooManyImages(std::size_t limit) {
 }
 std::string unstorableName(const std::string& fileName) {
   return tr({"the file name “" + fileName +
-                 "” contains a control character or a slash, which a product cannot store. "
-                 "Rename the file and add it again.",
+                 "” contains a character that a product cannot store (a control character, a "
+                 "slash or a byte that is not UTF-8 text). Rename the file and try again.",
              "de bestandsnaam „" + fileName +
-                 "” bevat een stuurteken of een schuine streep, dat een product niet kan opslaan. "
-                 "Geef het bestand een andere naam en voeg het opnieuw toe.",
+                 "” bevat een teken dat een product niet kan opslaan (een stuurteken, een schuine "
+                 "streep of een byte die geen UTF-8-tekst is). Geef het bestand een andere naam "
+                 "en probeer het opnieuw.",
              "der Dateiname „" + fileName +
-                 "“ enthält ein Steuerzeichen oder einen Schrägstrich, den ein Produkt nicht "
-                 "speichern kann. Benenne die Datei um und füge sie erneut hinzu.",
+                 "“ enthält ein Zeichen, das ein Produkt nicht speichern kann (ein Steuerzeichen, "
+                 "einen Schrägstrich oder ein Byte, das kein UTF-8-Text ist). Benenne die Datei "
+                 "um und versuche es erneut.",
              "le nom de fichier « " + fileName +
-                 " » contient un caractère de contrôle ou une barre oblique, qu’un produit ne "
-                 "peut pas enregistrer. Renommez le fichier et ajoutez-le à nouveau.",
+                 " » contient un caractère qu’un produit ne peut pas enregistrer (un caractère de "
+                 "contrôle, une barre oblique ou un octet qui n’est pas du texte UTF-8). Renommez "
+                 "le fichier et réessayez.",
              "el nombre de archivo «" + fileName +
-                 "» contiene un carácter de control o una barra, que un producto no puede "
-                 "guardar. Cambia el nombre del archivo y vuelve a añadirlo."});
+                 "» contiene un carácter que un producto no puede guardar (un carácter de control, "
+                 "una barra o un byte que no es texto UTF-8). Cambia el nombre del archivo y "
+                 "vuelve a intentarlo."});
 }
 } // namespace tarnwick::L10n::Errors

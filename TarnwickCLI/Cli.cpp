@@ -15,6 +15,7 @@
 #include "FlashCore/FolderFiles.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
+#include "FlashCore/VisibleText.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashEngine/RunNarration.hpp"
 #include "FlashSerial/FlashPort.hpp"
@@ -23,12 +24,11 @@
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/IssueTexts.hpp"
-#include "Localization/ProductTexts.hpp"
 #include "Localization/PortTexts.hpp"
+#include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
-#include "FlashCore/VisibleText.hpp"
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/Ports.hpp"
 #include "TarnwickCLI/Station.hpp"
@@ -80,8 +80,22 @@ bool exists(const std::string& path) {
   return fs::exists(fs::symlink_status(path, ignored));
 }
 
-// What `pack --force` may replace: a single-file product (even a damaged one), or a product
-// directory holding a readable product.json and nothing but its files/ folder.
+// A regular file whose container begins with the product type, as this app writes it.
+bool startsAsProduct(const fs::path& path) {
+  std::error_code ignored;
+  // Only a regular file is looked into: reading a FIFO or a serial device could wait forever.
+  if (!fs::is_regular_file(path, ignored)) return false;
+  std::ifstream file(path, std::ios::binary);
+  std::string head(128, '\0');
+  file.read(head.data(), static_cast<std::streamsize>(head.size()));
+  head.resize(static_cast<std::size_t>(file.gcount()));
+  return head.starts_with("PK\x03\x04") &&
+         head.find(ProductPackage::mimeType) != std::string::npos;
+}
+
+// What `pack --force` may replace: a single-file product (a damaged one only when it carries
+// the product type), or a product directory holding a readable product.json and nothing but
+// its files/ folder.
 bool isReplaceableProduct(const fs::path& path) {
   std::error_code error;
   const auto status = fs::symlink_status(path, error);
@@ -90,11 +104,10 @@ bool isReplaceableProduct(const fs::path& path) {
     try {
       ProductPackage::read(path);
       return true;
-    } catch (const PackageError& refusal) {
-      return !std::holds_alternative<PackageError::NotAPackage>(refusal.value);
+    } catch (const PackageError&) {
     } catch (const ProductDecodingError&) {
-      return true; // our container, with a record this version cannot read
     }
+    return startsAsProduct(path);
   }
   if (!fs::is_directory(status)) return false;
   for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
@@ -130,14 +143,7 @@ bool isProductFile(const std::string& path) {
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   if (extension == "." + std::string(ProductPackage::fileExtension)) return true;
-  // Only a regular file is looked into: reading a FIFO or a serial device could wait forever.
-  if (!fs::is_regular_file(path, ignored)) return false;
-  std::ifstream file(path, std::ios::binary);
-  std::string head(128, '\0');
-  file.read(head.data(), static_cast<std::streamsize>(head.size()));
-  head.resize(static_cast<std::size_t>(file.gcount()));
-  return head.starts_with("PK\x03\x04") &&
-         head.find(ProductPackage::mimeType) != std::string::npos;
+  return startsAsProduct(path);
 }
 
 ProductPackage openProduct(const std::string& path) {
@@ -437,10 +443,9 @@ int pack(const Arguments& arguments) {
     const fs::path& where = error.path1().empty() ? out : error.path1();
     throw Unusable{L10n::Errors::savingFailedAt(where.string(), error.code().value())};
   }
-  std::printf(
-      "%s\n",
-      visible(L10n::Cli::packed(out.string(), static_cast<int>(package.product.images.size())))
-          .c_str());
+  std::printf("%s\n", visible(L10n::Cli::packed(out.string(),
+                                                static_cast<int>(package.product.images.size())))
+                          .c_str());
   return success;
 }
 
@@ -470,9 +475,6 @@ std::string roleName(FirmwareImage::Role role) {
   }
   return {};
 }
-
-// Characters a terminal acts on, shown as "\xNN" so a product cannot move the cursor, clear the
-// screen or retitle the window. C1 controls (U+0080 to U+009F) count as well.
 
 int info(const Arguments& arguments) {
   ProductPackage package = openProduct(arguments.inputs[0]);

@@ -104,7 +104,21 @@ void mend(Entries& entries) {
   auto record = std::find_if(entries.begin(), entries.end(),
                              [](const auto& e) { return e.first == "product.json"; });
   if (record == entries.end()) return;
-  nlohmann::json json = nlohmann::json::parse(record->second, nullptr, false);
+  // A record nested far deeper than any product is left as it is: it is refused anyway, and
+  // writing it out again would take the mutator itself far beyond its memory.
+  struct TooDeep {};
+  nlohmann::json json;
+  try {
+    json = nlohmann::json::parse(
+        record->second,
+        [](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
+          if (depth > 2 * maximumRecordNesting) throw TooDeep{};
+          return true;
+        },
+        false);
+  } catch (const TooDeep&) {
+    return;
+  }
   if (!json.is_object() || !json.contains("images") || !json["images"].is_array()) return;
   for (auto& image : json["images"]) {
     if (!image.is_object() || !image["id"].is_string() || !image["fileName"].is_string()) continue;
@@ -154,12 +168,19 @@ void checkAccepted(const ProductPackage& package) {
       if (writes[i - 1].offset + writes[i - 1].data.size() > writes[i].offset) std::abort();
     }
   }
-  // Saved again, it reads back as the same product.
+  // Saved again, it reads back as the same product. Only a file name that a product file may
+  // hold but this version does not write (a control character in it) stops the saving.
+  Bytes again;
   try {
-    const Bytes again = ProductPackage::encode(package);
+    again = ProductPackage::encode(package);
+  } catch (const PackageError& error) {
+    if (!std::holds_alternative<PackageError::UnstorableName>(error.value)) std::abort();
+    return;
+  }
+  try {
     if (!(ProductPackage::decode(again) == package)) std::abort();
-  } catch (const PackageError&) {
-    // A product read here may still hold what this version would not write (a stray name).
+  } catch (...) {
+    std::abort();
   }
 }
 
@@ -192,8 +213,8 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
   case 0: {
     std::string mutated = name;
     mutated.resize(mutated.size() + 8);
-    mutated.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(mutated.data()),
-                                    name.size(), mutated.size()));
+    mutated.resize(LLVMFuzzerMutate(reinterpret_cast<std::uint8_t*>(mutated.data()), name.size(),
+                                    mutated.size()));
     name = mutated;
     break;
   }

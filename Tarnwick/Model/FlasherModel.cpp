@@ -880,9 +880,11 @@ void FlasherModel::saveLog() {
     switch (file.error()) {
     case QFileDevice::PermissionsError: cause = EACCES; break;
     case QFileDevice::ResourceError: cause = ENOSPC; break;
-    case QFileDevice::OpenError:
-      cause = QFileInfo(file.fileName()).dir().exists() ? EACCES : ENOENT;
+    case QFileDevice::OpenError: {
+      const QFileInfo folder(QFileInfo(file.fileName()).absolutePath());
+      cause = folder.isDir() ? EACCES : folder.exists() ? ENOTDIR : ENOENT;
       break;
+    }
     default: break;
     }
     setErrorMessage(qs(L10n::Errors::savingFailedAt(location->string(), cause)));

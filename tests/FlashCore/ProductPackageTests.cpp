@@ -9,13 +9,14 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
-#include <zip.h>
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
+#include "support/Containers.hpp"
 
 using namespace tarnwick;
+using namespace tarnwick::testing;
 namespace fs = std::filesystem;
 
 namespace {
@@ -136,8 +137,10 @@ TEST_F(ProductFile, FailedWritesLeaveThePreviousFileUntouched) {
       PackageError);
 
   // A file name with a path in it never leaves the product, on writing either; one with a
-  // control character could not be stored in the container. Either is said, with the name.
-  for (const std::string name : {"../../escape.bin", "tab\there.bin", "\x1b]0;title\a.bin"}) {
+  // control character or bytes that are no UTF-8 could not be stored in the container. Each is
+  // said, with the name.
+  for (const std::string name :
+       {"../../escape.bin", "tab\there.bin", "\x1b]0;title\a.bin", "caf\xE9.bin"}) {
     ProductPackage unstorable = package;
     unstorable.product.images[0].fileName = name;
     try {
@@ -266,83 +269,32 @@ TEST(PackageError, MessagesInEveryLanguage) {
     EXPECT_EQ(PackageError{PackageError::NotAPackage{}}.message(),
               "it is not a product file of this app.");
   }
+  using E = PackageError;
+  // Each with the name it must show (file names from a product are shown escaped).
+  const std::vector<std::pair<PackageError, std::string>> errors = {
+      {E{E::MissingFile{"a.bin"}}, "a.bin"},
+      {E{E::DamagedFile{"a\x1B.bin"}}, "a\\x1B.bin"},
+      {E{E::NewerVersion{3}}, ""},
+      {E{E::NotAPackage{}}, ""},
+      {E{E::WrongSize{"a.bin", 10, 3000}}, "a.bin"},
+      {E{E::TooLarge{"a\u202E.bin", 128u << 20}}, "a\\u202E.bin"},
+      {E{E::TooMuchFirmware{128u << 20}}, "128"},
+      {E{E::TooDeep{16}}, "product.json"},
+      {E{E::TooManyImages{256}}, "256"},
+      {E{E::UnstorableName{"a\tb.bin"}}, "a\\x09b.bin"},
+  };
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
-    for (const PackageError& error :
-         {PackageError{PackageError::NewerVersion{3}}, PackageError{PackageError::NotAPackage{}}}) {
+    for (const auto& [error, name] : errors) {
       std::string text = error.message();
-      EXPECT_TRUE(!text.empty() && text.back() == '.');
+      EXPECT_TRUE(!text.empty() && text.back() == '.') << text;
       EXPECT_TRUE(std::islower(static_cast<unsigned char>(text[0]))) << text;
+      EXPECT_NE(text.find(name), std::string::npos) << text;
+      EXPECT_EQ(text.find_first_of("\t\x1B"), std::string::npos) << text;
+      EXPECT_EQ(text.find("\u202E"), std::string::npos) << text;
     }
   }
 }
-
-namespace {
-
-// A container made entry by entry, for shapes the writer never makes.
-class ZipBuilder {
-public:
-  struct Entry {
-    Entry(std::string name, std::string data, bool stored = false,
-          std::optional<mode_t> unixMode = std::nullopt)
-        : name(std::move(name)), data(std::move(data)), stored(stored), unixMode(unixMode) {}
-    std::string name;
-    std::string data;
-    bool stored;
-    std::optional<mode_t> unixMode;
-  };
-  static std::string build(const std::vector<Entry>& entries) {
-    zip_error_t error;
-    zip_error_init(&error);
-    zip_source_t* buffer = zip_source_buffer_create(nullptr, 0, 0, &error);
-    zip_source_keep(buffer);
-    zip_t* archive = zip_open_from_source(buffer, ZIP_TRUNCATE, &error);
-    for (const Entry& entry : entries) {
-      zip_source_t* source = zip_source_buffer(archive, entry.data.data(), entry.data.size(), 0);
-      zip_int64_t index = zip_file_add(archive, entry.name.c_str(), source, ZIP_FL_ENC_UTF_8);
-      EXPECT_GE(index, 0) << entry.name;
-      auto i = static_cast<zip_uint64_t>(index);
-      zip_set_file_compression(archive, i, entry.stored ? ZIP_CM_STORE : ZIP_CM_DEFLATE, 0);
-      if (entry.unixMode) {
-        zip_file_set_external_attributes(archive, i, 0, ZIP_OPSYS_UNIX, *entry.unixMode << 16);
-      }
-    }
-    EXPECT_EQ(zip_close(archive), 0);
-    zip_stat_t stat;
-    zip_source_stat(buffer, &stat);
-    std::string bytes(stat.size, '\0');
-    zip_source_open(buffer);
-    zip_source_read(buffer, bytes.data(), bytes.size());
-    zip_source_close(buffer);
-    zip_source_free(buffer);
-    zip_error_fini(&error);
-    return bytes;
-  }
-};
-
-// Replaces every occurrence, as a name sits in both the local and the central header.
-std::string patched(std::string bytes, const std::string& from, const std::string& to) {
-  for (auto at = bytes.find(from); at != std::string::npos; at = bytes.find(from, at + 1))
-    bytes.replace(at, from.size(), to);
-  return bytes;
-}
-
-void putLittle32(std::string& bytes, std::size_t at, std::uint32_t value) {
-  for (int i = 0; i < 4; ++i)
-    bytes[at + i] = static_cast<char>(value >> (8 * i));
-}
-
-// Gives the entry `name` a false uncompressed size in both of its headers.
-std::string withDeclaredSize(std::string bytes, const std::string& name, std::uint32_t size) {
-  for (auto at = bytes.find(name); at != std::string::npos; at = bytes.find(name, at + 1)) {
-    if (bytes.compare(at - 30, 4, "PK\x03\x04") == 0) putLittle32(bytes, at - 30 + 22, size);
-    if (at >= 46 && bytes.compare(at - 46, 4, "PK\x01\x02") == 0)
-      putLittle32(bytes, at - 46 + 24, size);
-  }
-  return bytes;
-}
-
-} // namespace
 
 TEST_F(ProductFile, BothFormsRoundTripAndConvertIntoEachOther) {
   ProductPackage package = sample();
@@ -400,23 +352,23 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
   const std::string record = encodeProduct(package.product);
   const std::string firmwareName = "files/" + ProductPackage::storedName(first);
   const std::string firmware(package.files[first.id].begin(), package.files[first.id].end());
-  std::vector<ZipBuilder::Entry> sound = {{"product.json", record}, {firmwareName, firmware}};
+  std::vector<ZipEntry> sound = {{"product.json", record}, {firmwareName, firmware}};
   for (const auto& image : package.product.images) {
     if (image.id == first.id) continue;
     const Bytes& data = package.files[image.id];
     sound.push_back({"files/" + ProductPackage::storedName(image), {data.begin(), data.end()}});
   }
-  auto with = [&](std::vector<ZipBuilder::Entry> extra) {
+  auto with = [&](std::vector<ZipEntry> extra) {
     auto entries = sound;
     entries.insert(entries.end(), extra.begin(), extra.end());
-    return ZipBuilder::build(entries);
+    return zipOf(entries);
   };
-  const std::string valid = ZipBuilder::build(sound);
+  const std::string valid = zipOf(sound);
   const std::string secondName = "files/" + ProductPackage::storedName(package.product.images[1]);
   auto withRecord = [&](const std::string& edited) {
     auto entries = sound;
     entries[0].data = edited;
-    return ZipBuilder::build(entries);
+    return zipOf(entries);
   };
   ProductPackage smaller = package;
   smaller.product.images[0].size -= 1;
@@ -437,7 +389,7 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
     return container + comment;
   };
   // A record of a few kilobytes that claims to be smaller and would inflate much further.
-  std::string bomb = ZipBuilder::build({{"product.json", "{}" + std::string(8 << 20, ' ')}});
+  std::string bomb = zipOf({{"product.json", "{}" + std::string(8 << 20, ' ')}});
 
   // Written by another tool: no mimetype entry, a directory entry, stored record and firmware.
   auto tolerant = sound;
@@ -452,12 +404,12 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
     std::optional<E> error; // absent: reads as the package
   };
   const std::vector<Case> cases = {
-      {"another tool's layout", ZipBuilder::build(tolerant), std::nullopt},
+      {"another tool's layout", zipOf(tolerant), std::nullopt},
       {"empty", "", E{E::NotAPackage{}}},
       {"not a container", std::string(4096, 'x'), E{E::NotAPackage{}}},
       {"truncated", valid.substr(0, valid.size() / 2), E{E::NotAPackage{}}},
       {"truncated end", valid.substr(0, valid.size() - 1), E{E::NotAPackage{}}},
-      {"no record", ZipBuilder::build({{"other.json", record}}), E{E::NotAPackage{}}},
+      {"no record", zipOf({{"other.json", record}}), E{E::NotAPackage{}}},
       {"another type", with({{"mimetype", "application/epub+zip", true}}), E{E::NotAPackage{}}},
       {"damaged type",
        patched(with({{"mimetype", std::string(ProductPackage::mimeType), true}}),
@@ -477,19 +429,34 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
        [&] {
          auto entries = sound;
          entries[1].unixMode = S_IFLNK | 0777;
-         return ZipBuilder::build(entries);
+         return zipOf(entries);
        }(),
        E{E::NotAPackage{}}},
       {"declared too large", withDeclaredSize(valid, firmwareName, 255u << 20),
        E{E::TooLarge{"firmware.bin", ProductPackage::maximumFileSize}}},
       {"record declared too large", withDeclaredSize(valid, "product.json", 2u << 20),
        E{E::TooLarge{"product.json", ProductPackage::maximumRecordSize}}},
+      // At the bounds the sizes are allowed, and the data then falls short of them.
+      {"record declared at the bound", withDeclaredSize(valid, "product.json", 1u << 20),
+       E{E::NotAPackage{}}},
+      {"record declared a byte over", withDeclaredSize(valid, "product.json", (1u << 20) + 1),
+       E{E::TooLarge{"product.json", ProductPackage::maximumRecordSize}}},
+      {"firmware declared at the bound", withDeclaredSize(valid, firmwareName, (128u << 20) - 3),
+       E{E::WrongSize{"firmware.bin", 3000, (128u << 20) - 3}}},
+      {"firmware declared a byte over", withDeclaredSize(valid, firmwareName, (128u << 20) + 1),
+       E{E::TooLarge{"firmware.bin", ProductPackage::maximumFileSize}}},
+      {"firmware a byte over in all", withDeclaredSize(valid, firmwareName, (128u << 20) - 2),
+       E{E::TooMuchFirmware{ProductPackage::maximumFirmwareSize}}},
       {"sum too large",
        withDeclaredSize(withDeclaredSize(valid, firmwareName, 100u << 20), secondName, 100u << 20),
        E{E::TooMuchFirmware{ProductPackage::maximumFirmwareSize}}},
       {"size understated", withRecord(understated), E{E::WrongSize{"firmware.bin", 2999, 3000}}},
+      // Compared with the directory's size before inflating: reading would stop at the end of
+      // the data and find the entry damaged instead.
+      {"declared larger than the record says", withDeclaredSize(valid, firmwareName, 100u << 20),
+       E{E::WrongSize{"firmware.bin", 3000, 100u << 20}}},
       {"nested too deeply", withRecord(nested(record, 17)), E{E::TooDeep{16}}},
-      {"nested deeply below the limit", withRecord(nested(record, 15)), std::nullopt},
+      {"nested as deeply as allowed", withRecord(nested(record, 16)), std::nullopt},
       {"too many images", withRecord(R"({"version": 1, "images": [)" + manyImages + "]}"),
        E{E::TooManyImages{256}}},
       {"archive comment", withComment(valid, "made elsewhere"), E{E::NotAPackage{}}},
@@ -499,7 +466,7 @@ TEST_F(ProductFile, HostileContainersAreRefusedWithoutWritingAnything) {
        E{E::NotAPackage{}}},
       {"inflates beyond its size", withDeclaredSize(bomb, "product.json", 1000),
        E{E::NotAPackage{}}},
-      {"missing firmware", ZipBuilder::build({sound[0]}), E{E::MissingFile{"firmware.bin"}}},
+      {"missing firmware", zipOf({sound[0]}), E{E::MissingFile{"firmware.bin"}}},
       {"changed firmware", flipped, E{E::DamagedFile{"firmware.bin"}}},
   };
   for (const Case& c : cases) {
@@ -537,8 +504,8 @@ TEST_F(ProductFile, LeftoversOfAnInterruptedSaveGoWithTheNextSave) {
   put(root / ".Old.twflash.saving-ab", "not a name a save makes");
   put(root / "notes.saving-abcd1234", "not a product's");
   const auto longAgo = fs::file_time_type::clock::now() - std::chrono::minutes(5);
-  for (const char* name : {".Old.twflash.saving-abcd1234", ".Old.twflash.saving-ab",
-                           "notes.saving-abcd1234"})
+  for (const char* name :
+       {".Old.twflash.saving-abcd1234", ".Old.twflash.saving-ab", "notes.saving-abcd1234"})
     fs::last_write_time(root / name, longAgo);
   int running = ::open((root / ".Lamp.twflash.saving-locked00").c_str(), O_RDONLY);
   ASSERT_EQ(::flock(running, LOCK_EX), 0);

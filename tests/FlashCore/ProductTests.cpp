@@ -166,3 +166,51 @@ TEST(UUID, TextIsCanonicalUpperCaseAndParsesBack) {
   EXPECT_FALSE(UUID::parse(text + "0"));
   EXPECT_FALSE(UUID::parse("ZZZZZZZZ-ZZZZ-ZZZZ-ZZZZ-ZZZZZZZZZZZZ"));
 }
+
+TEST(Product, RecordsBeyondAnyRealProductAreRefusedByTheirBound) {
+  using Limit = ProductDecodingError::Limit;
+  // `depth` levels in all: the record's object, then arrays under a key this version ignores.
+  auto nested = [](int depth, const std::string& inner = "") {
+    const auto arrays = static_cast<std::size_t>(depth - 1);
+    return "{\"extra\": " + std::string(arrays, '[') + inner + std::string(arrays, ']') + "}";
+  };
+  auto withImages = [](std::size_t count, bool twins = false) {
+    Product product;
+    for (std::size_t i = 0; i < count; ++i)
+      product.images.push_back(image(static_cast<std::uint32_t>(i * 0x1000)));
+    if (twins) product.images.back().id = product.images.front().id;
+    return encodeProduct(product);
+  };
+  // Counted before any is decoded: too many of anything is refused as too many.
+  auto manyNumbers = [](std::size_t count) {
+    std::string json = R"({"images": [0)";
+    for (std::size_t i = 1; i < count; ++i)
+      json += ",0";
+    return json + "]}";
+  };
+  struct Case {
+    const char* what;
+    std::string json;
+    std::optional<Limit> refusal; // absent: decodes
+  };
+  const std::vector<Case> cases = {
+      {"as deep as allowed", nested(maximumRecordNesting), std::nullopt},
+      {"one level deeper", nested(maximumRecordNesting + 1), Limit::nesting},
+      {"objects nested too deeply", nested(maximumRecordNesting, "{\"a\": {}}"), Limit::nesting},
+      {"brackets only", std::string(1 << 20, '['), Limit::nesting},
+      {"as many images as allowed", withImages(maximumImageCount), std::nullopt},
+      {"one image more", withImages(maximumImageCount + 1), Limit::images},
+      {"as many numbers as images", manyNumbers(maximumImageCount), Limit::none},
+      {"a number more than images", manyNumbers(maximumImageCount + 1), Limit::images},
+      {"twins far apart", withImages(maximumImageCount, true), Limit::none},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    try {
+      decodeProduct(c.json);
+      EXPECT_FALSE(c.refusal);
+    } catch (const ProductDecodingError& error) {
+      EXPECT_EQ(std::optional(error.limit), c.refusal) << error.description;
+    }
+  }
+}

@@ -69,3 +69,32 @@ TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
   EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}).line->text,
             "--- Fertig in 3,4 s ---");
 }
+
+TEST(RunNarration, NamesFromProductsAndDevicesAreShownNotObeyed) {
+  LanguageOverride english(Language::en);
+  using namespace FlashEvents;
+  const std::string hostile = "a\x1B]0;owned\a\u202Egnp.bin";
+  const std::string shown = "a\\x1B]0;owned\\x07\\u202Egnp.bin";
+  RunNarrator avr(true);
+  avr.narrate(Writing{hostile, 0, 10});
+  const std::vector<std::pair<const char*, NarratedStep>> steps = {
+      {"writing", RunNarration::narrate(Writing{hostile, 0x10000, 10}, false)},
+      {"written", RunNarration::narrate(Written{hostile, 1.0}, false)},
+      {"verifying", RunNarration::narrate(Verifying{hostile}, false)},
+      {"verified", RunNarration::narrate(Verified{hostile}, false)},
+      {"chip", RunNarration::narrate(Connected{hostile, std::nullopt}, false)},
+      {"port", RunNarration::narrate(PortChanged{"/dev/" + hostile}, false)},
+      {"AVR write shown again", avr.narrate(Progress{1, 10})},
+      {"opening", {std::nullopt, RunNarration::opening(hostile, hostile)}},
+      {"failure", RunNarration::failed("No answer from " + hostile + ".\nCheck it.", false)},
+  };
+  for (const auto& [what, step] : steps) {
+    SCOPED_TRACE(what);
+    const std::string text = step.stage.value_or("") + "|" + (step.line ? step.line->text : "");
+    EXPECT_NE(text.find(shown), std::string::npos) << text;
+    EXPECT_EQ(text.find_first_of("\x1B\a"), std::string::npos) << text;
+    EXPECT_EQ(text.find("\u202E"), std::string::npos) << text;
+  }
+  // A message of several lines keeps its line breaks.
+  EXPECT_EQ(RunNarration::failed("one\ntwo", false).line->text, "✕ one\ntwo");
+}

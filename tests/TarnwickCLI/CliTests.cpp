@@ -19,6 +19,7 @@
 #include "TarnwickCLI/RunCLI.hpp"
 #include "support/BuildFolders.hpp"
 #include "support/HexFiles.hpp"
+#include "support/Products.hpp"
 #include "Simulator/DemoFirmware.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
@@ -333,11 +334,22 @@ TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
   // Someone's folder that happens to carry the product extension.
   fs::create_directories(root / "Photos.twflash");
   std::ofstream(root / "Photos.twflash" / "holiday.jpg") << "a photo";
-  // A product directory, as other programs write it.
-  ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--directory", "--out",
-                    (root / "Old.twflash").string(), (root / "sketch.hex").string()})
-                .status,
-            0);
+  // A product directory, as other programs write it; one with someone's notes beside the files.
+  for (const char* name : {"Old", "Annotated"}) {
+    ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--directory", "--out", (root / name).string(),
+                      (root / "sketch.hex").string()})
+                  .status,
+              0);
+  }
+  std::ofstream(root / "Annotated.twflash" / "notes.txt") << "mine";
+  // A plain file with the extension, and a product of this app damaged since.
+  std::ofstream(root / "Letter.twflash") << "Dear customer";
+  ASSERT_EQ(pack((root / "Damaged").string(), (root / "sketch.hex").string(), false).status, 0);
+  {
+    std::fstream damaged(root / "Damaged.twflash", std::ios::in | std::ios::out | std::ios::binary);
+    damaged.seekp(-30, std::ios::end);
+    damaged.put('\x7F');
+  }
 
   struct Case {
     const char* what;
@@ -352,8 +364,13 @@ TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
       {"the same with a slash", photos + "/", "sketch.hex", 2, "Photos.twflash is not a product"},
       {"a product directory, with a slash", (root / "Old.twflash").string() + "/", "sketch.hex", 0,
        ""},
+      {"a product directory holding more", (root / "Annotated.twflash").string(), "sketch.hex", 2,
+       "Annotated.twflash is not a product"},
+      {"a plain file", (root / "Letter.twflash").string(), "sketch.hex", 2,
+       "Letter.twflash is not a product"},
+      {"a damaged product", (root / "Damaged.twflash").string(), "sketch.hex", 0, ""},
       {"a name with a control character", (root / "C").string(), "sk\x01tch.hex", 2,
-       "“sk\\x01tch.hex” contains a control character"},
+       "“sk\\x01tch.hex” contains a character that a product cannot store"},
       {"a folder that does not exist", (root / "none" / "P").string(), "sketch.hex", 2,
        "none/P.twflash: the folder does not exist."},
   };
@@ -367,20 +384,130 @@ TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
   EXPECT_TRUE(fs::exists(root / "Photos.twflash" / "holiday.jpg"));
   EXPECT_FALSE(fs::exists(root / "Photos.twflash" / ".twflash"));
   EXPECT_TRUE(fs::is_regular_file(root / "Old.twflash"));
+  EXPECT_TRUE(fs::exists(root / "Annotated.twflash" / "notes.txt"));
+  std::ifstream letter(root / "Letter.twflash");
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(letter), {}), "Dear customer");
+  EXPECT_NO_THROW(ProductPackage::read(root / "Damaged.twflash"));
   EXPECT_FALSE(fs::exists(root / "C.twflash"));
+  // Saving failures say the file and the cause in the user's language.
+  Result french = runCLI({"pack", "-t", "avr:uno", "--out", (root / "none" / "P").string(),
+                          (root / "sketch.hex").string()},
+                         {}, "fr");
+  EXPECT_NE(french.err.find("none/P.twflash : le dossier n’existe pas."), std::string::npos)
+      << french.err;
 
   // Text from a product file never reaches the terminal raw, whichever command prints it.
   ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--out", (root / "Evil").string(), "--name",
                     "A\x1B]0;x\aB\u202Egnp.exe", (root / "sketch.hex").string()})
                 .status,
             0);
-  for (std::vector<std::string> command :
-       {std::vector<std::string>{"info"}, {"check"}, {"flash", "--test-device", "-p", "/dev/null"}}) {
-    command.push_back((root / "Evil.twflash").string());
+  // A file name from a product made elsewhere, named in a finding, a listing and the run.
+  const std::string evilName = "a\x1B]0;x\a\u202E.bin";
+  ProductWithFiles evil;
+  evil.product.target = Target::esp(ESPChip::esp32);
+  evil.add(FirmwareImage::Role::application, 0x10000, Bytes(4096, 0xAB), evilName);
+  const FirmwareImage& image = evil.product.images[0];
+  fs::create_directories(root / "EvilFile.twflash" / "files");
+  std::ofstream(root / "EvilFile.twflash" / "product.json") << encodeProduct(evil.product);
+  std::ofstream(root / "EvilFile.twflash" / "files" / ProductPackage::storedName(image),
+                std::ios::binary)
+      .write(reinterpret_cast<const char*>(evil.files[image.id].data()), 4096);
+  struct Shown {
+    const char* file;
+    std::string command;
+    std::string escaped; // where it must appear
+  };
+  const std::vector<Shown> shown = {
+      {"Evil.twflash", "info", "A\\x1B]0;x\\x07B\\u202Egnp.exe"},
+      {"Evil.twflash", "check", ""},
+      {"Evil.twflash", "flash", "A\\x1B]0;x\\x07B\\u202Egnp.exe"},
+      {"EvilFile.twflash", "info", "a\\x1B]0;x\\x07\\u202E.bin"},
+      {"EvilFile.twflash", "check", "a\\x1B]0;x\\x07\\u202E.bin: "},
+      {"EvilFile.twflash", "flash", "a\\x1B]0;x\\x07\\u202E.bin"},
+  };
+  for (const Shown& s : shown) {
+    SCOPED_TRACE(std::string(s.file) + " " + s.command);
+    std::vector<std::string> command = {s.command};
+    if (s.command == "flash") command.insert(command.end(), {"--test-device", "-p", "/dev/null"});
+    command.push_back((root / s.file).string());
     Result result = runCLI(command);
+    EXPECT_NE((result.out + result.err).find(s.escaped), std::string::npos)
+        << result.out << result.err;
     for (const std::string& text : {result.out, result.err}) {
-      EXPECT_EQ(text.find('\x1B'), std::string::npos) << command[0];
-      EXPECT_EQ(text.find("\u202E"), std::string::npos) << command[0];
+      EXPECT_EQ(text.find_first_of("\x1B\a"), std::string::npos) << text;
+      EXPECT_EQ(text.find("\u202E"), std::string::npos) << text;
     }
+  }
+}
+
+TEST_F(CLI, HostileProductsAreRefusedWithTheFileNamedBeforeAnyCheck) {
+  std::ofstream(root / "sketch.hex") << intelHexOf(avrSketch(100));
+  ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--directory", "--out", (root / "Good").string(),
+                    (root / "sketch.hex").string()})
+                .status,
+            0);
+  ASSERT_EQ(runCLI({"pack", "-t", "avr:uno", "--out", (root / "Single").string(),
+                    (root / "sketch.hex").string()})
+                .status,
+            0);
+  auto slurp = [](const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  const std::string record = slurp(root / "Good.twflash" / "product.json");
+  const std::string size =
+      "\"size\": " +
+      std::to_string(ProductPackage::read(root / "Good.twflash").product.images[0].size);
+  // The good directory product with another product.json.
+  auto variant = [&](const std::string& name, const std::string& json) {
+    fs::copy(root / "Good.twflash", root / name, fs::copy_options::recursive);
+    std::ofstream(root / name / "product.json", std::ios::trunc) << json;
+    return name;
+  };
+  std::string understated = record;
+  understated.replace(understated.find(size), size.size(), "\"size\": 10");
+  std::string tooMany = R"({"images": [0)";
+  for (int i = 0; i < 256; ++i)
+    tooMany += ",0";
+  std::string commented = slurp(root / "Single.twflash");
+  commented[commented.size() - 2] = 4;
+  std::ofstream(root / "Commented.twflash", std::ios::binary) << commented << "note";
+
+  struct Case {
+    std::string file;
+    std::string message; // after "Cannot open FILE: "
+  };
+  const std::vector<Case> cases = {
+      {variant("Understated.twflash", understated),
+       "sketch.hex is damaged: the product lists it with 10 bytes, but it holds"},
+      {variant("Deep.twflash", "{\"extra\": " + std::string(16, '[') + std::string(16, ']') + "," +
+                                   record.substr(1)),
+       "product.json is nested more than 16 levels deep"},
+      {variant("Many.twflash", tooMany + "]}"), "the product lists more than 256 files"},
+      {variant("Large.twflash", record + std::string(1 << 20, ' ')),
+       "product.json is larger than 1 MiB"},
+      {"Commented.twflash", "it is not a product file of this app."},
+  };
+  for (const Case& c : cases) {
+    for (std::vector<std::string> command : {std::vector<std::string>{"check"},
+                                             {"info"},
+                                             {"flash", "--test-device", "-p", "/dev/null"}}) {
+      SCOPED_TRACE(c.file + " " + command[0]);
+      command.push_back((root / c.file).string());
+      Result result = runCLI(command);
+      EXPECT_EQ(result.status, 2);
+      EXPECT_TRUE(result.err.starts_with("Cannot open " + c.file + ": " + c.message)) << result.err;
+      EXPECT_EQ(result.out, "");
+    }
+  }
+  // The same refusal in the user's language.
+  const std::vector<std::pair<std::string, std::string>> languages = {
+      {"nl", "sketch.hex is beschadigd"},
+      {"de", "sketch.hex ist beschädigt"},
+      {"fr", "sketch.hex est endommagé"},
+      {"es", "sketch.hex está dañado"}};
+  for (const auto& [language, message] : languages) {
+    Result result = runCLI({"check", (root / "Understated.twflash").string()}, {}, language);
+    EXPECT_NE(result.err.find(message), std::string::npos) << language << ": " << result.err;
   }
 }

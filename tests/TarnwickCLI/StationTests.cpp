@@ -506,3 +506,39 @@ TEST(StationCommand, LostRecordLostReaderAndPortsInUse) {
   }
   fs::remove_all(root);
 }
+
+// Board names carry the USB product name a device reports, which may hold anything.
+TEST(StationOutput, NamesFromDevicesAreShownNotObeyed) {
+  const StationBoard board{"/dev/ttyUSB0", "Evil\x1B]0;owned\a\u202E (ttyUSB0)"};
+  const std::string shown = "Evil\\x1B]0;owned\\x07\\u202E (ttyUSB0)";
+  for (bool interactive : {false, true}) {
+    SCOPED_TRACE(interactive ? "terminal" : "pipe");
+    char* buffer = nullptr;
+    std::size_t size = 0;
+    std::FILE* out = ::open_memstream(&buffer, &size);
+    {
+      StationConsole console(out, interactive);
+      console.started(board);
+      console.connected(board, "ESP32\x1B[2J", std::nullopt);
+      console.progress(board, 50, 100);
+      console.skipped(board, "it said \x1B[2J.");
+      BoardOutcome outcome;
+      outcome.board = board;
+      outcome.result = BoardOutcome::Result::failed;
+      outcome.message = "No answer from \u2066x\u2069.";
+      console.finished(outcome);
+      console.end();
+    }
+    std::fclose(out);
+    std::string text(buffer, size);
+    std::free(buffer);
+    EXPECT_NE(text.find(shown), std::string::npos) << text;
+    EXPECT_NE(text.find("\\x1B[2J"), std::string::npos) << text;
+    EXPECT_NE(text.find("\\u2066x\\u2069"), std::string::npos) << text;
+    // The status line's own "\r\033[K" is the only escape on a terminal.
+    std::string rest = std::regex_replace(text, std::regex("\r\x1B\\[K"), "");
+    EXPECT_EQ(rest.find('\x1B'), std::string::npos) << rest;
+    for (const char* control : {"\u202E", "\u2066", "\a"})
+      EXPECT_EQ(text.find(control), std::string::npos) << control;
+  }
+}

@@ -200,7 +200,16 @@ TEST_F(ModelTest, SaveSaveAsOpenAndRecentDocuments) {
   model->setProduct(renamed(model->product(), "Sensor C"));
   writeBytes(path("blocker"), {1});
   model->saveProductTo(path("blocker") / "x.twflash");
-  EXPECT_TRUE(model->errorMessage().startsWith("Saving failed: "));
+  // Named, with the cause in the user's language.
+  EXPECT_EQ(model->errorMessage().toStdString(),
+            "Saving failed: " + (path("blocker") / "x.twflash").string() +
+                ": part of the path is not a folder.");
+  {
+    LanguageOverride german(Language::de);
+    model->saveProductTo(path("blocker") / "x.twflash");
+    EXPECT_TRUE(model->errorMessage().endsWith("x.twflash: ein Teil des Pfads ist kein Ordner."))
+        << model->errorMessage().toStdString();
+  }
   EXPECT_TRUE(model->hasUnsavedChanges());
   EXPECT_EQ(model->productURL(), path("Sensor.twflash"));
 
@@ -346,7 +355,37 @@ TEST_F(ModelTest, SavingTheLog) {
   dialogs.saveAnswers = {path("blocker") / "log.txt"};
   LanguageOverride english(Language::en);
   model->saveLog();
-  EXPECT_TRUE(model->errorMessage().startsWith("Saving failed: "));
+  EXPECT_EQ(model->errorMessage().toStdString(),
+            "Saving failed: " + (path("blocker") / "log.txt").string() +
+                ": part of the path is not a folder.");
+  LanguageOverride spanish(Language::es);
+  dialogs.saveAnswers = {path("blocker") / "log.txt"};
+  model->saveLog();
+  EXPECT_TRUE(model->errorMessage().endsWith("log.txt: una parte de la ruta no es una carpeta."))
+      << model->errorMessage().toStdString();
+}
+
+TEST_F(ModelTest, NamesFromProductFilesAndDevicesReachTheLogAndLabelsEscaped) {
+  LanguageOverride english(Language::en);
+  auto model = makeModel();
+  // A device of no vendor known here is named by what it reports.
+  model->portsChanged({{"/dev/ttyUSB0", "Evil\x1B]0;owned\a\u202Eadapter", 0x1234, 0x5678}});
+  const std::string label = model->portLabel("/dev/ttyUSB0").toStdString();
+  EXPECT_NE(label.find("Evil\\x1B]0;owned\\x07\\u202Eadapter"), std::string::npos) << label;
+
+  auto p = espProduct(ESPChip::esp32, 4 * 1024);
+  const auto hostile = path("Lamp\x1B[2J\u2066.twflash");
+  ProductPackage::write({p.product, p.files}, hostile);
+  model->openProduct(hostile);
+  model->appendLog({{LogSegment::Kind::error, "from a board: \u009B31m\u202D"}});
+  const std::string log = model->output().plainText().toStdString();
+  EXPECT_NE(log.find("--- Opened product Lamp\\x1B[2J\\u2066 ---\n"), std::string::npos) << log;
+  EXPECT_NE(log.find("from a board: \\u009B31m\\u202D\n"), std::string::npos) << log;
+  for (const std::string& text : {label, log}) {
+    EXPECT_EQ(text.find('\x1B'), std::string::npos);
+    for (const char* control : {"\u202E", "\u202D", "\u2066", "\u009B"})
+      EXPECT_EQ(text.find(control), std::string::npos) << control;
+  }
 }
 
 TEST_F(ModelTest, AddingReplacingAndRemovingFiles) {
