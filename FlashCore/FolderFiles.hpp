@@ -20,8 +20,8 @@ struct FolderFiles {
   bool operator==(const FolderFiles&) const = default;
 };
 
-/// Largest file taken from a folder; firmware is far smaller, so anything bigger is not firmware.
-inline constexpr std::uintmax_t maximumFirmwareFileSize = 64u * 1024 * 1024;
+/// Largest firmware file taken: the largest flash a supported chip addresses, as in a product.
+inline constexpr std::uintmax_t maximumFirmwareFileSize = 128u * 1024 * 1024;
 
 /// Reads a build folder. Symbolic links are not followed, hidden folders other than PlatformIO's
 /// ".pio" are skipped, and files over `maximumFirmwareFileSize` are left out.

@@ -88,10 +88,36 @@ std::string systemCause(int errorCode) {
            std::strerror(errorCode) + ".";
   }
 }
+std::string readCause(int errorCode) {
+  switch (errorCode) {
+  case ENOENT:
+    return tr({"the file does not exist.", "het bestand bestaat niet.",
+               "die Datei existiert nicht.", "le fichier n’existe pas.", "el archivo no existe."});
+  case EACCES:
+  case EPERM:
+    return tr({"you have no permission to read it.", "je hebt geen rechten om het te lezen.",
+               "dir fehlt die Berechtigung, sie zu lesen.", "vous n’avez pas le droit de le lire.",
+               "no tienes permiso para leerlo."});
+  case EISDIR:
+    return tr({"it is a folder.", "het is een map.", "das ist ein Ordner.", "c’est un dossier.",
+               "es una carpeta."});
+  case EINVAL:
+    return tr({"it is not an ordinary file.", "het is geen gewoon bestand.",
+               "das ist keine gewöhnliche Datei.", "ce n’est pas un fichier ordinaire.",
+               "no es un archivo normal."});
+  case EFBIG:
+    return tr({"it is larger than 128 MiB, more than the flash of any supported chip.",
+               "het is groter dan 128 MiB, meer dan het flashgeheugen van elke ondersteunde chip.",
+               "sie ist größer als 128 MiB, mehr als der Flash-Speicher jedes unterstützten Chips.",
+               "il dépasse 128 Mio, plus que la mémoire flash de toute puce prise en charge.",
+               "ocupa más de 128 MiB, más que la memoria flash de cualquier chip compatible."});
+  default: return systemCause(errorCode);
+  }
+}
 std::string selectPortFirst() {
   return tr({"Select a serial port first.", "Kies eerst een seriële poort.",
-             "Wähle zuerst eine serielle Schnittstelle.",
-             "Choisissez d’abord un port série.", "Elige primero un puerto serie."});
+             "Wähle zuerst eine serielle Schnittstelle.", "Choisissez d’abord un port série.",
+             "Elige primero un puerto serie."});
 }
 std::string somethingWentWrong() {
   return tr({"Something went wrong", "Er ging iets mis", "Etwas ist schiefgelaufen",
@@ -130,8 +156,7 @@ std::string resetModeName(ResetMode mode) {
   return {};
 }
 std::string flashMemory() {
-  return tr({"Flash memory", "Flashgeheugen", "Flash-Speicher", "Mémoire flash",
-             "Memoria flash"});
+  return tr({"Flash memory", "Flashgeheugen", "Flash-Speicher", "Mémoire flash", "Memoria flash"});
 }
 std::string flashModeLabel() {
   return tr({"Flash mode", "Flashmodus", "Flash-Modus", "Mode flash", "Modo flash"});
@@ -151,8 +176,8 @@ std::string flashModeName(FlashMode mode) {
   return {};
 }
 std::string flashSizeLabel() {
-  return tr({"Flash size", "Flashgrootte", "Flash-Größe", "Taille de la flash",
-             "Tamaño de la flash"});
+  return tr(
+      {"Flash size", "Flashgrootte", "Flash-Größe", "Taille de la flash", "Tamaño de la flash"});
 }
 std::string flashSizeName(FlashSize size) {
   switch (size) {
@@ -182,8 +207,8 @@ std::string espDetectAutomatically() {
              "ESP (detectar automáticamente)"});
 }
 std::string productName() {
-  return tr({"Product name", "Productnaam", "Produktname", "Nom du produit",
-             "Nombre del producto"});
+  return tr(
+      {"Product name", "Productnaam", "Produktname", "Nom du produit", "Nombre del producto"});
 }
 std::string target() { return tr({"Target", "Doel", "Ziel", "Cible", "Destino"}); }
 std::string notes() { return tr({"Notes", "Notities", "Notizen", "Notes", "Notas"}); }

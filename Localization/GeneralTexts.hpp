@@ -20,6 +20,9 @@ std::string savingFailedAt(const std::string& file, const std::string& reason);
 std::string savingFailedAt(const std::string& file, int errorCode);
 /// Why the system refused to read or write a file, for an errno value; ends with a full stop.
 std::string systemCause(int errorCode);
+/// Why a firmware file or build folder could not be read, for an errno value; ends with a full
+/// stop. EFBIG means larger than any firmware file can be.
+std::string readCause(int errorCode);
 std::string selectPortFirst();
 std::string somethingWentWrong();
 } // namespace tarnwick::L10n::Errors

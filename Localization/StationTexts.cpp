@@ -8,36 +8,45 @@ std::string ready(const std::string& product, bool boardsPresentToo) {
   if (boardsPresentToo) {
     switch (currentLanguage()) {
     case Language::en:
-      return "Flashing “" + product + "” onto every board, those connected now and each one "
+      return "Flashing “" + product +
+             "” onto every board, those connected now and each one "
              "connected later. Ctrl+C stops.";
     case Language::nl:
-      return "‘" + product + "’ wordt op elk board geflasht, nu aangesloten of later. "
+      return "‘" + product +
+             "’ wordt op elk board geflasht, nu aangesloten of later. "
              "Ctrl+C stopt.";
     case Language::de:
-      return "„" + product + "“ wird auf jedes Board geflasht, ob schon angeschlossen oder "
+      return "„" + product +
+             "“ wird auf jedes Board geflasht, ob schon angeschlossen oder "
              "später. Strg+C beendet.";
     case Language::fr:
-      return "« " + product + " » est flashé sur chaque carte, déjà branchée ou "
+      return "« " + product +
+             " » est flashé sur chaque carte, déjà branchée ou "
              "branchée ensuite. Ctrl+C arrête.";
     case Language::es:
-      return "Se flashea «" + product + "» en cada placa, las conectadas ahora y las que se "
+      return "Se flashea «" + product +
+             "» en cada placa, las conectadas ahora y las que se "
              "conecten después. Ctrl+C detiene.";
     }
   }
   switch (currentLanguage()) {
   case Language::en:
-    return "Ready to flash “" + product + "” onto every board connected from now on. "
+    return "Ready to flash “" + product +
+           "” onto every board connected from now on. "
            "Ctrl+C stops.";
   case Language::nl:
     return "Klaar om ‘" + product + "’ te flashen op elk board dat je nu aansluit. Ctrl+C stopt.";
   case Language::de:
-    return "Bereit, „" + product + "“ auf jedes Board zu flashen, das ab jetzt angeschlossen "
+    return "Bereit, „" + product +
+           "“ auf jedes Board zu flashen, das ab jetzt angeschlossen "
            "wird. Strg+C beendet.";
   case Language::fr:
-    return "Prêt à flasher « " + product + " » sur chaque carte branchée à partir de "
+    return "Prêt à flasher « " + product +
+           " » sur chaque carte branchée à partir de "
            "maintenant. Ctrl+C arrête.";
   case Language::es:
-    return "Listo para flashear «" + product + "» en cada placa que se conecte a partir de ahora. "
+    return "Listo para flashear «" + product +
+           "» en cada placa que se conecte a partir de ahora. "
            "Ctrl+C detiene.";
   }
   return {};
@@ -66,8 +75,7 @@ std::string started() {
 }
 
 std::string failed(const std::string& message) {
-  return tr({"Failed: ", "Mislukt: ", "Fehlgeschlagen: ", "Échec : ", "Error: "}) +
-         message;
+  return tr({"Failed: ", "Mislukt: ", "Fehlgeschlagen: ", "Échec : ", "Error: "}) + message;
 }
 
 namespace {
@@ -85,13 +93,13 @@ std::string counts(std::int64_t flashed, std::int64_t failed) {
 }
 } // namespace
 
-std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
-                   std::int64_t flashed, std::int64_t failed) {
+std::string status(const std::vector<std::pair<std::string, int>>& inProgress, std::int64_t flashed,
+                   std::int64_t failed) {
   // The counts first: on a narrow terminal the end of the line is what gets cut.
   std::string text = counts(flashed, failed) + " · ";
   if (inProgress.empty()) {
-    text += tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards",
-                "En attente de cartes", "Esperando placas"});
+    text += tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards", "En attente de cartes",
+                "Esperando placas"});
   } else {
     text += tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
     // German, French and Spanish set a space before the percent sign.
@@ -99,8 +107,8 @@ std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
                         currentLanguage() == Language::es;
     for (std::size_t i = 0; i < inProgress.size(); ++i) {
       if (i > 0) text += ", ";
-      text += inProgress[i].first + " " + std::to_string(inProgress[i].second) +
-              (spaced ? " %" : "%");
+      text +=
+          inProgress[i].first + " " + std::to_string(inProgress[i].second) + (spaced ? " %" : "%");
     }
   }
   return text;
@@ -112,7 +120,8 @@ std::string finishing(std::int64_t running) {
   switch (currentLanguage()) {
   case Language::en:
     return "No new boards are taken. " +
-           (one ? std::string("The running board finishes") : "The " + n + " running boards finish") +
+           (one ? std::string("The running board finishes")
+                : "The " + n + " running boards finish") +
            "; press Ctrl+C again to stop " + (one ? "it." : "them.");
   case Language::nl:
     return "Er worden geen nieuwe boards meer genomen. " +
@@ -120,7 +129,8 @@ std::string finishing(std::int64_t running) {
            " afgemaakt; druk nogmaals op Ctrl+C om " + (one ? "het" : "ze") + " te stoppen.";
   case Language::de:
     return "Es werden keine neuen Boards mehr angenommen. " +
-           (one ? std::string("Das laufende Board wird") : "Die " + n + " laufenden Boards werden") +
+           (one ? std::string("Das laufende Board wird")
+                : "Die " + n + " laufenden Boards werden") +
            " fertig geflasht; ein weiteres Strg+C bricht " + (one ? "es" : "sie") + " ab.";
   case Language::fr:
     return "Plus aucune nouvelle carte n’est prise. " +
@@ -129,7 +139,8 @@ std::string finishing(std::int64_t running) {
            "arrêter.";
   case Language::es:
     return "Ya no se aceptan placas nuevas. " +
-           (one ? std::string("La placa en curso termina") : "Las " + n + " placas en curso terminan") +
+           (one ? std::string("La placa en curso termina")
+                : "Las " + n + " placas en curso terminan") +
            "; pulsa Ctrl+C otra vez para detener" + (one ? "la." : "las.");
   }
   return {};
@@ -167,25 +178,23 @@ std::string limitValue() {
 
 std::string cannotOpenRecord(const std::string& file, const std::string& reason) {
   switch (currentLanguage()) {
-  case Language::en: return "Cannot open the record file " + file + ": " + reason + ".";
-  case Language::nl: return "Kan het registratiebestand " + file + " niet openen: " + reason + ".";
-  case Language::de:
-    return "Die Protokolldatei " + file + " kann nicht geöffnet werden: " + reason + ".";
+  case Language::en: return "Cannot open the record file " + file + ": " + reason;
+  case Language::nl: return "Kan het registratiebestand " + file + " niet openen: " + reason;
+  case Language::de: return "Die Protokolldatei " + file + " kann nicht geöffnet werden: " + reason;
   case Language::fr:
-    return "Impossible d’ouvrir le fichier d’enregistrement " + file + " : " + reason + ".";
-  case Language::es:
-    return "No se puede abrir el archivo de registro " + file + ": " + reason + ".";
+    return "Impossible d’ouvrir le fichier d’enregistrement " + file + " : " + reason;
+  case Language::es: return "No se puede abrir el archivo de registro " + file + ": " + reason;
   }
   return {};
 }
 
 std::string cannotWriteRecord(const std::string& file, const std::string& reason) {
   switch (currentLanguage()) {
-  case Language::en: return "This board is missing from " + file + ": " + reason + ".";
-  case Language::nl: return "Dit board ontbreekt in " + file + ": " + reason + ".";
-  case Language::de: return "Dieses Board fehlt in " + file + ": " + reason + ".";
-  case Language::fr: return "Cette carte manque dans " + file + " : " + reason + ".";
-  case Language::es: return "Esta placa falta en " + file + ": " + reason + ".";
+  case Language::en: return "This board is missing from " + file + ": " + reason;
+  case Language::nl: return "Dit board ontbreekt in " + file + ": " + reason;
+  case Language::de: return "Dieses Board fehlt in " + file + ": " + reason;
+  case Language::fr: return "Cette carte manque dans " + file + " : " + reason;
+  case Language::es: return "Esta placa falta en " + file + ": " + reason;
   }
   return {};
 }
@@ -204,17 +213,16 @@ std::string needsTestDevice(const std::string& path) {
 }
 
 std::string otherFamily(bool productIsESP) {
-  return productIsESP
-             ? tr({"an Arduino board, and this product is for ESP boards.",
-                   "een Arduino-board, en dit product is voor ESP-boards.",
-                   "ein Arduino-Board, dieses Produkt ist aber für ESP-Boards.",
-                   "une carte Arduino, alors que ce produit est destiné aux cartes ESP.",
-                   "una placa Arduino, y este producto es para placas ESP."})
-             : tr({"an ESP board, and this product is for Arduino boards.",
-                   "een ESP-board, en dit product is voor Arduino-boards.",
-                   "ein ESP-Board, dieses Produkt ist aber für Arduino-Boards.",
-                   "une carte ESP, alors que ce produit est destiné aux cartes Arduino.",
-                   "una placa ESP, y este producto es para placas Arduino."});
+  return productIsESP ? tr({"an Arduino board, and this product is for ESP boards.",
+                            "een Arduino-board, en dit product is voor ESP-boards.",
+                            "ein Arduino-Board, dieses Produkt ist aber für ESP-Boards.",
+                            "une carte Arduino, alors que ce produit est destiné aux cartes ESP.",
+                            "una placa Arduino, y este producto es para placas ESP."})
+                      : tr({"an ESP board, and this product is for Arduino boards.",
+                            "een ESP-board, en dit product is voor Arduino-boards.",
+                            "ein ESP-Board, dieses Produkt ist aber für Arduino-Boards.",
+                            "une carte ESP, alors que ce produit est destiné aux cartes Arduino.",
+                            "una placa ESP, y este producto es para placas Arduino."});
 }
 std::string sameBoardRestarting() {
   return tr({"the board just flashed, restarting.", "het zojuist geflashte board, dat herstart.",

@@ -28,6 +28,7 @@ std::string limitReached(std::int64_t limit);
 std::string summary(std::int64_t flashed, std::int64_t failed);
 /// The value `--limit` takes.
 std::string limitValue();
+/// The reasons of these two are sentences of their own, ending with a full stop.
 std::string cannotOpenRecord(const std::string& file, const std::string& reason);
 std::string cannotWriteRecord(const std::string& file, const std::string& reason);
 /// Why a board is left alone: it belongs to the other family than the product's.

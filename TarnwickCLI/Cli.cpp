@@ -89,8 +89,7 @@ bool startsAsProduct(const fs::path& path) {
   std::string head(128, '\0');
   file.read(head.data(), static_cast<std::streamsize>(head.size()));
   head.resize(static_cast<std::size_t>(file.gcount()));
-  return head.starts_with("PK\x03\x04") &&
-         head.find(ProductPackage::mimeType) != std::string::npos;
+  return head.starts_with("PK\x03\x04") && head.find(ProductPackage::mimeType) != std::string::npos;
 }
 
 // What `pack --force` may replace: a single-file product (a damaged one only when it carries
@@ -189,7 +188,8 @@ ProductPackage importProduct(const std::string& targetText,
     } catch (const FirmwareImport::ImportError& error) {
       throw Unusable{L10n::Errors::cannotUse(folder, error.message())};
     } catch (const fs::filesystem_error& error) {
-      throw Unusable{L10n::Errors::cannotUse(folder, error.code().message() + ".")};
+      throw Unusable{
+          L10n::Errors::cannotUse(folder, L10n::Errors::readCause(error.code().value()))};
     }
   } else {
     for (const std::string& input : inputs) {
@@ -200,7 +200,8 @@ ProductPackage importProduct(const std::string& targetText,
       } catch (const FirmwareImport::ImportError& error) {
         throw Unusable{L10n::Errors::cannotUse(name, error.message())};
       } catch (const fs::filesystem_error& error) {
-        throw Unusable{L10n::Errors::cannotUse(name, error.code().message() + ".")};
+        throw Unusable{
+            L10n::Errors::cannotUse(name, L10n::Errors::readCause(error.code().value()))};
       }
     }
   }
@@ -289,8 +290,7 @@ int flash(const Arguments& arguments) {
     if (step.note) console.line(step.note->text);
   };
   RunNarrator narrator(avr);
-  console.line(
-      RunNarration::opening(package.product.name, deviceName(port)).text);
+  console.line(RunNarration::opening(package.product.name, deviceName(port)).text);
 
   FlashJob job(package.product, package.files, port, arguments.testDevice,
                [&](const FlashEvent& event) {
@@ -370,7 +370,8 @@ int station(const Arguments& arguments) {
       record = std::make_unique<StationRecord>(*arguments.record, package.product.name,
                                                package.recordSHA256);
     } catch (const std::system_error& error) {
-      throw Unusable{L10n::Station::cannotOpenRecord(*arguments.record, error.code().message())};
+      throw Unusable{L10n::Station::cannotOpenRecord(
+          *arguments.record, L10n::Errors::systemCause(error.code().value()))};
     }
   }
 
@@ -384,8 +385,8 @@ int station(const Arguments& arguments) {
   if (arguments.json)
     output = std::make_unique<StationJSON>(stdout, stderr, std::move(record));
   else
-    output = std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1,
-                                              std::move(record));
+    output =
+        std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1, std::move(record));
 
   Station station(std::move(package), options, *output);
   activeStation = &station;

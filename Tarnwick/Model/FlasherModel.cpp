@@ -27,12 +27,12 @@
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
-#include "Localization/StationTexts.hpp"
 #include "Localization/ModelTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
+#include "Localization/StationTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
@@ -91,7 +91,7 @@ std::string fileNameOf(const std::filesystem::path& location) {
 // A firmware file that cannot be read: the system's reason after the file's name.
 std::string unreadable(const std::string& name, const std::exception& error) {
   if (auto* fileError = dynamic_cast<const std::filesystem::filesystem_error*>(&error)) {
-    return L10n::Errors::cannotUse(name, fileError->code().message() + ".");
+    return L10n::Errors::cannotUse(name, L10n::Errors::readCause(fileError->code().value()));
   }
   return L10n::Errors::cannotRead(name);
 }
@@ -562,21 +562,18 @@ void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   // A port that comes back right after a run is told by what it is and by the board's USB
   // serial number; one that cannot be told is left alone, and the log says so.
   const bool esp = product_.target.isESP();
-  auto decision = PortChoice::decide(ports_, previous, selectedPath_.toStdString(),
-                                     [&](const std::string& path) {
-                                       auto port = std::ranges::find(ports_, path,
-                                                                     &SerialPortInfo::path);
-                                       if (port == ports_.end()) return true;
-                                       auto arrival = PortChoice::judgeArrival(
-                                           *port, isTestDevice(path), lastFlashed_, esp, now);
-                                       if (arrival == PortChoice::Arrival::newBoard) return false;
-                                       appendLine({LogSegment::Kind::meta,
-                                                   L10n::Station::aboutBoard(
-                                                       portLabel(qs(path)).toStdString(),
-                                                       L10n::Station::leftAlone(
-                                                           L10n::Station::sameBoardRestarting()))});
-                                       return true;
-                                     });
+  auto decision = PortChoice::decide(
+      ports_, previous, selectedPath_.toStdString(), [&](const std::string& path) {
+        auto port = std::ranges::find(ports_, path, &SerialPortInfo::path);
+        if (port == ports_.end()) return true;
+        auto arrival = PortChoice::judgeArrival(*port, isTestDevice(path), lastFlashed_, esp, now);
+        if (arrival == PortChoice::Arrival::newBoard) return false;
+        appendLine({LogSegment::Kind::meta,
+                    L10n::Station::aboutBoard(
+                        portLabel(qs(path)).toStdString(),
+                        L10n::Station::leftAlone(L10n::Station::sameBoardRestarting()))});
+        return true;
+      });
   if (decision.newBoard) {
     selectPort(*decision.newBoard);
     if (autoFlash_ && !hasErrors()) scheduleAutoFlash(*decision.newBoard);
@@ -768,10 +765,10 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
   setState(FlasherState::idle);
   {
     auto port = std::ranges::find(ports_, selectedPath_.toStdString(), &SerialPortInfo::path);
-    lastFlashed_ = PortChoice::FlashedBoard{
-        Clock::now() + duration(options_.quietSeconds),
-        port != ports_.end() ? port->serialNumber : std::nullopt,
-        summary ? summary->mac : std::nullopt};
+    lastFlashed_ =
+        PortChoice::FlashedBoard{Clock::now() + duration(options_.quietSeconds),
+                                 port != ports_.end() ? port->serialNumber : std::nullopt,
+                                 summary ? summary->mac : std::nullopt};
   }
   knownPaths_ = PortChoice::pathsOf(ports_);
 

@@ -15,20 +15,19 @@
 
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
+#include "Simulator/DemoFirmware.hpp"
+#include "Simulator/SimulatedAVR.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
 #include "support/BuildFolders.hpp"
 #include "support/HexFiles.hpp"
 #include "support/Products.hpp"
-#include "Simulator/DemoFirmware.hpp"
-#include "Simulator/SimulatedAVR.hpp"
-#include "Simulator/SimulatedESP.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::simulator;
 using namespace tarnwick::testing;
 namespace fs = std::filesystem;
-
 
 namespace {
 
@@ -236,6 +235,14 @@ TEST_F(CLI, BadInputAndFailingBoardsGiveTheirMessagesAndStatus) {
   EXPECT_EQ(empty.status, 2);
   EXPECT_NE(empty.err.find("Cannot use empty.hex: the file is empty."), std::string::npos)
       << empty.err;
+  // A file larger than any chip's flash is refused by its size, without reading it (sparse).
+  std::ofstream(root / "huge.bin").close();
+  fs::resize_file(root / "huge.bin", 129u << 20);
+  Result huge = runCLI(
+      {"pack", "-t", "esp:esp32", "--out", (root / "H").string(), (root / "huge.bin").string()});
+  EXPECT_EQ(huge.status, 2);
+  EXPECT_NE(huge.err.find("Cannot use huge.bin: it is larger than 128 MiB"), std::string::npos)
+      << huge.err;
   Result device = runCLI({"flash", "--target", "avr:uno", "--port", "/dev/null", "/dev/null"});
   EXPECT_EQ(device.status, 2);
   EXPECT_TRUE(device.err.starts_with("Cannot use null: ")) << device.err;
@@ -298,7 +305,8 @@ TEST_F(CLI, SimulatedBoardsAndTheirDemoBuilds) {
   Result leonardo = runCLI({"leonardo"}, {}, "en", TARNWICK_SIMBOARD);
   EXPECT_EQ(leonardo.status, 1);
   EXPECT_NE(leonardo.err.find("new port"), std::string::npos);
-  EXPECT_EQ(runCLI({"uno", "--demo-folder", "/proc/no/such"}, {}, "en", TARNWICK_SIMBOARD).status, 1);
+  EXPECT_EQ(runCLI({"uno", "--demo-folder", "/proc/no/such"}, {}, "en", TARNWICK_SIMBOARD).status,
+            1);
 
   for (ESPChip chip : ESPChips::all) {
     SCOPED_TRACE(std::string(rawValue(chip)));
@@ -307,8 +315,8 @@ TEST_F(CLI, SimulatedBoardsAndTheirDemoBuilds) {
     SimulatedESPOptions options;
     options.chip = chip;
     SimulatedESP board(options);
-    Result run = runCLI({"flash", "--test-device", "--port", board.path(), "--target",
-                         "esp:auto", folder.string()});
+    Result run = runCLI({"flash", "--test-device", "--port", board.path(), "--target", "esp:auto",
+                         folder.string()});
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     std::ifstream in(folder / "demo.bin", std::ios::binary);
     const Bytes app((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
