@@ -343,6 +343,9 @@ extern "C" void onStationInterrupt(int) {
 }
 
 int station(const Arguments& arguments) {
+  // A reader of the output that goes away (`| monitor` ended) must not kill boards mid-write:
+  // the station notices the failed write, takes no new boards and finishes the running ones.
+  std::signal(SIGPIPE, SIG_IGN);
   ProductPackage package = openProduct(arguments.inputs[0]);
   applyOverrides(package.product, arguments.overrides, arguments.command);
   checkBeforeFlashing(package);
@@ -364,7 +367,8 @@ int station(const Arguments& arguments) {
       record = std::make_unique<StationRecord>(*arguments.record, package.product.name,
                                                package.recordSHA256);
     } catch (const std::system_error& error) {
-      throw Unusable{L10n::Station::cannotOpenRecord(*arguments.record, error.code().message())};
+      throw Unusable{L10n::Station::cannotOpenRecord(
+          *arguments.record, L10n::Errors::systemCause(error.code().value()))};
     }
   }
 
@@ -389,14 +393,13 @@ int station(const Arguments& arguments) {
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-  // A reader of the output that goes away (`| monitor` ended) must not kill boards mid-write:
-  // the station notices the failed write, takes no new boards and finishes the running ones.
-  std::signal(SIGPIPE, SIG_IGN);
   const std::int64_t failures = station.run(source);
   activeStation = nullptr;
   output->end();
   if (station.outputWasLost()) {
-    printError(L10n::Station::outputLost());
+    // Standard error is all that is left to say it, with the counts nobody read.
+    printError(L10n::Station::outputLost(arguments.record.has_value()));
+    printError(L10n::Station::summary(station.flashed(), station.failed()));
     return runFailed;
   }
   return failures == 0 && !station.recordProblem() ? success : runFailed;
