@@ -622,6 +622,49 @@ TEST(StationConsole, SixBoardsFitEightyColumnsInNaturalOrder) {
   }
 }
 
+// JSON progress at the start and at every fifth percent a run crosses, however far one report
+// jumps: a reader waiting for 35 % sees it although the run went from 31 % to 40 % at once. A
+// board left alone is a skipped event with its reason.
+TEST(StationJSON, ProgressAtEveryFifthPercentCrossedAndSkippedBoards) {
+  char* buffer = nullptr;
+  std::size_t size = 0;
+  std::FILE* out = ::open_memstream(&buffer, &size);
+  ASSERT_NE(out, nullptr);
+  {
+    StationJSON json(out, stderr);
+    const StationBoard board{"/dev/ttyUSB0", "CP2102 (ttyUSB0)"};
+    json.started(board);
+    for (std::int64_t done : {0, 12, 310, 400, 400, 999, 1000})
+      json.progress(board, done, 1000);
+    json.skipped({"/dev/ttyACM0", "Arduino Uno (ttyACM0)"}, "a reason.");
+  }
+  std::fclose(out);
+  std::istringstream lines(std::string(buffer, size));
+  std::free(buffer);
+  std::vector<int> percents;
+  std::int64_t lastDone = 0;
+  std::vector<nlohmann::json> skipped;
+  for (std::string line; std::getline(lines, line);) {
+    auto event = nlohmann::json::parse(line);
+    if (event.at("event") == "progress") {
+      percents.push_back(event.at("percent"));
+      EXPECT_GE(event.at("done").get<std::int64_t>(), lastDone) << line;
+      EXPECT_GE(event.at("done").get<std::int64_t>() * 100, percents.back() * 1000) << line;
+      lastDone = event.at("done");
+    } else if (event.at("event") == "skipped") {
+      skipped.push_back(event);
+    }
+  }
+  std::vector<int> everyFifth; // from the start at 0 %
+  for (int percent = 0; percent <= 100; percent += 5)
+    everyFifth.push_back(percent);
+  EXPECT_EQ(percents, everyFifth);
+  ASSERT_EQ(skipped.size(), 1u);
+  EXPECT_EQ(skipped[0].at("port"), "/dev/ttyACM0");
+  EXPECT_EQ(skipped[0].at("reason"), "a reason.");
+  EXPECT_TRUE(skipped[0].contains("time"));
+}
+
 // A record line that cannot be written (a full disk): the board counts as failed, the summary
 // names the problem, the station ends with 1, and on a terminal the message starts a line of
 // its own instead of running on from the live line.
