@@ -44,7 +44,8 @@ struct RunOptions {
   enum class Then {
     /// SIGINT, as Ctrl-C.
     interrupt,
-    /// Standard output is read no more, as a reader at the end of a pipe that goes away.
+    /// Standard output is read no more, as a reader at the end of a pipe that goes away; then
+    /// `call` runs, if set.
     closeOutput,
     /// `call` runs with the program's process id; the program goes on.
     call,
@@ -128,6 +129,7 @@ inline Result runCLI(const std::vector<std::string>& args, const RunOptions& opt
         out[0] = -1;
         fds[0].fd = -1;
         --open;
+        if (options.call) options.call(pid);
         break;
       case RunOptions::Then::call: options.call(pid); break;
       case RunOptions::Then::interrupt:

@@ -219,6 +219,7 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
   const std::vector<Step> steps = {
       {"a first board behind an adapter", FakePorts::adapter(), &a, "done", ""},
       {"another board on the adapter at once", FakePorts::adapter(), &b, "done", ""},
+      {"that board plugged in again at once", FakePorts::adapter(), &b, "done", ""},
       {"own USB without a serial number, same MAC", FakePorts::nativeESP(std::nullopt), &b,
        "skipped", sameMAC},
       {"and back from that restart", FakePorts::nativeESP(std::nullopt), &b, "skipped", cannotTell},
@@ -250,8 +251,8 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
   }
   running.station.interrupt();
   EXPECT_EQ(running.finish(), 1);
-  EXPECT_EQ(running.station.flashed(), 5);
-  EXPECT_EQ(r.count("started"), 7) << describe(r); // the five, the comparison, the silent one
+  EXPECT_EQ(running.station.flashed(), 6);
+  EXPECT_EQ(r.count("started"), 8) << describe(r); // the six, the comparison, the silent one
   fs::remove(slot);
 }
 
@@ -559,6 +560,35 @@ std::vector<std::string> screenLines(const std::string& out) {
 }
 } // namespace
 
+namespace {
+// The live line an 80-column terminal shows last, once `paths` started and are 45 % done, and
+// then `left` was left alone.
+std::string liveLineOf(const std::vector<std::string>& paths, const std::string& left) {
+  PseudoTerminal screen; // the controller side reads what the station writes
+  const int device = ::open(screen.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  winsize size{};
+  size.ws_row = 24;
+  size.ws_col = 80;
+  EXPECT_EQ(::ioctl(device, TIOCSWINSZ, &size), 0);
+  std::FILE* out = ::fdopen(device, "w");
+  {
+    StationConsole console(out, true);
+    for (const auto& path : paths)
+      console.started({path, "ESP32 Dev (" + path.substr(5) + ")"});
+    for (const auto& path : paths)
+      console.progress({path, ""}, 45, 100);
+    if (!left.empty()) console.skipped({left, ""}, "proved to be the last board.");
+    console.notice("redraw"); // a line always draws the live line again
+  }
+  std::fclose(out);
+  std::string shown;
+  for (Bytes part; !(part = screen.receive(0.05)).empty();)
+    shown.append(part.begin(), part.end());
+  const auto start = shown.rfind("\r\033[K");
+  return start == std::string::npos ? std::string() : shown.substr(start + 4);
+}
+} // namespace
+
 // The live line with six boards on an 80-column terminal, in every language: the counts come
 // first, the boards follow in the ports' natural order (pts/3 before pts/12), and the line never
 // runs past the width: the boards' names shorten until it fits.
@@ -587,27 +617,7 @@ TEST(StationConsole, SixBoardsFitEightyColumnsInNaturalOrder) {
     LanguageOverride speaking(language);
     for (const Case& c : cases) {
       SCOPED_TRACE(std::string(code(language)) + " " + c.paths.front());
-      PseudoTerminal screen; // the master side reads what the station writes
-      const int slave = ::open(screen.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
-      ASSERT_GE(slave, 0);
-      winsize size{};
-      size.ws_row = 24;
-      size.ws_col = 80;
-      ASSERT_EQ(::ioctl(slave, TIOCSWINSZ, &size), 0);
-      std::FILE* out = ::fdopen(slave, "w");
-      {
-        StationConsole console(out, true);
-        for (const auto& path : c.paths)
-          console.started({path, "ESP32 Dev (" + path.substr(5) + ")"});
-        for (const auto& path : c.paths)
-          console.progress({path, ""}, 45, 100);
-        console.notice("redraw"); // a line always draws the live line again
-      }
-      std::fclose(out);
-      std::string shown;
-      for (Bytes part; !(part = screen.receive(0.05)).empty();)
-        shown.append(part.begin(), part.end());
-      const std::string live = shown.substr(shown.rfind("\r\033[K") + 4);
+      const std::string live = liveLineOf(c.paths, {});
       EXPECT_LE(displayWidth(live), 79u) << live;
       const std::string counts = L10n::Station::status({}, 0, 0);
       EXPECT_TRUE(live.starts_with(counts.substr(0, counts.find(" · ")))) << live;
@@ -620,6 +630,9 @@ TEST(StationConsole, SixBoardsFitEightyColumnsInNaturalOrder) {
       }
     }
   }
+  // A board connected to and then left alone is no longer in progress.
+  EXPECT_EQ(liveLineOf({"/dev/ttyUSB1", "/dev/ttyUSB2"}, "/dev/ttyUSB1"),
+            "Flashed 0 · Failed 0 · Flashing ttyUSB2 45%");
 }
 
 // JSON progress at the start and at every fifth percent a run crosses, however far one report
@@ -691,21 +704,38 @@ TEST(StationCommand, AFullRecordDisk) {
       << "no live line was drawn: " << result.out;
 }
 
-// A reader of the output that goes away, of the JSON events or of the lines for people: the
-// running board finishes and gets its record line, and the station ends with 1, saying so on
-// standard error with the counts nobody read.
+// A reader of the output that goes away, of the JSON events or of the lines for people, while a
+// board runs or while the station waits: the running board finishes and gets its record line,
+// no board that comes later is touched, and the station ends with 1, saying so on standard
+// error with the counts nobody read.
 TEST(StationCommand, AReaderThatGoesAway) {
   ProductOnDisk product("tw-station-reader-");
-  for (const bool json : {true, false}) {
-    SCOPED_TRACE(json ? "--json" : "lines");
-    SimulatedESP board(slowESP32());
-    const std::string log = (product.root / (json ? "json.jsonl" : "lines.jsonl")).string();
-    std::vector<std::string> words = {
-        "station", product.path(), "--test-device", "-p", board.path(), "--record", log};
-    if (json) words.push_back("--json");
+  struct Case {
+    const char* what;
+    bool json;
+    const char* when;
+    bool boardComesLater;
+  };
+  const Case cases[] = {
+      {"--json, during a run", true, R"("event":"started")", false},
+      {"lines, during a run", false, "Flashing started", false},
+      {"--json, between boards", true, R"("event":"done")", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    SimulatedESP board(slowESP32()), later;
+    const std::string log = (product.root / "boards.jsonl").string();
+    fs::remove(log);
+    const fs::path slot = product.root / "later";
+    fs::remove(slot);
+    std::vector<std::string> words = {"station", product.path(), "--test-device", "-p",
+                                      board.path(), "-p", slot.string(), "--record", log};
+    if (c.json) words.push_back("--json");
     RunOptions options;
-    options.when = json ? R"("event":"started")" : "Flashing started";
+    options.when = c.when;
     options.then = RunOptions::Then::closeOutput;
+    if (c.boardComesLater)
+      options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
     Result result = runCLI(words, options);
     EXPECT_EQ(result.status, 1) << result.err;
     EXPECT_NE(result.err.find("The station’s output was closed (the program reading it ended). "
@@ -714,10 +744,12 @@ TEST(StationCommand, AReaderThatGoesAway) {
               std::string::npos)
         << result.err;
     EXPECT_NE(result.err.find("Flashed 1 · Failed 0."), std::string::npos) << result.err;
+    EXPECT_EQ(later.requests(ESPCommand::sync), 0) << "a board came after the reader went";
     std::ifstream recorded(log);
     std::string line;
     ASSERT_TRUE(std::getline(recorded, line));
     EXPECT_EQ(nlohmann::json::parse(line).at("result"), "done") << line;
+    EXPECT_FALSE(std::getline(recorded, line)) << line;
   }
 }
 

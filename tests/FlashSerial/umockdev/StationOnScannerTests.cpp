@@ -110,6 +110,17 @@ TEST(StationOnScanner, APortThatComesBackIsJudgedByItsKindAndSerialNumber) {
   WatchedSource source;
   std::int64_t failures = -1;
   std::thread running([&] { failures = station.run(source); });
+  // A failed step still ends the station before the test does.
+  struct Ending {
+    cli::Station& station;
+    std::thread& thread;
+    ~Ending() {
+      if (!thread.joinable()) return;
+      station.interrupt();
+      station.interrupt();
+      thread.join();
+    }
+  } ending{station, running};
   ASSERT_TRUE(recorder.waitFor("notice"));
 
   const std::string sameSerial =

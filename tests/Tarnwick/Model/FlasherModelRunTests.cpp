@@ -360,6 +360,23 @@ TEST_F(ModelTest, AutomaticFlashingTellsABoardByItsMAC) {
   }
   EXPECT_EQ(a.requests(ESPCommand::flashDeflateBegin), writes) << "the same board was written";
   EXPECT_EQ(b.requests(ESPCommand::flashDeflateBegin), writes);
+
+  // A board with a USB serial number whose port is gone when its run ends (it restarts): its
+  // return is told by the number the port had when the run began, without connecting.
+  const SerialPortInfo numbered{alias.path(), std::nullopt, espressifVendorID, 0x1001, "S-B"};
+  model->setAutoFlash(false);
+  model->portsChanged({});
+  model->portsChanged({numbered});
+  model->startFlash();
+  ASSERT_TRUE(model->isFlashing());
+  model->portsChanged({});
+  ASSERT_TRUE(waitUntilIdle(*model));
+  model->setAutoFlash(true);
+  QSignalSpy scheduled(model.get(), &FlasherModel::autoFlashScheduled);
+  model->portsChanged({numbered});
+  EXPECT_EQ(scheduled.count(), 0);
+  EXPECT_TRUE(model->output().plainText().contains(
+      "Left alone: the board whose run just ended, restarting (same USB serial number)."));
 }
 
 TEST_F(ModelTest, NewBoardAfterTheQuietTimeButNeverWithProductErrors) {
