@@ -95,6 +95,9 @@ struct Station::Run {
   std::optional<std::string> serialNumber;
   /// Set by the run's thread when the board turned out to be the one flashed before.
   bool sameBoard = false;
+  /// The station's own: the port went and came back during the run although nothing but
+  /// unplugging takes it away, so another board is there now.
+  bool anotherBoardArrived = false;
 
   bool waitsForBootloader(bool caterina) const {
     std::lock_guard lock(mutex);
@@ -207,10 +210,14 @@ void Station::arrived(const std::vector<SerialPortInfo>& ports, Clock::time_poin
   for (const auto& [path, port] : present) {
     if (present_.contains(path) || !isCandidate(port)) continue;
     // A board that re-enumerates during its own run, or a bootloader coming up for one, is no
-    // new board; while a bootloader is awaited, any port that appears may be it.
-    bool belongsToRun = std::ranges::any_of(runs_, [&](const auto& run) {
-      return run->owns(path) || run->waitsForBootloader(oneAtATime_);
-    });
+    // new board; while a bootloader is awaited, any port that appears may be it. A port that
+    // only goes with its cable is judged once its run has ended.
+    bool belongsToRun = false;
+    for (const auto& run : runs_) {
+      if (path == run->board.path && (portKind(port) == PortKind::adapter || isTestDevice(path)))
+        run->anotherBoardArrived = true;
+      belongsToRun = belongsToRun || run->owns(path) || run->waitsForBootloader(oneAtATime_);
+    }
     if (!belongsToRun) judge(port, now);
   }
   std::erase_if(settling_, [&](const auto& entry) { return !present.contains(entry.first); });
@@ -333,7 +340,11 @@ void Station::reapFinished() {
     else
       ++failed_;
     report_.finished(run.outcome);
+    const bool anotherBoard = run.anotherBoardArrived;
+    const std::string path = run.board.path;
     it = runs_.erase(it);
+    if (auto port = present_.find(path); anotherBoard && port != present_.end())
+      judge(port->second, now);
   }
   if (recordProblem_ && !recordNoticed_) {
     recordNoticed_ = true;

@@ -249,10 +249,25 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
       EXPECT_EQ(r.entries().back().text, step.reason);
     }
   }
+  // Swapped while its run still goes on: the board that came is flashed once the run ends.
+  SimulatedESP slow(slowESP32()), next;
+  const int done = r.count("done", slot.string());
+  ports.pull(slot.string());
+  fs::remove(slot);
+  fs::create_symlink(slow.path(), slot);
+  ports.plug(slot.string());
+  ASSERT_TRUE(r.waitFor("connected", slot.string(), r.count("connected", slot.string()) + 1));
+  ports.pull(slot.string());
+  fs::remove(slot);
+  fs::create_symlink(next.path(), slot);
+  ports.plug(slot.string());
+  ASSERT_TRUE(r.waitFor("done", slot.string(), done + 2)) << describe(r);
+  EXPECT_GT(next.requests(ESPCommand::flashDeflateBegin), 0);
+
   running.station.interrupt();
   EXPECT_EQ(running.finish(), 1);
-  EXPECT_EQ(running.station.flashed(), 6);
-  EXPECT_EQ(r.count("started"), 8) << describe(r); // the six, the comparison, the silent one
+  EXPECT_EQ(running.station.flashed(), 8);
+  EXPECT_EQ(r.count("started"), 10) << describe(r); // eight, the comparison, the silent one
   fs::remove(slot);
 }
 
