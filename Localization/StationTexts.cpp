@@ -310,6 +310,12 @@ std::string outputLost(bool recorded) {
              "aceptaron más placas; las que estaban en curso se terminaron."});
 }
 
+std::string noDevicePath(const std::string& name) {
+  return tr({name + " is no device path.", name + " is geen apparaatpad.",
+             name + " ist kein Gerätepfad.", name + " n’est pas un chemin de périphérique.",
+             name + " no es una ruta de dispositivo."});
+}
+
 std::string didYouMeanDevice(const std::string& path) {
   return tr({"Did you mean " + path + "?", "Bedoel je " + path + "?", "Meintest du " + path + "?",
              "Vouliez-vous dire " + path + " ?", "¿Quisiste decir " + path + "?"});

@@ -53,7 +53,9 @@ std::string waitingForPort(const std::string& path);
 std::string outputLost(bool recorded);
 /// A port named with --port that only `--test-device` allows.
 std::string needsTestDevice(const std::string& path);
-/// After `needsTestDevice` for a bare device name ("ttyUSB0") that names a port under /dev.
+/// A port named by a bare device name ("ttyUSB0"), not by its path.
+std::string noDevicePath(const std::string& name);
+/// After `noDevicePath`: the path under /dev it most likely means.
 std::string didYouMeanDevice(const std::string& path);
 
 } // namespace tarnwick::L10n::Station

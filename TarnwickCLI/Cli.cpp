@@ -261,10 +261,12 @@ void checkBeforeFlashing(const ProductPackage& package) {
 // pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0.
 void checkPortName(const std::string& path, const Arguments& arguments) {
   if (arguments.testDevice || FlashPort::isValidPath(path)) return;
-  std::string message = L10n::Station::needsTestDevice(path);
-  if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path))
-    message += " " + L10n::Station::didYouMeanDevice("/dev/" + path);
-  throw UsageError{message, arguments.command};
+  if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path)) {
+    throw UsageError{L10n::Station::noDevicePath(path) + " " +
+                         L10n::Station::didYouMeanDevice("/dev/" + path),
+                     arguments.command};
+  }
+  throw UsageError{L10n::Station::needsTestDevice(path), arguments.command};
 }
 
 int flash(const Arguments& arguments) {
@@ -397,9 +399,10 @@ int station(const Arguments& arguments) {
   activeStation = nullptr;
   output->end();
   if (station.outputWasLost()) {
-    // Standard error is all that is left to say it, with the counts nobody read.
+    // Standard error is all that is left to say it, with the counts nobody read (the JSON form
+    // gave them there already).
     printError(L10n::Station::outputLost(arguments.record.has_value()));
-    printError(L10n::Station::summary(station.flashed(), station.failed()));
+    if (!arguments.json) printError(L10n::Station::summary(station.flashed(), station.failed()));
     return runFailed;
   }
   return failures == 0 && !station.recordProblem() ? success : runFailed;

@@ -758,7 +758,9 @@ TEST(StationCommand, AReaderThatGoesAway) {
                               "finished and recorded."),
               std::string::npos)
         << result.err;
-    EXPECT_NE(result.err.find("Flashed 1 · Failed 0."), std::string::npos) << result.err;
+    const auto counts = result.err.find("Flashed 1 · Failed 0.");
+    EXPECT_NE(counts, std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("Flashed", counts + 1), std::string::npos) << "said twice";
     EXPECT_EQ(later.requests(ESPCommand::sync), 0) << "a board came after the reader went";
     std::ifstream recorded(log);
     std::string line;
@@ -807,7 +809,9 @@ TEST(StationCommand, PortsThatAreNoSerialAdapters) {
         << pts.err;
     Result bare = runCLI({command, "-p", "ttyUSB7", product.path()});
     EXPECT_EQ(bare.status, 2) << command;
-    EXPECT_NE(bare.err.find("Did you mean /dev/ttyUSB7?"), std::string::npos) << bare.err;
+    EXPECT_NE(bare.err.find("ttyUSB7 is no device path. Did you mean /dev/ttyUSB7?"),
+              std::string::npos)
+        << bare.err;
   }
   const std::string absent = (product.root / "not-yet").string();
   Result waiting =
