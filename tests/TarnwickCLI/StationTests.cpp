@@ -71,6 +71,8 @@ public:
 
   std::vector<SerialPortInfo> start() override {
     std::lock_guard lock(mutex_);
+    // What changed before is what the station finds at start.
+    lists_.clear();
     return ports_;
   }
   std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
