@@ -77,11 +77,8 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
     }
     std::optional<std::string> mac;
     if (auto bytes = loader.readMAC()) mac = formatMAC(*bytes);
-    if (leaveBoardWithMAC && mac == leaveBoardWithMAC) {
-      hardReset(port);
-      port.close();
-      throw SameBoard{};
-    }
+    // Restarted into its firmware below, as every run ends, before anything is written.
+    if (leaveBoardWithMAC && mac == leaveBoardWithMAC) throw SameBoard{};
     context_.emit(FlashEvents::Connected{std::string(displayName(chip)), mac});
 
     // A detected chip decides the plan; its compression overlaps the flash set-up.

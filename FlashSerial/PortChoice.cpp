@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "Localization/StationTexts.hpp"
+
 namespace tarnwick::PortChoice {
 
 std::vector<SerialPortInfo> newBoards(const std::vector<SerialPortInfo>& ports,
@@ -43,14 +45,25 @@ std::set<std::string> pathsOf(const std::vector<SerialPortInfo>& ports) {
   return paths;
 }
 
-Arrival judgeArrival(const SerialPortInfo& port, bool testDevice,
-                     const std::optional<FlashedBoard>& last, bool esp,
+Arrival judgeArrival(const SerialPortInfo& port, bool testDevice, FlashedBoard* last, bool esp,
                      std::chrono::steady_clock::time_point now) {
   if (!last || now >= last->quietUntil || testDevice || portKind(port) == PortKind::adapter)
     return Arrival::newBoard;
   if (port.serialNumber && last->serialNumber)
-    return *port.serialNumber == *last->serialNumber ? Arrival::sameBoard : Arrival::newBoard;
-  return esp ? Arrival::compareMAC : Arrival::sameBoard;
+    return *port.serialNumber == *last->serialNumber ? Arrival::sameSerialNumber
+                                                     : Arrival::newBoard;
+  if (last->provedSame) {
+    last->provedSame = false;
+    return Arrival::cannotTell;
+  }
+  // Without a MAC to compare (a run that failed before the board answered) connecting would
+  // fail and restart the board again, and again.
+  return esp && last->mac ? Arrival::compareMAC : Arrival::cannotTell;
+}
+
+std::string whyLeftAlone(Arrival arrival) {
+  return arrival == Arrival::sameSerialNumber ? L10n::Station::sameSerialNumber()
+                                              : L10n::Station::cannotTell();
 }
 
 } // namespace tarnwick::PortChoice

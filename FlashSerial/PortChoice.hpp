@@ -37,33 +37,46 @@ Decision decide(const std::vector<SerialPortInfo>& ports,
                 const std::string& selectedPath,
                 const std::function<bool(const std::string& path)>& isQuiet);
 
-/// What is remembered of the board last flashed on a port.
+/// What is remembered of the board of the last run on a port.
 struct FlashedBoard {
   /// Until when the port coming back may be that board restarting.
   std::chrono::steady_clock::time_point quietUntil;
   std::optional<std::string> serialNumber;
   /// Its MAC address, for ESP boards that connected.
   std::optional<std::string> mac;
+  /// It came back, was connected to for its MAC address and proved to be itself: that restarted
+  /// it once more, and its next return is that restart.
+  bool provedSame = false;
 };
 
-/// What a port that appears on a path where a board was flashed before holds.
+/// What a port that appears where a run ended a moment ago holds.
 enum class Arrival {
   /// Another board: flash it.
   newBoard,
-  /// The board just flashed, restarting: leave it.
-  sameBoard,
-  /// Cannot be told from the port: connect and compare its MAC address with the last one.
+  /// The same USB serial number: the board of that run, restarting. Leave it.
+  sameSerialNumber,
+  /// Nothing tells the two apart: connect, and flash it only when its MAC address differs
+  /// from the last one (else restart it into its firmware and leave it).
   compareMAC,
+  /// Nothing tells the two apart and nothing can be compared: taken for the board of that run,
+  /// restarting, and left alone.
+  cannotTell,
 };
 
-/// Behind a USB-serial chip (or on a test device), a port that comes back is always another
-/// board; after the quiet time too. Within the quiet time of a board with its own USB (or an
-/// unknown adapter) a different USB serial number is another board, the same one the same
-/// board; without serial numbers an ESP board is told by its MAC and an Arduino is taken for
-/// the same board.
-Arrival judgeArrival(const SerialPortInfo& port, bool testDevice,
-                     const std::optional<FlashedBoard>& last, bool esp,
+/// Behind a USB-serial chip (or on a test device) a port that comes back is always another
+/// board, because a board restarting does not take the chip away; after the quiet time too.
+/// Within the quiet time of a board with its own USB (or an unknown adapter) a different USB
+/// serial number is another board and the same one the same board; without serial numbers an
+/// ESP board whose MAC address is known is told by its MAC, and any other is taken for the same
+/// board. The return of a board that just proved to be itself is the restart that proof caused:
+/// it is not connected to again, and `last` forgets the proof, so the board after it is told
+/// by its MAC again. `last` is none where no run ended.
+Arrival judgeArrival(const SerialPortInfo& port, bool testDevice, FlashedBoard* last, bool esp,
                      std::chrono::steady_clock::time_point now);
+
+/// Why a board that arrived so is left alone, in the interface language; `sameSerialNumber` or
+/// `cannotTell` (a board that proved itself by its MAC address is said by the one who asked).
+std::string whyLeftAlone(Arrival arrival);
 
 /// The paths of `ports`.
 std::set<std::string> pathsOf(const std::vector<SerialPortInfo>& ports);

@@ -148,7 +148,13 @@ PortKind portKind(const SerialPortInfo& port) {
   const std::pair key{*port.vendorID, *port.productID};
   if (*port.vendorID == espressifVendorID || nativeUSBBoards().contains(key))
     return PortKind::nativeUSB;
-  if (knownAdapterChips().contains(key) || knownBoards().contains(key)) return PortKind::adapter;
+  if (knownAdapterChips().contains(key)) return PortKind::adapter;
+  // The Uno and the Mega talk through a USB chip of their own; the other Arduino boards of the
+  // table are not known well enough to say.
+  auto board = knownBoards().find(key);
+  if (board != knownBoards().end() &&
+      (board->second == "Arduino Uno" || board->second == "Arduino Mega 2560"))
+    return PortKind::adapter;
   return PortKind::unknown;
 }
 

@@ -543,17 +543,21 @@ std::string helpStation() {
 
 A flashing station: every board plugged in from now on is flashed at once, several at the same
 time, until Ctrl-C. A new board is a USB serial port that appears and is still there 1.2 s
-later. A port whose run just ended is left alone for 6 s, so a board that restarts is not
-flashed twice; a board unplugged and plugged in again is flashed again. Leonardo, Micro and
-Pro Micro boards are flashed one at a time, as their bootloader comes up as a port of its own.
+later. A port behind a USB-serial chip that goes and comes back holds the next board. A board
+with its own USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) comes back by itself when it
+restarts: for 6 s after its run, its USB serial number or else its MAC address tells whether
+it is the same board. A board of the other family (an Uno for an ESP product) is left alone.
+Every board left alone is named with the reason. Leonardo, Micro and Pro Micro boards are
+flashed one at a time, as their bootloader comes up as a port of its own.
 
 Options:
   -p, --port PATH      watch only this port (repeatable)
       --now            also flash the boards already connected
       --limit N        take no new board once N have succeeded or are running; the station
                        ends when N have succeeded
-      --json           one JSON object per line and event (started, connected, progress, done,
-                       failed) with port, name, time (UTC) and the event's fields
+      --json           one JSON object per line and event (started, connected, progress,
+                       done, failed, skipped) with port, name, time (UTC) and the event's
+                       fields
       --record FILE    append one JSON line per finished board: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    also accept pseudo-terminals named with --port (simulated
@@ -561,16 +565,21 @@ Options:
 The settings of “flash” apply as well: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 The first Ctrl-C takes no new boards and lets the running ones finish; a second one stops
-them. Exit status: 0 no board failed, 1 a board failed or was stopped, 2 unusable product.
+them. A record line that cannot be written, or a reader of the output that went away, takes
+no new boards either. Exit status: 0 no board failed, 1 a board failed or was stopped, or the
+record or the output was lost, 2 unusable product or wrong option.
 )",
              R"(Gebruik: tarnwick-cli station [opties] PRODUCT.twflash
 
 Een flashstation: elk board dat je vanaf nu aansluit, wordt meteen geflasht, meerdere
 tegelijk, tot Ctrl-C. Een nieuw board is een USB-seriële poort die verschijnt en 1,2 s later
-nog aanwezig is. Een poort waarvan het flashen net klaar is, blijft 6 s met rust, zodat een
-herstartend board niet twee keer geflasht wordt; een board dat je uittrekt en weer aansluit,
-wordt opnieuw geflasht. Leonardo-, Micro- en Pro Micro-boards worden één voor één geflasht,
-omdat hun bootloader als eigen poort verschijnt.
+nog aanwezig is. Een poort achter een USB-seriële chip die verdwijnt en terugkomt, heeft het
+volgende board. Een board met eigen USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) komt
+vanzelf terug als het herstart: in de 6 s na zijn flash bepaalt zijn USB-serienummer, of
+anders zijn MAC-adres, of het hetzelfde board is. Een board van de andere familie (een Uno bij
+een ESP-product) wordt niet aangeraakt. Elk board dat niet wordt aangeraakt, wordt met de
+reden genoemd. Leonardo-, Micro- en Pro Micro-boards worden één voor één geflasht, omdat hun
+bootloader als eigen poort verschijnt.
 
 Opties:
   -p, --port PAD       alleen deze poort bewaken (mag vaker)
@@ -578,7 +587,8 @@ Opties:
       --limit N        geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn; het
                        station stopt als er N gelukt zijn
       --json           één JSON-object per regel en gebeurtenis (started, connected, progress,
-                       done, failed) met port, name, time (UTC) en de velden van de gebeurtenis
+                       done, failed, skipped) met port, name, time (UTC) en de velden van de
+                       gebeurtenis
       --record PAD     per afgerond board één JSON-regel toevoegen: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    ook pseudoterminals accepteren die met --port genoemd zijn (gesimuleerde
@@ -586,17 +596,22 @@ Opties:
 De instellingen van ‘flash’ gelden ook: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 De eerste Ctrl-C neemt geen nieuwe boards meer en laat lopende boards afmaken; een tweede
-stopt ze. Afsluitstatus: 0 geen board mislukt, 1 een board mislukt of gestopt,
-2 onbruikbaar product.
+stopt ze. Een registratieregel die niet geschreven kan worden, of een lezer van de uitvoer die
+verdwenen is, laat evenmin nieuwe boards toe. Afsluitstatus: 0 geen board mislukt, 1 een board
+mislukt of gestopt, of registratie of uitvoer verloren, 2 onbruikbaar product of verkeerde
+optie.
 )",
              R"(Aufruf: tarnwick-cli station [Optionen] PRODUKT.twflash
 
 Eine Flash-Station: Jedes ab jetzt angeschlossene Board wird sofort geflasht, mehrere
 gleichzeitig, bis Strg-C. Ein neues Board ist eine serielle USB-Schnittstelle, die erscheint
-und 1,2 s später noch da ist. Eine Schnittstelle, deren Durchlauf gerade endete, bleibt 6 s
-unbeachtet, damit ein neu startendes Board nicht zweimal geflasht wird; ein abgezogenes und
-wieder angeschlossenes Board wird erneut geflasht. Leonardo, Micro und Pro Micro werden
-nacheinander geflasht, weil ihr Bootloader als eigene Schnittstelle erscheint.
+und 1,2 s später noch da ist. Eine Schnittstelle hinter einem USB-Seriell-Chip, die
+verschwindet und wiederkommt, hat das nächste Board. Ein Board mit eigenem USB (ESP32-S3/C3/C6,
+Leonardo, Micro, Pro Micro) kommt von selbst wieder, wenn es neu startet: In den 6 s nach
+seinem Durchlauf entscheidet seine USB-Seriennummer oder sonst seine MAC-Adresse, ob es
+dasselbe Board ist. Ein Board der anderen Familie (ein Uno bei einem ESP-Produkt) wird nicht
+angerührt. Jedes nicht angerührte Board wird mit dem Grund genannt. Leonardo, Micro und Pro
+Micro werden nacheinander geflasht, weil ihr Bootloader als eigene Schnittstelle erscheint.
 
 Optionen:
   -p, --port PFAD      nur diese Schnittstelle beobachten (mehrfach möglich)
@@ -604,7 +619,8 @@ Optionen:
       --limit N        keine neuen Boards mehr annehmen, sobald N erfolgreich sind oder
                        laufen; die Station endet, wenn N erfolgreich sind
       --json           ein JSON-Objekt pro Zeile und Ereignis (started, connected, progress,
-                       done, failed) mit port, name, time (UTC) und den Feldern des Ereignisses
+                       done, failed, skipped) mit port, name, time (UTC) und den Feldern des
+                       Ereignisses
       --record DATEI   pro fertigem Board eine JSON-Zeile anhängen: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    auch mit --port genannte Pseudo-Terminals annehmen (simulierte Boards);
@@ -612,17 +628,22 @@ Optionen:
 Die Einstellungen von „flash“ gelten ebenso: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 Das erste Strg-C nimmt keine neuen Boards mehr an und lässt laufende fertig werden, ein
-zweites bricht sie ab. Exit-Status: 0 kein Board fehlgeschlagen, 1 ein Board fehlgeschlagen
-oder abgebrochen, 2 unbrauchbares Produkt.
+zweites bricht sie ab. Eine Protokollzeile, die nicht geschrieben werden kann, oder ein Leser
+der Ausgabe, der verschwunden ist, beendet die Annahme neuer Boards ebenso. Exit-Status: 0 kein
+Board fehlgeschlagen, 1 ein Board fehlgeschlagen oder abgebrochen oder Protokoll bzw. Ausgabe
+verloren, 2 unbrauchbares Produkt oder falsche Option.
 )",
              R"(Utilisation : tarnwick-cli station [options] PRODUIT.twflash
 
 Une station de flashage : chaque carte branchée à partir de maintenant est flashée aussitôt,
 plusieurs à la fois, jusqu’à Ctrl-C. Une nouvelle carte est un port série USB qui apparaît et
-est toujours là 1,2 s plus tard. Un port dont le flashage vient de finir est laissé en paix
-6 s, pour qu’une carte qui redémarre ne soit pas flashée deux fois ; une carte débranchée puis
-rebranchée est flashée de nouveau. Les Leonardo, Micro et Pro Micro sont flashées une à une,
-car leur bootloader apparaît comme un port à part.
+est toujours là 1,2 s plus tard. Un port derrière une puce USB-série qui disparaît puis revient
+porte la carte suivante. Une carte à USB intégré (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro)
+revient d’elle-même quand elle redémarre : dans les 6 s qui suivent son flashage, son numéro de
+série USB, ou à défaut son adresse MAC, indique s’il s’agit de la même carte. Une carte de
+l’autre famille (une Uno pour un produit ESP) est laissée telle quelle. Chaque carte laissée
+telle quelle est nommée avec la raison. Les Leonardo, Micro et Pro Micro sont flashées une à
+une, car leur bootloader apparaît comme un port à part.
 
 Options :
   -p, --port CHEMIN    ne surveiller que ce port (répétable)
@@ -630,7 +651,8 @@ Options :
       --limit N        ne plus prendre de nouvelles cartes dès que N ont réussi ou sont en
                        cours ; la station s’arrête quand N ont réussi
       --json           un objet JSON par ligne et par événement (started, connected, progress,
-                       done, failed) avec port, name, time (UTC) et les champs de l’événement
+                       done, failed, skipped) avec port, name, time (UTC) et les champs de
+                       l’événement
       --record CHEMIN  ajouter une ligne JSON par carte terminée : time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    accepter aussi les pseudo-terminaux nommés avec --port (cartes
@@ -638,25 +660,31 @@ Options :
 Les réglages de « flash » s’appliquent aussi : -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 Le premier Ctrl-C ne prend plus de nouvelles cartes et laisse finir celles en cours ; un
-second les arrête. Code de sortie : 0 aucune carte en échec, 1 une carte en échec ou arrêtée,
-2 produit inutilisable.
+second les arrête. Une ligne de suivi impossible à écrire, ou un lecteur de la sortie disparu,
+arrête aussi la prise de nouvelles cartes. Code de sortie : 0 aucune carte en échec, 1 une
+carte en échec ou arrêtée, ou le suivi ou la sortie perdus, 2 produit inutilisable ou option
+erronée.
 )",
              R"(Uso: tarnwick-cli station [opciones] PRODUCTO.twflash
 
 Una estación de flasheo: cada placa que se conecte a partir de ahora se flashea enseguida,
 varias a la vez, hasta Ctrl-C. Una placa nueva es un puerto serie USB que aparece y sigue ahí
-1,2 s después. Un puerto cuyo flasheo acaba de terminar se deja en paz 6 s, para que una placa
-que se reinicia no se flashee dos veces; una placa desconectada y vuelta a conectar se flashea
-de nuevo. Las Leonardo, Micro y Pro Micro se flashean de una en una, porque su bootloader
-aparece como un puerto propio.
+1,2 s después. Un puerto detrás de un chip USB-serie que desaparece y vuelve tiene la placa
+siguiente. Una placa con USB propio (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) vuelve sola
+cuando se reinicia: en los 6 s posteriores a su flasheo, su número de serie USB, o si no su
+dirección MAC, indica si es la misma placa. Una placa de la otra familia (una Uno para un
+producto ESP) no se toca. Cada placa que no se toca se nombra con el motivo. Las Leonardo,
+Micro y Pro Micro se flashean de una en una, porque su bootloader aparece como un puerto
+propio.
 
 Opciones:
   -p, --port RUTA      vigilar solo este puerto (se puede repetir)
       --now            flashear también las placas ya conectadas
       --limit N        no aceptar placas nuevas cuando N hayan salido bien o estén en curso;
                        la estación termina cuando N han salido bien
-      --json           un objeto JSON por línea y evento (started, connected, progress, done,
-                       failed) con port, name, time (UTC) y los campos del evento
+      --json           un objeto JSON por línea y evento (started, connected, progress,
+                       done, failed, skipped) con port, name, time (UTC) y los campos del
+                       evento
       --record RUTA    añadir una línea JSON por placa terminada: time, port, name, chip, mac,
                        product, productSHA256, result, message, seconds
       --test-device    aceptar también pseudoterminales indicados con --port (placas
@@ -664,8 +692,10 @@ Opciones:
 Los ajustes de «flash» también valen: -b/--baud, --reset, --no-verify, --flash-mode,
 --flash-size, --keep-otadata.
 El primer Ctrl-C deja de aceptar placas nuevas y deja terminar las que están en curso; un
-segundo las detiene. Código de salida: 0 ninguna placa falló, 1 una placa falló o se detuvo,
-2 producto inservible.
+segundo las detiene. Una línea de registro que no se puede escribir, o un lector de la salida
+que ha desaparecido, también detiene la aceptación de placas nuevas. Código de salida: 0
+ninguna placa falló, 1 una placa falló o se detuvo, o se perdió el registro o la salida,
+2 producto inservible u opción incorrecta.
 )"});
 }
 

@@ -43,31 +43,36 @@ HelpTopic production() {
                "Activa **Automático** (o **Flashear automáticamente al conectar** en los "
                "ajustes): cada placa USB recién conectada se flashea un segundo después de "
                "aparecer, sin hacer clic."},
-              {"One board is flashed at a time. A board with its own USB restarts after its "
-               "run and comes back as a new port; for a few seconds its USB serial number tells "
-               "it from the next board, and a board that cannot be told is left alone with a "
-               "line in the log. Behind a USB-serial chip every board plugged in is new.",
-               "Er wordt één board tegelijk geflasht. Een board met eigen USB herstart na zijn "
-               "flash en komt terug als nieuwe poort; een paar seconden lang onderscheidt zijn "
-               "USB-serienummer het van het volgende board, en een board dat niet te "
-               "onderscheiden is, wordt niet aangeraakt, met een regel in het logboek. Achter "
-               "een USB-seriële chip is elk aangesloten board nieuw.",
-               "Es wird immer ein Board auf einmal geflasht. Ein Board mit eigenem USB startet "
-               "nach seinem Durchlauf neu und kommt als neue Schnittstelle wieder; einige "
-               "Sekunden lang unterscheidet seine USB-Seriennummer es vom nächsten Board, und "
-               "ein Board, das sich nicht unterscheiden lässt, wird nicht angerührt – mit einer "
-               "Zeile im Protokoll. Hinter einem USB-Seriell-Chip ist jedes angeschlossene Board "
-               "neu.",
-               "Une seule carte est flashée à la fois. Une carte à USB intégré redémarre après "
-               "son flashage et revient comme nouveau port ; pendant quelques secondes, son "
-               "numéro de série USB la distingue de la carte suivante, et une carte impossible "
-               "à distinguer est laissée telle quelle, avec une ligne dans le journal. Derrière "
-               "une puce USB-série, chaque carte branchée est nouvelle.",
-               "Se flashea una placa cada vez. Una placa con USB propio se reinicia tras su "
-               "flasheo y vuelve como puerto nuevo; durante unos segundos su número de serie "
-               "USB la distingue de la siguiente, y una placa que no se puede distinguir no se "
-               "toca, con una línea en el registro. Detrás de un chip USB-serie, cada placa "
-               "conectada es nueva."},
+              {"One board is flashed at a time. A board behind a USB-serial chip that is "
+               "plugged in right after a run is the next board. A board with its own USB restarts "
+               "after its run and comes back as a new port; for a few seconds its USB serial "
+               "number, or else its MAC address, tells it from the next board, and a board that "
+               "cannot be told is left alone, with a line in the log that says why.",
+               "Er wordt één board tegelijk geflasht. Een board achter een USB-seriële chip dat "
+               "direct na een flash wordt aangesloten, is het volgende board. Een board met eigen "
+               "USB herstart na zijn flash en komt terug als nieuwe poort; een paar seconden lang "
+               "onderscheidt zijn USB-serienummer, of anders zijn MAC-adres, het van het volgende "
+               "board, en een board dat niet te onderscheiden is, wordt niet aangeraakt, met een "
+               "regel in het logboek die zegt waarom.",
+               "Es wird immer ein Board auf einmal geflasht. Ein Board hinter einem "
+               "USB-Seriell-Chip, das direkt nach einem Durchlauf angeschlossen wird, ist das "
+               "nächste Board. Ein Board mit eigenem USB startet nach seinem Durchlauf neu und "
+               "kommt als neue Schnittstelle wieder; einige Sekunden lang unterscheidet seine "
+               "USB-Seriennummer oder sonst seine MAC-Adresse es vom nächsten Board, und ein "
+               "Board, das sich nicht unterscheiden lässt, wird nicht angerührt – mit einer Zeile "
+               "im Protokoll, die den Grund nennt.",
+               "Une seule carte est flashée à la fois. Une carte derrière une puce USB-série "
+               "branchée juste après un flashage est la carte suivante. Une carte à USB intégré "
+               "redémarre après son flashage et revient comme nouveau port\u00A0; pendant "
+               "quelques secondes, son numéro de série USB, ou à défaut son adresse MAC, la "
+               "distingue de la carte suivante, et une carte impossible à distinguer est laissée "
+               "telle quelle, avec une ligne dans le journal qui dit pourquoi.",
+               "Se flashea una placa cada vez. Una placa detrás de un chip USB-serie que se "
+               "conecta justo después de un flasheo es la siguiente. Una placa con USB propio se "
+               "reinicia tras su flasheo y vuelve como puerto nuevo; durante unos segundos su "
+               "número de serie USB, o si no su dirección MAC, la distingue de la siguiente, y "
+               "una placa que no se puede distinguir no se toca, con una línea en el registro "
+               "que dice por qué."},
               {"With **Sound when done or failed** on, you hear whether a board succeeded "
                "without looking at the screen.",
                "Met **Geluid bij klaar of mislukt** aan hoor je of een board gelukt is zonder "
@@ -163,9 +168,10 @@ HelpTopic production() {
                "(flashed). A board of the other family (an Arduino for an ESP product) is left "
                "alone. Every board left alone is named with the reason (`skipped` with --json). "
                "A board whose record line cannot be written counts as failed and no new boards "
-               "are taken. Leonardo, Micro and Pro Micro boards are flashed one at a time, "
-               "because their bootloader appears as a new port. The first Ctrl+C lets running "
-               "boards finish; a second one stops them.",
+               "are taken; so it is when the program reading the station's output ends, and "
+               "either way the station ends with exit status 1. Leonardo, Micro and Pro Micro "
+               "boards are flashed one at a time, because their bootloader appears as a new "
+               "port. The first Ctrl+C lets running boards finish; a second one stops them.",
                "Een poort achter een USB-seriële chip (CP210x, CH340, FTDI, de USB-chip van een "
                "Uno) die verdwijnt en terugkomt, heeft een nieuw board: dat wordt meteen "
                "geflasht. Een board met eigen USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) "
@@ -175,9 +181,11 @@ HelpTopic production() {
                "familie (een Arduino bij een ESP-product) wordt niet aangeraakt. Elk board dat "
                "niet wordt aangeraakt, wordt met de reden genoemd (`skipped` met --json). Een "
                "board waarvan de registratieregel niet geschreven kan worden, telt als mislukt "
-               "en er worden geen nieuwe boards meer aangenomen. Leonardo-, Micro- en Pro "
-               "Micro-boards worden één voor één geflasht, omdat hun bootloader als nieuwe poort "
-               "verschijnt. De eerste Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
+               "en er worden geen nieuwe boards meer aangenomen; zo gaat het ook wanneer het "
+               "programma stopt dat de uitvoer van het station leest, en in beide gevallen "
+               "eindigt het station met afsluitcode 1. Leonardo-, Micro- en Pro Micro-boards "
+               "worden één voor één geflasht, omdat hun bootloader als nieuwe poort verschijnt. "
+               "De eerste Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
                "Eine Schnittstelle hinter einem USB-Seriell-Chip (CP210x, CH340, FTDI, der "
                "USB-Chip eines Uno), die verschwindet und wiederkommt, hat ein neues Board: Es "
                "wird sofort geflasht. Ein Board mit eigenem USB (ESP32-S3/C3/C6, Leonardo, "
@@ -188,22 +196,26 @@ HelpTopic production() {
                "ESP-Produkt) wird nicht angerührt. Jedes nicht angerührte Board wird mit dem "
                "Grund genannt (`skipped` mit --json). Ein Board, dessen Protokollzeile nicht "
                "geschrieben werden kann, zählt als fehlgeschlagen, und es werden keine neuen "
-               "Boards mehr angenommen. Leonardo, Micro und Pro Micro werden nacheinander "
-               "geflasht, weil ihr Bootloader als neue Schnittstelle erscheint. Das erste Strg+C "
-               "lässt laufende Boards fertig werden, ein zweites bricht sie ab.",
+               "Boards mehr angenommen; ebenso, wenn sich das Programm beendet, das die Ausgabe "
+               "der Station liest, und in beiden Fällen endet die Station mit dem Exit-Status 1. "
+               "Leonardo, Micro und Pro Micro werden nacheinander geflasht, weil ihr Bootloader "
+               "als neue Schnittstelle erscheint. Das erste Strg+C lässt laufende Boards fertig "
+               "werden, ein zweites bricht sie ab.",
                "Un port derrière une puce USB-série (CP210x, CH340, FTDI, la puce USB d’une Uno) "
-               "qui disparaît puis revient porte une nouvelle carte : elle est flashée "
+               "qui disparaît puis revient porte une nouvelle carte\u00A0: elle est flashée "
                "aussitôt. Une carte à USB intégré (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) "
-               "disparaît et revient quand elle redémarre ; quelques secondes après son "
+               "disparaît et revient quand elle redémarre\u00A0; quelques secondes après son "
                "flashage, son numéro de série USB, ou à défaut son adresse MAC, indique donc "
                "s’il s’agit de la même carte (laissée telle quelle) ou de la suivante "
                "(flashée). Une carte de l’autre famille (une Arduino pour un produit ESP) est "
                "laissée telle quelle. Chaque carte laissée telle quelle est nommée avec la "
                "raison (`skipped` avec --json). Une carte dont la ligne de suivi ne peut pas "
-               "être écrite compte comme échouée et plus aucune nouvelle carte n’est prise. "
-               "Les Leonardo, Micro et Pro Micro sont flashées une par une, car leur bootloader "
+               "être écrite compte comme échouée et plus aucune nouvelle carte n’est prise\u00A0; "
+               "il en va de même quand le programme qui lit la sortie de la station s’arrête, "
+               "et dans les deux cas la station se termine avec le code de sortie 1. Les "
+               "Leonardo, Micro et Pro Micro sont flashées une par une, car leur bootloader "
                "apparaît comme un nouveau port. Un premier Ctrl+C laisse finir les cartes en "
-               "cours ; un second les arrête.",
+               "cours\u00A0; un second les arrête.",
                "Un puerto detrás de un chip USB-serie (CP210x, CH340, FTDI, el chip USB de una "
                "Uno) que desaparece y vuelve tiene una placa nueva: se flashea enseguida. Una "
                "placa con USB propio (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) desaparece y "
@@ -212,10 +224,11 @@ HelpTopic production() {
                "se toca) o la siguiente (se flashea). Una placa de la otra familia (una Arduino "
                "para un producto ESP) no se toca. Cada placa que no se toca se nombra con el "
                "motivo (`skipped` con --json). Una placa cuya línea de registro no se puede "
-               "escribir cuenta como fallida y no se aceptan más placas. Las Leonardo, Micro y "
-               "Pro Micro se flashean de una en una, porque su bootloader aparece como un puerto "
-               "nuevo. El primer Ctrl+C deja terminar las placas en curso; un segundo las "
-               "detiene."}),
+               "escribir cuenta como fallida y no se aceptan más placas; lo mismo ocurre cuando "
+               "termina el programa que lee la salida de la estación, y en ambos casos la "
+               "estación termina con el código de salida 1. Las Leonardo, Micro y Pro Micro se "
+               "flashean de una en una, porque su bootloader aparece como un puerto nuevo. El "
+               "primer Ctrl+C deja terminar las placas en curso; un segundo las detiene."}),
       }};
 }
 

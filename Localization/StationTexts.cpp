@@ -94,21 +94,21 @@ std::string counts(std::int64_t flashed, std::int64_t failed) {
 } // namespace
 
 std::string status(const std::vector<std::pair<std::string, int>>& inProgress, std::int64_t flashed,
-                   std::int64_t failed) {
+                   std::int64_t failed, bool compact) {
   // The counts first: on a narrow terminal the end of the line is what gets cut.
   std::string text = counts(flashed, failed) + " · ";
   if (inProgress.empty()) {
     text += tr({"Waiting for boards", "Wacht op boards", "Warte auf Boards", "En attente de cartes",
                 "Esperando placas"});
   } else {
-    text += tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
+    if (!compact) text += tr({"Flashing ", "Bezig ", "Läuft ", "En cours : ", "En curso: "});
     // German, French and Spanish set a space before the percent sign.
     const bool spaced = currentLanguage() == Language::de || currentLanguage() == Language::fr ||
                         currentLanguage() == Language::es;
     for (std::size_t i = 0; i < inProgress.size(); ++i) {
-      if (i > 0) text += ", ";
-      text +=
-          inProgress[i].first + " " + std::to_string(inProgress[i].second) + (spaced ? " %" : "%");
+      if (i > 0) text += compact ? " " : ", ";
+      text += inProgress[i].first + " " + std::to_string(inProgress[i].second) +
+              (spaced ? " %" : "%");
     }
   }
   return text;
@@ -224,18 +224,49 @@ std::string otherFamily(bool productIsESP) {
                             "une carte ESP, alors que ce produit est destiné aux cartes Arduino.",
                             "una placa ESP, y este producto es para placas Arduino."});
 }
-std::string sameBoardRestarting() {
-  return tr({"the board just flashed, restarting.", "het zojuist geflashte board, dat herstart.",
-             "das gerade geflashte Board, das neu startet.",
-             "la carte qui vient d’être flashée, en train de redémarrer.",
-             "la placa recién flasheada, que se está reiniciando."});
+std::string sameSerialNumber() {
+  return tr({"the board whose run just ended, restarting (same USB serial number).",
+             "het board waarvan de flash net klaar is, dat herstart (zelfde USB-serienummer).",
+             "das Board, dessen Durchlauf gerade endete, beim Neustart (gleiche "
+             "USB-Seriennummer).",
+             "la carte dont le flashage vient de se terminer, en train de redémarrer (même "
+             "numéro de série USB).",
+             "la placa cuyo flasheo acaba de terminar, que se está reiniciando (mismo número de "
+             "serie USB)."});
+}
+std::string cannotTell() {
+  return tr({"taken for the board whose run just ended, restarting: its port has no USB serial "
+             "number that would tell another board. Plug a new board in again after a few "
+             "seconds.",
+             "aangezien voor het board waarvan de flash net klaar is en dat herstart: de poort "
+             "heeft geen USB-serienummer waaraan een ander board te herkennen is. Sluit een nieuw "
+             "board na een paar seconden opnieuw aan.",
+             "für das Board gehalten, dessen Durchlauf gerade endete und das neu startet: Die "
+             "Schnittstelle hat keine USB-Seriennummer, an der ein anderes Board zu erkennen "
+             "wäre. Schließe ein neues Board nach einigen Sekunden noch einmal an.",
+             "prise pour la carte dont le flashage vient de se terminer et qui redémarre : son "
+             "port n’a pas de numéro de série USB qui permettrait de reconnaître une autre carte. "
+             "Rebranchez une nouvelle carte après quelques secondes.",
+             "se toma por la placa cuyo flasheo acaba de terminar y que se está reiniciando: su "
+             "puerto no tiene número de serie USB con el que reconocer otra placa. Vuelve a "
+             "conectar una placa nueva pasados unos segundos."});
 }
 std::string sameBoardByMAC() {
-  return tr({"the board just flashed (same MAC address); restarted into its firmware.",
-             "het zojuist geflashte board (zelfde MAC-adres); herstart in zijn firmware.",
-             "das gerade geflashte Board (gleiche MAC-Adresse); in seine Firmware neu gestartet.",
-             "la carte qui vient d’être flashée (même adresse MAC) ; redémarrée sur son firmware.",
-             "la placa recién flasheada (misma dirección MAC); reiniciada con su firmware."});
+  return tr({"the board whose run just ended (same MAC address); restarted into its firmware.",
+             "het board waarvan de flash net klaar is (zelfde MAC-adres); herstart in zijn "
+             "firmware.",
+             "das Board, dessen Durchlauf gerade endete (gleiche MAC-Adresse); in seine Firmware "
+             "neu gestartet.",
+             "la carte dont le flashage vient de se terminer (même adresse MAC) ; redémarrée sur "
+             "son firmware.",
+             "la placa cuyo flasheo acaba de terminar (misma dirección MAC); reiniciada con su "
+             "firmware."});
+}
+std::string notTakingBoards() {
+  return tr({"the station takes no new boards.", "het station neemt geen nieuwe boards meer aan.",
+             "Die Station nimmt keine neuen Boards mehr an.",
+             "la station ne prend plus de nouvelles cartes.",
+             "la estación ya no acepta placas nuevas."});
 }
 std::string leftAlone(const std::string& reason) {
   return tr({"Left alone: ", "Niet aangeraakt: ", "Nicht angerührt: ", "Laissée telle quelle : ",
@@ -261,20 +292,38 @@ std::string waitingForPort(const std::string& path) {
              "En attente de " + path + " : il n’est pas encore là.",
              "Esperando a " + path + ": todavía no está."});
 }
-std::string outputLost() {
+std::string outputLost(bool recorded) {
+  if (recorded) {
+    return tr({"The station’s output was closed (the program reading it ended). No new boards "
+               "were taken; the boards already running were finished and recorded.",
+               "De uitvoer van het station is gesloten (het programma dat hem las is gestopt). Er "
+               "zijn geen nieuwe boards aangenomen; de lopende boards zijn afgemaakt en "
+               "geregistreerd.",
+               "Die Ausgabe der Station wurde geschlossen (das lesende Programm hat sich "
+               "beendet). Es wurden keine neuen Boards angenommen; die laufenden wurden fertig "
+               "geflasht und protokolliert.",
+               "La sortie de la station a été fermée (le programme qui la lisait s’est arrêté). "
+               "Aucune nouvelle carte n’a été prise ; les cartes en cours ont été terminées et "
+               "consignées.",
+               "La salida de la estación se cerró (el programa que la leía terminó). No se "
+               "aceptaron más placas; las que estaban en curso se terminaron y registraron."});
+  }
   return tr({"The station’s output was closed (the program reading it ended). No new boards "
-             "were taken; the boards already running were finished and recorded.",
+             "were taken; the boards already running were finished.",
              "De uitvoer van het station is gesloten (het programma dat hem las is gestopt). Er "
-             "zijn geen nieuwe boards aangenomen; de lopende boards zijn afgemaakt en "
-             "geregistreerd.",
+             "zijn geen nieuwe boards aangenomen; de lopende boards zijn afgemaakt.",
              "Die Ausgabe der Station wurde geschlossen (das lesende Programm hat sich beendet). "
-             "Es wurden keine neuen Boards angenommen; die laufenden wurden fertig geflasht und "
-             "protokolliert.",
+             "Es wurden keine neuen Boards angenommen; die laufenden wurden fertig geflasht.",
              "La sortie de la station a été fermée (le programme qui la lisait s’est arrêté). "
-             "Aucune nouvelle carte n’a été prise ; les cartes en cours ont été terminées et "
-             "consignées.",
+             "Aucune nouvelle carte n’a été prise ; les cartes en cours ont été terminées.",
              "La salida de la estación se cerró (el programa que la leía terminó). No se "
-             "aceptaron más placas; las que estaban en curso se terminaron y registraron."});
+             "aceptaron más placas; las que estaban en curso se terminaron."});
+}
+
+std::string noDevicePath(const std::string& name) {
+  return tr({name + " is no device path.", name + " is geen apparaatpad.",
+             name + " ist kein Gerätepfad.", name + " n’est pas un chemin de périphérique.",
+             name + " no es una ruta de dispositivo."});
 }
 
 std::string didYouMeanDevice(const std::string& path) {

@@ -15,9 +15,10 @@ std::string oneAtATime();
 std::string aboutBoard(const std::string& board, const std::string& text);
 std::string started();
 std::string failed(const std::string& message);
-/// The live line on a terminal: the boards in progress with their share done, then the counts.
-std::string status(const std::vector<std::pair<std::string, int>>& inProgress,
-                   std::int64_t flashed, std::int64_t failed);
+/// The live line on a terminal: the counts, then the boards in progress with their share done;
+/// `compact` leaves out the word before the boards and the commas between them.
+std::string status(const std::vector<std::pair<std::string, int>>& inProgress, std::int64_t flashed,
+                   std::int64_t failed, bool compact = false);
 /// The first Ctrl+C with `running` boards still going.
 std::string finishing(std::int64_t running);
 /// The second Ctrl+C.
@@ -28,26 +29,33 @@ std::string limitReached(std::int64_t limit);
 std::string summary(std::int64_t flashed, std::int64_t failed);
 /// The value `--limit` takes.
 std::string limitValue();
-/// The reasons of these two are sentences of their own, ending with a full stop.
+/// `reason` is a sentence of its own cause, ending with its full stop.
 std::string cannotOpenRecord(const std::string& file, const std::string& reason);
 std::string cannotWriteRecord(const std::string& file, const std::string& reason);
 /// Why a board is left alone: it belongs to the other family than the product's.
 std::string otherFamily(bool productIsESP);
-/// Why a board is left alone: the board just flashed, restarting on its own USB.
-std::string sameBoardRestarting();
-/// Why a board is left alone: connected, it has the MAC address of the board just flashed.
+/// Why a board is left alone: its own USB came back with the serial number of the last board.
+std::string sameSerialNumber();
+/// Why a board is left alone: its own USB came back within the quiet time, and nothing tells it
+/// from the last board.
+std::string cannotTell();
+/// Why a board is left alone: connected, it has the MAC address of the last board.
 std::string sameBoardByMAC();
+/// Why a board is left alone: the station stopped taking boards (Ctrl+C, limit, lost record).
+std::string notTakingBoards();
 /// The console line of a board left alone.
 std::string leftAlone(const std::string& reason);
 /// The record stopped being kept: no new boards.
 std::string recordLost(const std::string& problem);
 /// A port named with --port that is not there yet.
 std::string waitingForPort(const std::string& path);
-/// Standard output went away: no new boards, the running ones finished.
-std::string outputLost();
+/// Standard output went away: no new boards, the running ones finished (and `recorded`).
+std::string outputLost(bool recorded);
 /// A port named with --port that only `--test-device` allows.
 std::string needsTestDevice(const std::string& path);
-/// After `needsTestDevice` for a bare device name ("ttyUSB0") that names a port under /dev.
+/// A port named by a bare device name ("ttyUSB0"), not by its path.
+std::string noDevicePath(const std::string& name);
+/// After `noDevicePath`: the path under /dev it most likely means.
 std::string didYouMeanDevice(const std::string& path);
 
 } // namespace tarnwick::L10n::Station

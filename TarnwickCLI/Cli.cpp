@@ -268,10 +268,12 @@ void checkBeforeFlashing(const ProductPackage& package) {
 // pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0.
 void checkPortName(const std::string& path, const Arguments& arguments) {
   if (arguments.testDevice || FlashPort::isValidPath(path)) return;
-  std::string message = L10n::Station::needsTestDevice(path);
-  if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path))
-    message += " " + L10n::Station::didYouMeanDevice("/dev/" + path);
-  throw UsageError{message, arguments.command};
+  if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path)) {
+    throw UsageError{L10n::Station::noDevicePath(path) + " " +
+                         L10n::Station::didYouMeanDevice("/dev/" + path),
+                     arguments.command};
+  }
+  throw UsageError{L10n::Station::needsTestDevice(path), arguments.command};
 }
 
 int flash(const Arguments& arguments) {
@@ -349,6 +351,9 @@ extern "C" void onStationInterrupt(int) {
 }
 
 int station(const Arguments& arguments) {
+  // A reader of the output that goes away (`| monitor` ended) must not kill boards mid-write:
+  // the station notices the failed write, takes no new boards and finishes the running ones.
+  std::signal(SIGPIPE, SIG_IGN);
   ProductPackage package = openProduct(arguments.inputs[0]);
   applyOverrides(package.product, arguments.overrides, arguments.command);
   checkBeforeFlashing(package);
@@ -396,14 +401,14 @@ int station(const Arguments& arguments) {
   sigemptyset(&action.sa_mask);
   sigaction(SIGINT, &action, nullptr);
   sigaction(SIGTERM, &action, nullptr);
-  // A reader of the output that goes away (`| monitor` ended) must not kill boards mid-write:
-  // the station notices the failed write, takes no new boards and finishes the running ones.
-  std::signal(SIGPIPE, SIG_IGN);
   const std::int64_t failures = station.run(source);
   activeStation = nullptr;
   output->end();
   if (station.outputWasLost()) {
-    printError(L10n::Station::outputLost());
+    // Standard error is all that is left to say it, with the counts nobody read (the JSON form
+    // gave them there already).
+    printError(L10n::Station::outputLost(arguments.record.has_value()));
+    if (!arguments.json) printError(L10n::Station::summary(station.flashed(), station.failed()));
     return runFailed;
   }
   return failures == 0 && !station.recordProblem() ? success : runFailed;

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 
 #include <nlohmann/json.hpp>
 
@@ -30,16 +31,16 @@ std::string usbIDs(const SerialPortInfo& port) {
   return text;
 }
 
-void print(const std::vector<SerialPortInfo>& ports, bool json) {
+void print(std::FILE* out, const std::vector<SerialPortInfo>& ports, bool json) {
   if (json) {
-    std::printf("%s\n", portsJSON(ports).c_str());
+    std::fprintf(out, "%s\n", portsJSON(ports).c_str());
   } else if (ports.empty()) {
-    std::printf("%s\n", L10n::Cli::noPortsFound().c_str());
+    std::fprintf(out, "%s\n", L10n::Cli::noPortsFound().c_str());
   } else {
-    std::fputs(visibleLines(portLines(ports)).c_str(), stdout);
+    std::fputs(visibleLines(portLines(ports)).c_str(), out);
   }
   // Whoever reads a pipe sees each list when it happens, not when a buffer fills.
-  std::fflush(stdout);
+  std::fflush(out);
 }
 
 // Without SA_RESTART the signal also cuts poll short, so Ctrl-C ends the wait at once.
@@ -98,25 +99,30 @@ std::string portsJSON(const std::vector<SerialPortInfo>& ports) {
   return list.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
 }
 
+void printChanges(PortScanner& scanner, std::FILE* out, bool json) {
+  // A change is delivered twice (at once and complete a moment later): a list is printed only
+  // when it differs from the one printed last. Shared, as the scanner calls copies of the
+  // handler.
+  auto printed = std::make_shared<std::optional<std::vector<SerialPortInfo>>>();
+  scanner.onChange = [out, json, printed](const std::vector<SerialPortInfo>& ports) {
+    if (*printed == ports) return;
+    *printed = ports;
+    print(out, ports, json);
+  };
+}
+
 int showPorts(bool json, bool watching) {
   PortScanner scanner;
   if (!watching) {
-    print(scanner.scan(), json);
+    print(stdout, scanner.scan(), json);
     return success;
   }
-  // A change is delivered twice (at once and complete a moment later): a list is printed only
-  // when it differs from the one printed last.
-  std::optional<std::vector<SerialPortInfo>> printed;
-  scanner.onChange = [json, &printed](const std::vector<SerialPortInfo>& ports) {
-    if (printed == ports) return;
-    printed = ports;
-    print(ports, json);
-  };
+  printChanges(scanner, stdout, json);
   // Before the first list: whoever reads it may press Ctrl-C at once.
   stopOnSignals();
   scanner.start();
   if (scanner.descriptor() < 0) {
-    print(scanner.scan(), json);
+    print(stdout, scanner.scan(), json);
     std::fprintf(stderr, "%s\n", L10n::Ports::cannotWatch().c_str());
     return unusable;
   }

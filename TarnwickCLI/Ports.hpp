@@ -1,6 +1,7 @@
 #pragma once
 // The serial ports as tarnwick-cli shows them, and the choice of a port when none is named.
 
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ std::string portLines(const std::vector<SerialPortInfo>& ports);
 
 /// One JSON array on one line: {path, name, vendorID, productID, productName}, null when missing.
 std::string portsJSON(const std::vector<SerialPortInfo>& ports);
+
+/// Has `scanner` print to `out` every list it delivers that differs from the one printed last.
+void printChanges(PortScanner& scanner, std::FILE* out, bool json);
 
 /// Prints the ports once, or with `watch` again at every change until SIGINT or SIGTERM.
 /// Returns the exit status.

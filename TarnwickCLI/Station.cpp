@@ -95,6 +95,9 @@ struct Station::Run {
   std::optional<std::string> serialNumber;
   /// Set by the run's thread when the board turned out to be the one flashed before.
   bool sameBoard = false;
+  /// The station's own: the port went and came back during the run although nothing but
+  /// unplugging takes it away, so another board is there now.
+  bool anotherBoardArrived = false;
 
   bool waitsForBootloader(bool caterina) const {
     std::lock_guard lock(mutex);
@@ -148,40 +151,47 @@ bool Station::isTestDevice(const std::string& path) const {
   return options_.testDevices && options_.onlyPorts.contains(path) && !FlashPort::isValidPath(path);
 }
 
-// A port that has just appeared, with a board that may be new, the one just flashed restarting,
-// or one of the other family.
-void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
-  const StationBoard board{port.path, boardName(port)};
+bool Station::leftAsOtherFamily(const SerialPortInfo& port) {
   const bool esp = package_.product.target.isESP();
-  if (auto family = boardFamily(port); family && (*family == BoardFamily::esp) != esp) {
-    report_.skipped(board, L10n::Station::otherFamily(esp));
-    return;
-  }
-  std::optional<PortChoice::FlashedBoard> last;
-  if (auto known = flashedOn_.find(port.path); known != flashedOn_.end()) last = known->second;
-  auto arrival = PortChoice::judgeArrival(port, isTestDevice(port.path), last, esp, now);
-  // Connecting to compare restarts the board again: once it proved to be the same, its next
-  // return within the quiet time is that restart.
-  if (arrival == PortChoice::Arrival::compareMAC && confirmedSame_.contains(port.path))
-    arrival = PortChoice::Arrival::sameBoard;
-  confirmedSame_.erase(port.path);
+  auto family = boardFamily(port);
+  if (!family || (*family == BoardFamily::esp) == esp) return false;
+  report_.skipped({port.path, boardName(port)}, L10n::Station::otherFamily(esp));
+  return true;
+}
+
+// A port that has just appeared, with a board that may be new, the one of the run that just
+// ended there restarting, or one of the other family.
+void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
+  if (leftAsOtherFamily(port)) return;
+  auto known = flashedOn_.find(port.path);
+  PortChoice::FlashedBoard* last = known != flashedOn_.end() ? &known->second : nullptr;
+  const auto arrival = PortChoice::judgeArrival(port, isTestDevice(port.path), last,
+                                                package_.product.target.isESP(), now);
   switch (arrival) {
   case PortChoice::Arrival::newBoard:
-    compareMAC_.erase(port.path);
-    settling_[port.path] = now;
-    break;
   case PortChoice::Arrival::compareMAC:
-    compareMAC_[port.path] = last->mac;
-    settling_[port.path] = now;
-    break;
-  case PortChoice::Arrival::sameBoard:
-    report_.skipped(board, L10n::Station::sameBoardRestarting());
-    break;
+    if (!takingBoards_) {
+      report_.skipped({port.path, boardName(port)}, L10n::Station::notTakingBoards());
+      return;
+    }
+    settling_[port.path] = {
+        now, arrival == PortChoice::Arrival::compareMAC ? last->mac : std::optional<std::string>()};
+    return;
+  case PortChoice::Arrival::sameSerialNumber:
+  case PortChoice::Arrival::cannotTell:
+    report_.skipped({port.path, boardName(port)}, PortChoice::whyLeftAlone(arrival));
+    return;
   }
 }
 
 void Station::stopTaking() {
+  if (!takingBoards_) return;
   takingBoards_ = false;
+  for (const auto& [path, settling] : settling_) {
+    auto port = present_.find(path);
+    report_.skipped({path, port != present_.end() ? boardName(port->second) : path},
+                    L10n::Station::notTakingBoards());
+  }
   settling_.clear();
 }
 
@@ -200,11 +210,15 @@ void Station::arrived(const std::vector<SerialPortInfo>& ports, Clock::time_poin
   for (const auto& [path, port] : present) {
     if (present_.contains(path) || !isCandidate(port)) continue;
     // A board that re-enumerates during its own run, or a bootloader coming up for one, is no
-    // new board; while a bootloader is awaited, any port that appears may be it.
-    bool belongsToRun = std::ranges::any_of(runs_, [&](const auto& run) {
-      return run->owns(path) || run->waitsForBootloader(oneAtATime_);
-    });
-    if (!belongsToRun && takingBoards_) judge(port, now);
+    // new board; while a bootloader is awaited, any port that appears may be it. A port that
+    // only goes with its cable is judged once its run has ended.
+    bool belongsToRun = false;
+    for (const auto& run : runs_) {
+      if (path == run->board.path && (portKind(port) == PortKind::adapter || isTestDevice(path)))
+        run->anotherBoardArrived = true;
+      belongsToRun = belongsToRun || run->owns(path) || run->waitsForBootloader(oneAtATime_);
+    }
+    if (!belongsToRun) judge(port, now);
   }
   std::erase_if(settling_, [&](const auto& entry) { return !present.contains(entry.first); });
   present_ = std::move(present);
@@ -212,17 +226,18 @@ void Station::arrived(const std::vector<SerialPortInfo>& ports, Clock::time_poin
 
 void Station::startDue(Clock::time_point now) {
   for (auto entry = settling_.begin(); entry != settling_.end() && canTake();) {
-    if (now - entry->second < seconds(options_.settleSeconds)) {
+    if (now - entry->second.since < seconds(options_.settleSeconds)) {
       ++entry;
       continue;
     }
     const std::string path = entry->first;
+    auto leaveBoardWithMAC = entry->second.leaveBoardWithMAC;
     entry = settling_.erase(entry);
-    start(present_.at(path));
+    start(present_.at(path), leaveBoardWithMAC);
   }
 }
 
-void Station::start(const SerialPortInfo& port) {
+void Station::start(const SerialPortInfo& port, std::optional<std::string> leaveBoardWithMAC) {
   auto run = std::make_unique<Run>();
   run->board = {port.path, boardName(port)};
   run->serialNumber = port.serialNumber;
@@ -247,12 +262,8 @@ void Station::start(const SerialPortInfo& port) {
   run->job->compressionCache = cache_;
   run->job->usbJTAGFirst = prefersUSBJTAGReset(port);
   if (options_.findBootloaderPort) run->job->findBootloaderPort = options_.findBootloaderPort;
-  if (auto compare = compareMAC_.find(port.path); compare != compareMAC_.end()) {
-    // A board that cannot be told from its port is told by its MAC address; with none known
-    // any board is another one.
-    run->job->leaveBoardWithMAC = compare->second ? compare->second : std::string("unknown");
-    compareMAC_.erase(compare);
-  }
+  // A board that cannot be told from its port is told by its MAC address.
+  run->job->leaveBoardWithMAC = std::move(leaveBoardWithMAC);
 
   report_.started(run->board);
   run->thread = std::thread([this, self] {
@@ -308,13 +319,12 @@ void Station::reapFinished() {
     }
     run.thread.join();
     // The board restarts now and may come back on its port, or on its bootloader's.
-    PortChoice::FlashedBoard memory{now + seconds(options_.quietSeconds), run.serialNumber,
-                                    run.sameBoard ? flashedOn_[run.board.path].mac
-                                                  : run.outcome.mac};
+    const PortChoice::FlashedBoard memory{
+        now + seconds(options_.quietSeconds), run.serialNumber,
+        run.sameBoard ? run.job->leaveBoardWithMAC : run.outcome.mac, run.sameBoard};
     flashedOn_[run.board.path] = memory;
     if (run.bootloaderPath) flashedOn_[*run.bootloaderPath] = memory;
     if (run.sameBoard) {
-      confirmedSame_.insert(run.board.path);
       report_.skipped(run.board, L10n::Station::sameBoardByMAC());
       it = runs_.erase(it);
       continue;
@@ -323,29 +333,31 @@ void Station::reapFinished() {
     if (auto problem = report_.record(run.outcome)) {
       run.outcome.result = BoardOutcome::Result::failed;
       run.outcome.message = *problem;
-      if (!recordProblem_) {
-        recordProblem_ = *problem;
-        stopTaking();
-      }
+      if (!recordProblem_) recordProblem_ = *problem;
     }
     if (run.outcome.result == BoardOutcome::Result::done)
       ++flashed_;
     else
       ++failed_;
     report_.finished(run.outcome);
+    const bool anotherBoard = run.anotherBoardArrived;
+    const std::string path = run.board.path;
     it = runs_.erase(it);
+    if (auto port = present_.find(path); anotherBoard && port != present_.end())
+      judge(port->second, now);
   }
   if (recordProblem_ && !recordNoticed_) {
     recordNoticed_ = true;
     report_.notice(L10n::Station::recordLost(*recordProblem_));
+    stopTaking();
   }
   if (!outputLost_ && report_.outputLost()) {
     outputLost_ = true;
     stopTaking();
   }
   if (options_.limit && flashed_ >= *options_.limit && takingBoards_) {
-    stopTaking();
     report_.notice(L10n::Station::limitReached(*options_.limit));
+    stopTaking();
   }
 }
 
@@ -353,9 +365,9 @@ void Station::handleInterrupts() {
   const int count = interrupts_.load();
   if (count == interruptsSeen_) return;
   if (interruptsSeen_ == 0) {
-    stopTaking();
     if (!runs_.empty())
       report_.notice(L10n::Station::finishing(static_cast<std::int64_t>(runs_.size())));
+    stopTaking();
   }
   if (count >= 2 && !runs_.empty()) {
     report_.notice(L10n::Station::stopping());
@@ -368,8 +380,8 @@ void Station::handleInterrupts() {
 Station::Clock::time_point Station::nextDeadline(Clock::time_point now) const {
   auto deadline = now + std::chrono::seconds(1);
   if (!canTake()) return deadline; // an ending run wakes the station
-  for (const auto& [path, since] : settling_)
-    deadline = std::min(deadline, since + seconds(options_.settleSeconds));
+  for (const auto& [path, settling] : settling_)
+    deadline = std::min(deadline, settling.since + seconds(options_.settleSeconds));
   return deadline;
 }
 
@@ -381,13 +393,8 @@ std::int64_t Station::run(PortSource& source) {
     // Boards already there are taken with --now; named test devices always, as nothing plugs
     // them in. Either way they were there long enough.
     if (!isCandidate(port) || !(options_.now || isTestDevice(port.path))) continue;
-    if (auto family = boardFamily(port);
-        family && (*family == BoardFamily::esp) != package_.product.target.isESP()) {
-      report_.skipped({port.path, boardName(port)},
-                      L10n::Station::otherFamily(package_.product.target.isESP()));
-      continue;
-    }
-    settling_[port.path] = now - seconds(options_.settleSeconds);
+    if (!leftAsOtherFamily(port))
+      settling_[port.path] = {now - seconds(options_.settleSeconds), std::nullopt};
   }
   report_.notice(L10n::Station::ready(package_.product.name, !settling_.empty()));
   for (const auto& path : options_.onlyPorts) {

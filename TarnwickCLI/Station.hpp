@@ -113,7 +113,7 @@ public:
   /// before `finished`: a board whose record is lost counts as failed.
   virtual std::optional<std::string> record(const BoardOutcome&) { return std::nullopt; }
   /// True once nobody reads what the station prints any more.
-  virtual bool outputLost() const { return false; }
+  virtual bool outputLost() { return false; }
 };
 
 class Station {
@@ -145,12 +145,14 @@ private:
 
   bool isCandidate(const SerialPortInfo& port) const;
   bool isTestDevice(const std::string& path) const;
+  /// Says so and returns true for a board the USB ids show to be of the product's other family.
+  bool leftAsOtherFamily(const SerialPortInfo& port);
   void judge(const SerialPortInfo& port, Clock::time_point now);
   void stopTaking();
   bool canTake() const;
   void arrived(const std::vector<SerialPortInfo>& ports, Clock::time_point now);
   void startDue(Clock::time_point now);
-  void start(const SerialPortInfo& port);
+  void start(const SerialPortInfo& port, std::optional<std::string> leaveBoardWithMAC);
   void reapFinished();
   void handleInterrupts();
   Clock::time_point nextDeadline(Clock::time_point now) const;
@@ -170,15 +172,16 @@ private:
 
   /// The ports of the last list, by path.
   std::map<std::string, SerialPortInfo> present_;
-  /// New ports waiting to stay long enough, with the time they appeared.
-  std::map<std::string, Clock::time_point> settling_;
-  /// What is known of the board last flashed on each port (and on its bootloader's port).
+  struct Settling {
+    /// When the port appeared.
+    Clock::time_point since;
+    /// For a board told by its MAC address: the board's it must not have to be written.
+    std::optional<std::string> leaveBoardWithMAC;
+  };
+  /// New ports waiting to stay long enough.
+  std::map<std::string, Settling> settling_;
+  /// What is known of the board of the last run on each port (and on its bootloader's port).
   std::map<std::string, PortChoice::FlashedBoard> flashedOn_;
-  /// Ports whose board was found to be the one flashed before; until the quiet time ends it is
-  /// not connected to again.
-  std::set<std::string> confirmedSame_;
-  /// Settling ports whose board is told by its MAC address before it is written.
-  std::map<std::string, std::optional<std::string>> compareMAC_;
   /// Why the record could not be kept, once it could not.
   std::optional<std::string> recordProblem_;
   bool recordNoticed_ = false;

@@ -1,7 +1,10 @@
 #include "TarnwickCLI/StationOutput.hpp"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <system_error>
 #include <unistd.h>
@@ -58,6 +61,18 @@ std::string shortDeviceName(const std::string& name) {
   return name;
 }
 
+// "USB12" as "12": the number the hub's ports are told by, where no two boards share one.
+std::optional<std::vector<std::string>> numbersOnly(const std::vector<std::string>& names) {
+  std::vector<std::string> numbers;
+  for (const auto& name : names) {
+    auto digits = name.find_last_not_of("0123456789");
+    std::string number = digits == std::string::npos ? name : name.substr(digits + 1);
+    if (number.empty() || std::ranges::find(numbers, number) != numbers.end()) return std::nullopt;
+    numbers.push_back(std::move(number));
+  }
+  return numbers;
+}
+
 std::size_t terminalColumns(std::FILE* out) {
   winsize size{};
   if (::ioctl(::fileno(out), TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
@@ -65,6 +80,28 @@ std::size_t terminalColumns(std::FILE* out) {
 }
 
 } // namespace
+
+std::string statusLine(const std::vector<std::pair<std::string, int>>& boards, std::int64_t flashed,
+                       std::int64_t failed, std::size_t columns) {
+  std::vector<std::string> names, shortNames;
+  for (const auto& board : boards) {
+    names.push_back(board.first);
+    shortNames.push_back(shortDeviceName(board.first));
+  }
+  auto numbers = numbersOnly(shortNames);
+  auto with = [&](const std::vector<std::string>& shown, bool compact) {
+    std::vector<std::pair<std::string, int>> parts;
+    for (std::size_t i = 0; i < boards.size(); ++i)
+      parts.emplace_back(shown[i], boards[i].second);
+    return visible(L10n::Station::status(parts, flashed, failed, compact));
+  };
+  // Ever shorter until it fits: whole device names, names without "tty" and "pts/", then the
+  // ports' numbers alone without the word before them.
+  std::string text = with(names, false);
+  if (displayWidth(text) > columns) text = with(shortNames, false);
+  if (displayWidth(text) > columns) text = with(numbers ? *numbers : shortNames, true);
+  return clipped(text, columns);
+}
 
 std::string isoTime(std::chrono::system_clock::time_point time) {
   using namespace std::chrono;
@@ -148,6 +185,16 @@ void StationOutput::put(const std::string& text) {
   if (std::fflush(out_) != 0 || std::ferror(out_)) lost_ = true;
 }
 
+bool StationOutput::outputLost() {
+  if (lost_) return true;
+  // Asked before boards are taken, so a reader gone while nothing was printed is noticed
+  // before a board is started that nobody would hear of: a pipe without its reader reports an
+  // error, a terminal or socket that closed a hang-up.
+  pollfd out{::fileno(out_), 0, 0};
+  if (::poll(&out, 1, 0) == 1 && (out.revents & (POLLERR | POLLHUP))) lost_ = true;
+  return lost_;
+}
+
 // MARK: - Lines for people
 
 StationConsole::StationConsole(std::FILE* out, bool interactive,
@@ -170,20 +217,11 @@ void StationConsole::drawStatusLocked(bool force) {
   for (const auto& entry : inProgress_)
     ports.push_back({entry.first, std::nullopt, std::nullopt, std::nullopt});
   sortPorts(ports);
+  std::vector<std::pair<std::string, int>> boards;
+  for (const auto& port : ports)
+    boards.push_back(inProgress_.at(port.path));
   // One column short of the width, so the line never wraps and "\r" goes back to its start.
-  // The counts come first; when the boards do not fit, each is named by its number alone.
-  const std::size_t columns = terminalColumns(out_) - 1;
-  std::string text;
-  for (bool shortNames : {false, true}) {
-    std::vector<std::pair<std::string, int>> boards;
-    for (const auto& port : ports) {
-      const auto& [name, percent] = inProgress_.at(port.path);
-      boards.emplace_back(shortNames ? shortDeviceName(name) : name, percent);
-    }
-    text = visible(L10n::Station::status(boards, flashed_, failed_));
-    if (displayWidth(text) <= columns) break;
-  }
-  put("\r\033[K" + clipped(text, columns));
+  put("\r\033[K" + statusLine(boards, flashed_, failed_, terminalColumns(out_) - 1));
   statusShown_ = true;
 }
 
@@ -196,6 +234,8 @@ void StationConsole::end() {
 
 void StationConsole::skipped(const StationBoard& board, const std::string& reason) {
   std::lock_guard lock(mutex_);
+  // A board connected to before it proved to be the last one is no longer in progress.
+  inProgress_.erase(board.path);
   lineLocked(L10n::Station::aboutBoard(board.name, L10n::Station::leftAlone(reason)));
 }
 
@@ -305,6 +345,7 @@ void StationJSON::skipped(const StationBoard& board, const std::string& reason) 
   Json object = event("skipped", board);
   object["reason"] = reason;
   std::lock_guard lock(mutex_);
+  percent_.erase(board.path);
   put(dumped(object) + "\n");
 }
 

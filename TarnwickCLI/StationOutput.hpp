@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "TarnwickCLI/Station.hpp"
 
@@ -16,6 +17,11 @@ namespace tarnwick::cli {
 
 /// "2026-11-23T10:15:42.123Z": a time in ISO 8601, UTC, to the millisecond.
 std::string isoTime(std::chrono::system_clock::time_point time);
+
+/// The live line of the console within `columns`: the counts, then `boards` (device name and
+/// percentage, in the order given) under ever shorter names until the line fits.
+std::string statusLine(const std::vector<std::pair<std::string, int>>& boards, std::int64_t flashed,
+                       std::int64_t failed, std::size_t columns);
 
 /// The record file: one JSON object per line and finished board, appended with one write(2) and
 /// flushed to the disk, so a crash loses at most the line being written.
@@ -48,7 +54,7 @@ public:
   StationOutput(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record);
   void finished(const BoardOutcome& outcome) override;
   std::optional<std::string> record(const BoardOutcome& outcome) override;
-  bool outputLost() const override { return lost_; }
+  bool outputLost() override;
   /// The station has ended: nothing more is drawn.
   virtual void end() {}
 

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <map>
 #include <thread>
 
 #include "FlashCore/Digest.hpp"
@@ -559,42 +560,53 @@ void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   if (state_ == FlasherState::flashing) return;
 
   auto now = Clock::now();
-  // A port that comes back right after a run is told by what it is and by the board's USB
-  // serial number; one that cannot be told is left alone, and the log says so.
+  // A port that comes back right after a run is told by what it is, the board's USB serial
+  // number or, once connected, its MAC address; one that cannot be told is left alone, and the
+  // log says so.
   const bool esp = product_.target.isESP();
+  std::map<std::string, std::string> compareMAC;
   auto decision = PortChoice::decide(
       ports_, previous, selectedPath_.toStdString(), [&](const std::string& path) {
         auto port = std::ranges::find(ports_, path, &SerialPortInfo::path);
         if (port == ports_.end()) return true;
-        auto arrival = PortChoice::judgeArrival(*port, isTestDevice(path), lastFlashed_, esp, now);
-        if (arrival == PortChoice::Arrival::newBoard) return false;
+        auto arrival = PortChoice::judgeArrival(*port, isTestDevice(path),
+                                                lastFlashed_ ? &*lastFlashed_ : nullptr, esp, now);
+        if (arrival == PortChoice::Arrival::compareMAC) compareMAC[path] = *lastFlashed_->mac;
+        if (arrival == PortChoice::Arrival::newBoard || arrival == PortChoice::Arrival::compareMAC)
+          return false;
         appendLine({LogSegment::Kind::meta,
                     L10n::Station::aboutBoard(
                         portLabel(qs(path)).toStdString(),
-                        L10n::Station::leftAlone(L10n::Station::sameBoardRestarting()))});
+                        L10n::Station::leftAlone(PortChoice::whyLeftAlone(arrival)))});
         return true;
       });
   if (decision.newBoard) {
     selectPort(*decision.newBoard);
-    if (autoFlash_ && !hasErrors()) scheduleAutoFlash(*decision.newBoard);
+    if (autoFlash_ && !hasErrors()) {
+      auto mac = compareMAC.find(*decision.newBoard);
+      scheduleAutoFlash(*decision.newBoard,
+                        mac != compareMAC.end() ? std::optional(mac->second) : std::nullopt);
+    }
   } else if (decision.fallback) {
     selectPort(*decision.fallback);
   }
 }
 
-void FlasherModel::scheduleAutoFlash(const std::string& path) {
+void FlasherModel::scheduleAutoFlash(const std::string& path,
+                                     std::optional<std::string> leaveBoardWithMAC) {
   appendLine({LogSegment::Kind::meta, L10n::Log::newBoardOn(portLabel(qs(path)).toStdString())});
   emit autoFlashScheduled(qs(path));
   // The timer's context is the model: a model that is gone never fires it.
-  QTimer::singleShot(milliseconds(options_.autoFlashDelaySeconds), this, [this, path] {
-    bool present =
-        std::ranges::any_of(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
-    // Switching automatic flashing off in the meantime also calls it off.
-    if (state_ == FlasherState::idle && autoFlash_ && selectedPath_.toStdString() == path &&
-        present) {
-      startFlash();
-    }
-  });
+  QTimer::singleShot(milliseconds(options_.autoFlashDelaySeconds), this,
+                     [this, path, leaveBoardWithMAC] {
+                       bool present = std::ranges::any_of(
+                           ports_, [&](const SerialPortInfo& port) { return port.path == path; });
+                       // Switching automatic flashing off in the meantime also calls it off.
+                       if (state_ == FlasherState::idle && autoFlash_ &&
+                           selectedPath_.toStdString() == path && present) {
+                         startRun(leaveBoardWithMAC);
+                       }
+                     });
 }
 
 // MARK: - Simulated boards
@@ -677,7 +689,9 @@ void FlasherModel::openDemoProduct(const Target& target) {
 
 // MARK: - Flashing
 
-void FlasherModel::startFlash() {
+void FlasherModel::startFlash() { startRun(std::nullopt); }
+
+void FlasherModel::startRun(std::optional<std::string> leaveBoardWithMAC) {
   if (state_ != FlasherState::idle) return;
   if (selectedPath_.isEmpty()) {
     setErrorMessage(qs(L10n::Errors::selectPortFirst()));
@@ -696,6 +710,10 @@ void FlasherModel::startFlash() {
       });
   job->usbJTAGFirst = prefersUSBJTAGReset(selectedPort());
   job->compressionCache = compression_;
+  job->leaveBoardWithMAC = leaveBoardWithMAC;
+  // The port may be gone when the run ends: the board restarts.
+  runSerialNumber_ = selectedPort() ? selectedPort()->serialNumber : std::nullopt;
+  runMAC_.reset();
 
   job_ = job;
   narrator_.emplace(!product_.target.isESP());
@@ -712,10 +730,12 @@ void FlasherModel::startFlash() {
 
   std::thread([job, weak] {
     std::optional<FlashSummary> summary;
-    bool cancelled = false;
+    bool cancelled = false, sameBoard = false;
     std::string message;
     try {
       summary = job->run();
+    } catch (const FlashJob::SameBoard&) {
+      sameBoard = true;
     } catch (const FlashError& error) {
       cancelled = error.isCancelled();
       message = error.message();
@@ -724,8 +744,11 @@ void FlasherModel::startFlash() {
     } catch (const std::exception& error) {
       message = error.what();
     }
-    postToModel(weak, [summary, cancelled, message](FlasherModel& model) {
-      model.finish(summary, cancelled, message);
+    postToModel(weak, [summary, cancelled, sameBoard, message](FlasherModel& model) {
+      if (sameBoard)
+        model.leaveSameBoard();
+      else
+        model.finish(summary, cancelled, message);
     });
   }).detach();
 }
@@ -741,6 +764,7 @@ void FlasherModel::toggleFlash() {
 void FlasherModel::handle(const FlashEvent& event) {
   if (state_ != FlasherState::flashing || !narrator_) return;
   // Progress too goes through the narrator: an AVR write shows its stage again once bytes move.
+  if (auto* connected = std::get_if<FlashEvents::Connected>(&event)) runMAC_ = connected->mac;
   NarratedStep step = narrator_->narrate(event);
   if (step.stage) setStageText(qs(*step.stage));
   if (step.line) appendLine(*step.line);
@@ -761,16 +785,7 @@ void FlasherModel::handle(const FlashEvent& event) {
 
 void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
                           const std::string& message) {
-  job_.reset();
-  setState(FlasherState::idle);
-  {
-    auto port = std::ranges::find(ports_, selectedPath_.toStdString(), &SerialPortInfo::path);
-    lastFlashed_ =
-        PortChoice::FlashedBoard{Clock::now() + duration(options_.quietSeconds),
-                                 port != ports_.end() ? port->serialNumber : std::nullopt,
-                                 summary ? summary->mac : std::nullopt};
-  }
-  knownPaths_ = PortChoice::pathsOf(ports_);
+  endRun(false);
 
   NarratedStep step;
   FlashStatistics statistics = statistics_;
@@ -796,6 +811,25 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
   if (playSounds_ && !cancelled) {
     options_.sounds->play(summary ? SoundSink::successSound : SoundSink::failureSound);
   }
+}
+
+void FlasherModel::endRun(bool provedSame) {
+  // The board restarts now and may come back as a new port: what tells it from the next one.
+  const auto mac = provedSame && job_ ? job_->leaveBoardWithMAC : runMAC_;
+  lastFlashed_ = PortChoice::FlashedBoard{Clock::now() + duration(options_.quietSeconds),
+                                          runSerialNumber_, mac, provedSame};
+  job_.reset();
+  setState(FlasherState::idle);
+  knownPaths_ = PortChoice::pathsOf(ports_);
+}
+
+void FlasherModel::leaveSameBoard() {
+  endRun(true);
+  narrator_.reset();
+  appendLine(
+      {LogSegment::Kind::meta,
+       L10n::Station::aboutBoard(portLabel(selectedPath_).toStdString(),
+                                 L10n::Station::leftAlone(L10n::Station::sameBoardByMAC()))});
 }
 
 void FlasherModel::setState(FlasherState state) {

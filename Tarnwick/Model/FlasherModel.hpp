@@ -327,6 +327,13 @@ public:
 private:
   /// The end of a run: a summary, or the failure with its message (cancelled: no message).
   void finish(std::optional<FlashSummary> summary, bool cancelled, const std::string& message);
+  /// The end of an automatic run whose board proved, by its MAC address, to be the last one: it
+  /// was restarted into its firmware and is neither written nor counted.
+  void leaveSameBoard();
+  /// What every end of a run does first: idle, and the board remembered.
+  void endRun(bool provedSame);
+  /// Starts a run; with `leaveBoardWithMAC`, an ESP board with that MAC address is left alone.
+  void startRun(std::optional<std::string> leaveBoardWithMAC);
   void appendLine(const LogSegment& line);
   void setState(FlasherState state);
   void setStageText(const QString& text);
@@ -338,7 +345,7 @@ private:
   void setFiles(FileBytesMap files);
   void selectPort(const std::string& path);
   void addRecentDocument(const std::filesystem::path& location);
-  void scheduleAutoFlash(const std::string& path);
+  void scheduleAutoFlash(const std::string& path, std::optional<std::string> leaveBoardWithMAC);
   bool isTestDevice(const std::string& path) const;
   /// A pseudo-terminal the engine may open: a test device or a simulated board.
   bool allowsTestDevice(const std::string& path) const;
@@ -383,6 +390,10 @@ private:
   std::optional<RunNarrator> narrator_;
   /// The board of the last run, by which a port that comes back is told new or the same.
   std::optional<PortChoice::FlashedBoard> lastFlashed_;
+  /// The USB serial number of the port of the run in progress, and the MAC address its board
+  /// reported.
+  std::optional<std::string> runSerialNumber_;
+  std::optional<std::string> runMAC_;
   /// When progress was last published; none yet in this run, so the first is never held back
   /// (the steady clock's zero is the boot time, not "long ago").
   std::optional<std::chrono::steady_clock::time_point> lastProgressPublish_;

@@ -197,6 +197,32 @@ TEST(FlashJobESP, WrongChipRestartsTheBoardBeforeAnyConnectedEvent) {
   EXPECT_NO_THROW(again.open());
 }
 
+// A board told by its MAC address: the one flashed before is restarted into its firmware with
+// nothing written and no connected event; any other is flashed as usual.
+TEST(FlashJobESP, TheBoardFlashedBeforeIsLeftAloneByItsMAC) {
+  for (const bool same : {true, false}) {
+    SCOPED_TRACE(same ? "same MAC" : "another MAC");
+    SimulatedESP board;
+    auto p = espProduct(ESPChip::esp32, 4096);
+    EventRecorder recorder;
+    FlashJob job(p.product, p.files, board.path(), true, std::ref(recorder));
+    job.leaveBoardWithMAC = same ? "AB:CD:12:34:56:78" : "AB:CD:12:34:56:79";
+    bool left = false;
+    try {
+      job.run();
+    } catch (const FlashJob::SameBoard&) {
+      left = true;
+    }
+    EXPECT_EQ(left, same);
+    EXPECT_EQ(board.requests(ESPCommand::flashDeflateBegin) == 0, same);
+    if (same) {
+      EXPECT_EQ(recorder.kinds(), (std::vector<std::string>{"connecting", "resetting"}));
+    }
+    FlashPort again(board.path(), 115200, true);
+    EXPECT_NO_THROW(again.open());
+  }
+}
+
 TEST(FlashJobESP, FailuresEndTheRunWithTheirOwnErrors) {
   auto p = espProduct(ESPChip::esp32, 64 * 1024);
   {

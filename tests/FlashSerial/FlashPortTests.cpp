@@ -12,11 +12,14 @@
 #include <optional>
 #include <string_view>
 #include <sys/ioctl.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <thread>
 #include <unistd.h>
 
 #include "FlashSerial/FlashPort.hpp"
+#include "FlashSerial/FlashPortError.hpp"
+#include "Localization/Language.hpp"
 #include "Simulator/PseudoTerminal.hpp"
 #include "support/TerminalProbe.hpp"
 
@@ -142,28 +145,6 @@ int openDescriptorCount() {
   return count;
 }
 
-// A serial-looking name in /dev for a pseudo-terminal, so that a port opens it without
-// `allowsTestDevice` and goes through every check a real adapter gets. Needs a writable /dev.
-class DeviceAlias {
-public:
-  explicit DeviceAlias(const std::string& target) {
-    static std::atomic<int> counter{0};
-    path_ = "/dev/cu.tarnwick-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
-    if (::symlink(target.c_str(), path_.c_str()) != 0) path_.clear();
-  }
-  ~DeviceAlias() {
-    if (!path_.empty()) ::unlink(path_.c_str());
-  }
-  DeviceAlias(const DeviceAlias&) = delete;
-  DeviceAlias& operator=(const DeviceAlias&) = delete;
-
-  bool created() const { return !path_.empty(); }
-  const std::string& path() const { return path_; }
-
-private:
-  std::string path_;
-};
-
 } // namespace
 
 TEST(FlashPort, RawWhileOpenAndGivenBackExactlyOnClose) {
@@ -225,6 +206,52 @@ TEST(FlashPort, HoldsTheDeviceExclusively) {
     return second.isOpen() ? 0 : 1;
   });
   EXPECT_EQ(admitted, 0);
+}
+
+// Exclusive use does not keep root out, so two runs as root would both write one board. The
+// advisory lock does: a second process with every right of the first is refused and told which
+// process holds the board, and gets it once that process is gone.
+TEST(FlashPort, ASecondProcessIsRefusedEvenWithRootsRights) {
+  LanguageOverride english(Language::en);
+  PseudoTerminal pty;
+  int opened[2], release[2];
+  ASSERT_EQ(::pipe2(opened, O_CLOEXEC), 0);
+  ASSERT_EQ(::pipe2(release, O_CLOEXEC), 0);
+  const pid_t holder = ::fork();
+  ASSERT_GE(holder, 0);
+  if (holder == 0) {
+    ::close(opened[0]);
+    ::close(release[1]);
+    int result = 1;
+    try {
+      FlashPort port(pty.path(), 115200, true);
+      port.open();
+      char ready = 'y', done = 0;
+      result = ::write(opened[1], &ready, 1) == 1 && ::read(release[0], &done, 1) >= 0 ? 0 : 2;
+    } catch (...) {
+    }
+    ::_exit(result);
+  }
+  ::close(opened[1]);
+  ::close(release[0]);
+  char ready = 0;
+  ASSERT_EQ(::read(opened[0], &ready, 1), 1) << "the first process could not open the port";
+
+  FlashPort second(pty.path(), 9600, true);
+  auto error = errorOf([&] { second.open(); });
+  ASSERT_TRUE(error) << "a second process opened a port in use";
+  EXPECT_EQ(*error, FlashPortError::busy(pty.path()));
+  EXPECT_NE(error->message().find("(process " + std::to_string(holder) + ")"), std::string::npos)
+      << error->message();
+  EXPECT_FALSE(second.isOpen());
+
+  ::close(release[1]);
+  int status = -1;
+  ASSERT_EQ(::waitpid(holder, &status, 0), holder);
+  EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  ::close(opened[0]);
+  second.open();
+  EXPECT_TRUE(second.isOpen());
 }
 
 TEST(FlashPort, OpenStartsCleanAndOpeningAgainTouchesNothing) {

@@ -79,12 +79,17 @@ TEST(PortChoice, ArrivalIsJudgedByPortKindAndIdentity) {
   auto port = [](int vendor, int product, std::optional<std::string> serial = std::nullopt) {
     return SerialPortInfo{"/dev/ttyACM0", std::nullopt, vendor, product, std::move(serial)};
   };
-  const SerialPortInfo ch340 = port(0x1A86, 0x7523), uno = port(0x2341, 0x0043),
-                       espUSB = port(0x303A, 0x1001), leonardo = port(0x2341, 0x8036),
-                       proMicro = port(0x1B4F, 0x9206), unknown = port(0x1234, 0x5678);
-  const PortChoice::FlashedBoard quiet{now + std::chrono::seconds(6), "S1", "AA:BB"};
+  const SerialPortInfo ch340 = port(0x1A86, 0x7523), cp210x = port(0x10C4, 0xEA60),
+                       ftdi = port(0x0403, 0x6001), uno = port(0x2341, 0x0043),
+                       mega = port(0x2A03, 0x0042), espUSB = port(0x303A, 0x1001),
+                       leonardo = port(0x2341, 0x8036), proMicro = port(0x1B4F, 0x9206),
+                       unknown = port(0x1234, 0x5678);
+  const auto quiet = now + std::chrono::seconds(6);
+  const PortChoice::FlashedBoard withSerial{quiet, "S1", "AA:BB"};
   const PortChoice::FlashedBoard over{now - std::chrono::seconds(1), "S1", "AA:BB"};
-  const PortChoice::FlashedBoard noSerial{now + std::chrono::seconds(6), std::nullopt, "AA:BB"};
+  const PortChoice::FlashedBoard noSerial{quiet, std::nullopt, "AA:BB"};
+  const PortChoice::FlashedBoard neverAnswered{quiet, std::nullopt, std::nullopt};
+  const PortChoice::FlashedBoard provedSame{quiet, std::nullopt, "AA:BB", true};
   struct Case {
     const char* what;
     SerialPortInfo port;
@@ -96,30 +101,67 @@ TEST(PortChoice, ArrivalIsJudgedByPortKindAndIdentity) {
   const std::vector<Case> cases = {
       {"nothing flashed there yet", espUSB, false, std::nullopt, true, A::newBoard},
       {"the quiet time is over", espUSB, false, over, true, A::newBoard},
-      {"behind a CH340", ch340, false, quiet, true, A::newBoard},
-      {"an Uno's USB chip", uno, false, quiet, false, A::newBoard},
-      {"a test device", port(0x303A, 0x1001), true, quiet, true, A::newBoard},
-      {"own USB, same serial number", port(0x303A, 0x1001, "S1"), false, quiet, true,
-       A::sameBoard},
-      {"own USB, another serial number", port(0x303A, 0x1001, "S2"), false, quiet, true,
+      // A board restarting does not take its USB-serial chip away: what comes back is new.
+      {"behind a CH340", ch340, false, noSerial, true, A::newBoard},
+      {"behind a CP210x", cp210x, false, noSerial, true, A::newBoard},
+      {"behind an FTDI", ftdi, false, neverAnswered, true, A::newBoard},
+      {"an Uno's USB chip", uno, false, noSerial, false, A::newBoard},
+      {"a Mega's USB chip", mega, false, noSerial, false, A::newBoard},
+      {"a test device", espUSB, true, noSerial, true, A::newBoard},
+      // Own USB: the serial number tells, else the MAC, else nothing.
+      {"own USB, same serial number", port(0x303A, 0x1001, "S1"), false, withSerial, true,
+       A::sameSerialNumber},
+      {"own USB, another serial number", port(0x303A, 0x1001, "S2"), false, withSerial, true,
        A::newBoard},
+      {"own USB, serial number only now", port(0x303A, 0x1001, "S1"), false, noSerial, true,
+       A::compareMAC},
       {"own USB, no serial number, ESP", espUSB, false, noSerial, true, A::compareMAC},
-      {"Leonardo without a serial number", leonardo, false, noSerial, false, A::sameBoard},
-      {"Pro Micro without a serial number", proMicro, false, noSerial, false, A::sameBoard},
+      {"own USB, the last board never answered", espUSB, false, neverAnswered, true, A::cannotTell},
+      {"own USB, the board proved itself already", espUSB, false, provedSame, true, A::cannotTell},
+      {"Leonardo without a serial number", leonardo, false, noSerial, false, A::cannotTell},
+      {"Leonardo, another serial number", port(0x2341, 0x8036, "B"), false,
+       PortChoice::FlashedBoard{quiet, "A", std::nullopt}, false, A::newBoard},
+      {"Pro Micro without a serial number", proMicro, false, noSerial, false, A::cannotTell},
       {"an unknown adapter keeps the quiet time", unknown, false, noSerial, true, A::compareMAC},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(PortChoice::judgeArrival(c.port, c.testDevice, c.last, c.esp, now), c.expected)
+    auto last = c.last;
+    EXPECT_EQ(PortChoice::judgeArrival(c.port, c.testDevice, last ? &*last : nullptr, c.esp, now),
+              c.expected)
         << c.what;
   }
+  // The return of a board that proved itself is the restart the proof caused; the board after
+  // it is compared again.
+  auto proved = provedSame;
+  EXPECT_EQ(PortChoice::judgeArrival(espUSB, false, &proved, true, now), A::cannotTell);
+  EXPECT_EQ(PortChoice::judgeArrival(espUSB, false, &proved, true, now), A::compareMAC);
+  EXPECT_NE(PortChoice::whyLeftAlone(A::sameSerialNumber), PortChoice::whyLeftAlone(A::cannotTell));
 
-  EXPECT_EQ(portKind(ch340), PortKind::adapter);
-  EXPECT_EQ(portKind(uno), PortKind::adapter);
-  EXPECT_EQ(portKind(leonardo), PortKind::nativeUSB);
-  EXPECT_EQ(portKind(unknown), PortKind::unknown);
-  EXPECT_EQ(boardFamily(uno), BoardFamily::avr);
-  EXPECT_EQ(boardFamily(leonardo), BoardFamily::avr);
-  EXPECT_EQ(boardFamily(espUSB), BoardFamily::esp);
-  EXPECT_EQ(boardFamily(ch340), std::nullopt);
-  EXPECT_EQ(boardFamily(port(0x2341, 0x0058)), std::nullopt); // Nano Every: no AVR109/STK500
+  struct Kind {
+    SerialPortInfo port;
+    PortKind kind;
+    std::optional<BoardFamily> family;
+  };
+  const std::vector<Kind> kinds = {
+      {ch340, PortKind::adapter, std::nullopt},
+      {port(0x1A86, 0x55D4), PortKind::adapter, std::nullopt}, // CH9102
+      {uno, PortKind::adapter, BoardFamily::avr},
+      {mega, PortKind::adapter, BoardFamily::avr},
+      {espUSB, PortKind::nativeUSB, BoardFamily::esp},
+      {port(0x303A, 0x0002), PortKind::nativeUSB, std::nullopt}, // an S2's own USB
+      {leonardo, PortKind::nativeUSB, BoardFamily::avr},
+      {port(0x2341, 0x8037), PortKind::nativeUSB, BoardFamily::avr}, // Micro
+      {proMicro, PortKind::nativeUSB, std::nullopt},
+      {unknown, PortKind::unknown, std::nullopt},
+      // Arduino boards without an AVR this program flashes: no family, tried as any port.
+      {port(0x2341, 0x0058), PortKind::unknown, std::nullopt}, // Nano Every
+      {port(0x2341, 0x1002), PortKind::unknown, std::nullopt}, // UNO R4 WiFi
+      {{"/dev/ttyS0", std::nullopt, std::nullopt, std::nullopt}, PortKind::unknown, std::nullopt},
+  };
+  for (const Kind& k : kinds) {
+    EXPECT_EQ(portKind(k.port), k.kind)
+        << k.port.vendorID.value_or(0) << ":" << k.port.productID.value_or(0);
+    EXPECT_EQ(boardFamily(k.port), k.family)
+        << k.port.vendorID.value_or(0) << ":" << k.port.productID.value_or(0);
+  }
 }

@@ -2,9 +2,11 @@
 // A station report that keeps every event, for tests to assert on and to wait for.
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +37,18 @@ public:
   void skipped(const cli::StationBoard& board, const std::string& reason) override {
     add({"skipped", board.path, reason});
   }
+  std::optional<std::string> record(const cli::BoardOutcome&) override {
+    ++recorded;
+    if (recordFails) return "The record file is full.";
+    return std::nullopt;
+  }
+  bool outputLost() override { return outputGone; }
+
+  /// How many finished boards were handed to the record.
+  std::atomic<int> recorded = 0;
+  /// From now on no record line can be written, or nobody reads the output.
+  std::atomic<bool> recordFails = false;
+  std::atomic<bool> outputGone = false;
 
   /// Waits until `count` entries of `kind` (for `path`, unless empty) were reported.
   bool waitFor(const std::string& kind, const std::string& path = {}, int count = 1,

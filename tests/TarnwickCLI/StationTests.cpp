@@ -3,26 +3,32 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <deque>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
-#include <future>
 #include <regex>
 #include <sstream>
 #include <sys/eventfd.h>
+#include <sys/ioctl.h>
 
 #include <nlohmann/json.hpp>
 
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Help.hpp"
-#include "TarnwickCLI/Arguments.hpp"
+#include "Localization/Language.hpp"
+#include "Localization/StationTexts.hpp"
 #include "Simulator/PseudoTerminal.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "TarnwickCLI/Arguments.hpp"
+#include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
-#include "TarnwickCLI/StationRecorder.hpp"
 #include "TarnwickCLI/Station.hpp"
 #include "TarnwickCLI/StationOutput.hpp"
+#include "TarnwickCLI/StationRecorder.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -38,7 +44,8 @@ namespace {
 // these tests read English whatever the machine's locale.
 const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
 
-// Ports the test plugs in and pulls out; each change wakes the station at once.
+// Ports the test plugs in and pulls out; each change wakes the station at once, and the station
+// sees every list in turn, as the scanner delivers one per change.
 class FakePorts : public PortSource {
 public:
   FakePorts() : changed_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
@@ -54,16 +61,18 @@ public:
     std::lock_guard lock(mutex_);
     kind.path = path;
     ports_.push_back(kind);
-    notify();
+    changed();
   }
   void pull(const std::string& path) {
     std::lock_guard lock(mutex_);
     std::erase_if(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
-    notify();
+    changed();
   }
 
   std::vector<SerialPortInfo> start() override {
     std::lock_guard lock(mutex_);
+    // What changed before is what the station finds at start.
+    lists_.clear();
     return ports_;
   }
   std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
@@ -73,16 +82,26 @@ public:
     std::uint64_t drained = 0;
     [[maybe_unused]] ssize_t got = ::read(changed_, &drained, sizeof drained);
     std::lock_guard lock(mutex_);
-    return ports_;
+    if (lists_.empty()) return ports_;
+    auto next = std::move(lists_.front());
+    lists_.pop_front();
+    if (!lists_.empty()) notify();
+    return next;
   }
 
 private:
+  void changed() {
+    lists_.push_back(ports_);
+    notify();
+  }
   void notify() {
     const std::uint64_t one = 1;
     [[maybe_unused]] ssize_t written = ::write(changed_, &one, sizeof one);
   }
   std::mutex mutex_;
   std::vector<SerialPortInfo> ports_;
+  /// The lists of changes the station has not seen yet, oldest first.
+  std::deque<std::vector<SerialPortInfo>> lists_;
   int changed_;
 };
 
@@ -150,7 +169,6 @@ TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
   ports.plug(broken.path());
   ports.plug(second.path());
   ports.plug(flicker.path());
-  std::this_thread::sleep_for(50ms);
   ports.pull(flicker.path());
   ASSERT_TRUE(running.recorder.waitFor("done", {}, 2)) << describe(running.recorder);
   ASSERT_TRUE(running.recorder.waitFor("failed", broken.path()));
@@ -174,11 +192,13 @@ TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
 
 // A port that goes and comes back right after its run holds another board, unless the port is
 // the board's own USB restarting: then its USB serial number, or else its MAC address, tells.
-// A board of the other family is left alone at once. Nothing is ever left alone silently.
+// A board of the other family is left alone at once. Nothing is ever left alone silently, and a
+// board that never answered is not tried over and over as it restarts.
 TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
-  SimulatedESPOptions otherMAC;
+  SimulatedESPOptions otherMAC, mute;
   otherMAC.macWord0 = 0x0BADF00D;
-  SimulatedESP a, b(otherMAC);
+  mute.silent = true;
+  SimulatedESP a, b(otherMAC), silent(mute);
   const fs::path slot = fs::temp_directory_path() / ("tw-slot-" + std::to_string(::getpid()));
   FakePorts ports;
   RunningStation running(espProduct(ESPChip::esp32, 4096), {}, ports);
@@ -188,29 +208,41 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
     const char* what;
     SerialPortInfo port;
     const SimulatedESP* board;
-    const char* expected; // "done" or "skipped"
+    const char* expected; // "done", "failed" or "skipped"
     std::string reason;
   };
-  const std::string restarting = "the board just flashed, restarting.";
-  const std::string sameMAC = "the board just flashed (same MAC address); restarted into its firmware.";
+  const std::string sameSerial = "the board whose run just ended, restarting (same USB serial "
+                                 "number).";
+  const std::string sameMAC = "the board whose run just ended (same MAC address); restarted "
+                              "into its firmware.";
+  const std::string cannotTell = "taken for the board whose run just ended, restarting: its "
+                                 "port has no USB serial number that would tell another board. "
+                                 "Plug a new board in again after a few seconds.";
   const std::vector<Step> steps = {
       {"a first board behind an adapter", FakePorts::adapter(), &a, "done", ""},
       {"another board on the adapter at once", FakePorts::adapter(), &b, "done", ""},
+      {"that board plugged in again at once", FakePorts::adapter(), &b, "done", ""},
       {"own USB without a serial number, same MAC", FakePorts::nativeESP(std::nullopt), &b,
        "skipped", sameMAC},
-      {"and back again once more", FakePorts::nativeESP(std::nullopt), &b, "skipped", restarting},
-      {"own USB, another serial number", FakePorts::nativeESP("S-A"), &a, "done", ""},
-      {"own USB, the same serial number", FakePorts::nativeESP("S-A"), &a, "skipped", restarting},
-      {"own USB without a serial number, another MAC", FakePorts::nativeESP(std::nullopt), &b,
+      {"and back from that restart", FakePorts::nativeESP(std::nullopt), &b, "skipped", cannotTell},
+      {"own USB, another board without a serial number", FakePorts::nativeESP(std::nullopt), &a,
        "done", ""},
-      {"an Arduino Uno for an ESP product", {"", std::nullopt, 0x2341, 0x0043}, &a, "skipped",
+      {"own USB, a serial number", FakePorts::nativeESP("S-B"), &b, "done", ""},
+      {"own USB, the same serial number", FakePorts::nativeESP("S-B"), &b, "skipped", sameSerial},
+      {"own USB, another serial number", FakePorts::nativeESP("S-A"), &a, "done", ""},
+      {"an Arduino Uno for an ESP product",
+       {"", std::nullopt, 0x2341, 0x0043},
+       &a,
+       "skipped",
        "an Arduino board, and this product is for ESP boards."},
+      {"a board that never answers", FakePorts::adapter(), &silent, "failed", ""},
+      {"back after that run, nothing to compare", FakePorts::nativeESP(std::nullopt), &silent,
+       "skipped", cannotTell},
   };
   for (const Step& step : steps) {
     SCOPED_TRACE(step.what);
     const int before = r.count(step.expected, slot.string());
     ports.pull(slot.string());
-    std::this_thread::sleep_for(100ms); // the station sees the port gone
     fs::remove(slot);
     fs::create_symlink(step.board->path(), slot);
     ports.plug(slot.string(), step.port);
@@ -219,10 +251,25 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
       EXPECT_EQ(r.entries().back().text, step.reason);
     }
   }
+  // Swapped while its run still goes on: the board that came is flashed once the run ends.
+  SimulatedESP slow(slowESP32()), next;
+  const int done = r.count("done", slot.string());
+  ports.pull(slot.string());
+  fs::remove(slot);
+  fs::create_symlink(slow.path(), slot);
+  ports.plug(slot.string());
+  ASSERT_TRUE(r.waitFor("connected", slot.string(), r.count("connected", slot.string()) + 1));
+  ports.pull(slot.string());
+  fs::remove(slot);
+  fs::create_symlink(next.path(), slot);
+  ports.plug(slot.string());
+  ASSERT_TRUE(r.waitFor("done", slot.string(), done + 2)) << describe(r);
+  EXPECT_GT(next.requests(ESPCommand::flashDeflateBegin), 0);
+
   running.station.interrupt();
-  EXPECT_EQ(running.finish(), 0);
-  EXPECT_EQ(running.station.flashed(), 4);
-  EXPECT_EQ(r.count("failed"), 0) << describe(r);
+  EXPECT_EQ(running.finish(), 1);
+  EXPECT_EQ(running.station.flashed(), 8);
+  EXPECT_EQ(r.count("started"), 10) << describe(r); // eight, the comparison, the silent one
   fs::remove(slot);
 }
 
@@ -242,7 +289,12 @@ TEST(Station, NowAndLimit) {
   EXPECT_EQ(r.count("started"), 2) << describe(r);
   EXPECT_EQ(r.count("done"), 2);
   EXPECT_EQ(r.count("notice", ""), 3); // ready, limit reached, summary
-  EXPECT_EQ(r.entries()[r.entries().size() - 2].text, "Limit of 2 reached: no new boards are taken.");
+  const auto entries = r.entries();
+  ASSERT_GE(entries.size(), 3u);
+  // The board left waiting is said to be left alone, after the limit and before the summary.
+  EXPECT_EQ(entries[entries.size() - 3].text, "Limit of 2 reached: no new boards are taken.");
+  EXPECT_EQ(entries[entries.size() - 2].kind, "skipped");
+  EXPECT_EQ(entries[entries.size() - 2].text, "the station takes no new boards.");
 }
 
 // The first Ctrl+C lets the running boards finish and takes no new ones; a second one stops
@@ -262,6 +314,7 @@ TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
     if (presses == 2) running.station.interrupt();
     const std::int64_t failures = running.finish();
     EXPECT_EQ(r.count("started", late.path()), 0) << describe(r);
+    EXPECT_EQ(r.count("skipped", late.path()), 1) << describe(r);
     if (presses == 1) {
       EXPECT_EQ(failures, 0) << describe(r);
       EXPECT_EQ(r.count("done"), 2);
@@ -272,6 +325,44 @@ TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
       EXPECT_EQ(failures, 2) << describe(r);
       EXPECT_EQ(r.count("stopped"), 2);
       EXPECT_EQ(r.count("done"), 0);
+    }
+  }
+}
+
+// A record line that cannot be written, or a reader of the output that went away: the boards
+// running finish (a board without its record line counts as failed), every board handed to
+// the record, and no board plugged in afterwards is taken, though each is said to be left alone.
+TEST(Station, ALostRecordOrReaderTakesNoNewBoards) {
+  for (const bool recordLost : {true, false}) {
+    SCOPED_TRACE(recordLost ? "the record is lost" : "the reader is gone");
+    SimulatedESP quick, slow(slowESP32()), late;
+    FakePorts ports;
+    RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
+    Recorder& r = running.recorder;
+    ports.plug(quick.path());
+    ports.plug(slow.path());
+    ASSERT_TRUE(r.waitFor("started", {}, 2)) << describe(r);
+    (recordLost ? r.recordFails : r.outputGone) = true;
+    // The slow board still runs when the quick one has ended and the station noticed.
+    ASSERT_TRUE(r.waitFor(recordLost ? "failed" : "done", quick.path())) << describe(r);
+    ports.plug(late.path());
+    ASSERT_TRUE(r.waitFor("skipped", late.path())) << describe(r);
+    EXPECT_EQ(running.finish(), recordLost ? 2 : 0) << describe(r);
+
+    EXPECT_EQ(r.count(recordLost ? "failed" : "done", slow.path()), 1) << describe(r);
+    EXPECT_EQ(r.count("started", late.path()), 0) << describe(r);
+    EXPECT_EQ(late.requests(ESPCommand::sync), 0);
+    EXPECT_EQ(r.recorded, 2);
+    EXPECT_EQ(running.station.outputWasLost(), !recordLost);
+    EXPECT_EQ(running.station.recordProblem().has_value(), recordLost);
+    if (recordLost) {
+      // Said when it happens, and again after the counts.
+      const auto entries = r.entries();
+      EXPECT_EQ(entries.back().text, "The record file is full.");
+      EXPECT_EQ(entries[entries.size() - 2].text, "Flashed 0 · Failed 2.");
+      EXPECT_NE(describe(r).find("The record file is full. No new boards are taken"),
+                std::string::npos)
+          << describe(r);
     }
   }
 }
@@ -450,61 +541,288 @@ TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
   EXPECT_EQ(arguments.inputs, std::vector<std::string>{"P.twflash"});
 }
 
-// Where a line loses its record or its reader, or two runs reach for one board, no board leaves
-// unaccounted for: a board whose record line cannot be written counts as failed and no new
-// boards are taken; a reader that goes away ends the station with 1 after the running boards
-// are finished and recorded; a second run on a port in use is refused with who holds it.
-TEST(StationCommand, LostRecordLostReaderAndPortsInUse) {
-  const fs::path root = fs::temp_directory_path() / ("tw-station-l-" + std::to_string(::getpid()));
-  fs::remove_all(root);
-  fs::create_directories(root);
-  auto p = espProduct(ESPChip::esp32, 64 * 1024);
-  ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
-  const std::string product = (root / "Sensor.twflash").string();
-
-  SimulatedESP full;
-  Result fullDisk = runCLI({"station", product, "--test-device", "-p", full.path(), "--record",
-                            "/dev/full"});
-  EXPECT_EQ(fullDisk.status, 1) << fullDisk.out << fullDisk.err;
-  EXPECT_NE(fullDisk.out.find("This board is missing from /dev/full: the disk is full."),
-            std::string::npos)
-      << fullDisk.out;
-  EXPECT_NE(fullDisk.out.find("Flashed 0 · Failed 1."), std::string::npos) << fullDisk.out;
-
-  SimulatedESP piped(slowESP32());
-  const std::string log = (root / "boards.jsonl").string();
-  Result lostReader = runCLI({"station", product, "--test-device", "-p", piped.path(), "--json",
-                              "--record", log},
-                             R"("event":"started")", "en", TARNWICK_CLI, true);
-  EXPECT_EQ(lostReader.status, 1) << lostReader.err;
-  EXPECT_NE(lostReader.err.find("output was closed"), std::string::npos) << lostReader.err;
-  std::ifstream recorded(log);
-  std::string line;
-  ASSERT_TRUE(std::getline(recorded, line));
-  EXPECT_EQ(nlohmann::json::parse(line).at("result"), "done") << line;
-
-  // Two processes, as two stations run by root would be: one writes the board, the other is
-  // told who has it.
-  SimulatedESP shared(slowESP32());
-  auto second = std::async(std::launch::async, [&] {
-    std::this_thread::sleep_for(300ms);
-    return runCLI({"flash", "--test-device", "-p", shared.path(), product});
-  });
-  Result first = runCLI({"flash", "--test-device", "-p", shared.path(), product});
-  Result refused = second.get();
-  EXPECT_EQ(first.status, 0) << first.err;
-  EXPECT_EQ(refused.status, 1) << refused.err;
-  EXPECT_NE(refused.err.find("in use by"), std::string::npos) << refused.err;
-
-  // A port that is no serial adapter is a usage error everywhere.
-  for (const std::string command : {"flash", "station"}) {
-    Result pts = runCLI({command, "-p", piped.path(), product});
-    EXPECT_EQ(pts.status, 2) << command << pts.err;
-    Result bare = runCLI({command, "-p", "ttyUSB7", product});
-    EXPECT_EQ(bare.status, 2) << command;
-    EXPECT_NE(bare.err.find("Did you mean /dev/ttyUSB7?"), std::string::npos) << bare.err;
+namespace {
+// A product file in a directory of its own, removed with it.
+struct ProductOnDisk {
+  explicit ProductOnDisk(const char* name, std::int64_t size = 64 * 1024)
+      : root(fs::temp_directory_path() / (name + std::to_string(::getpid()))) {
+    fs::remove_all(root);
+    fs::create_directories(root);
+    auto p = espProduct(ESPChip::esp32, size);
+    ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
   }
-  fs::remove_all(root);
+  ~ProductOnDisk() { fs::remove_all(root); }
+  std::string path() const { return (root / "Sensor.twflash").string(); }
+  fs::path root;
+};
+
+// The lines left on a terminal's screen: "\033[K" wipes the line being written, "\n" ends it.
+// (The output only ever returns with "\r" to wipe.)
+std::vector<std::string> screenLines(const std::string& out) {
+  std::vector<std::string> lines;
+  std::string current;
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    if (out.compare(i, 3, "\033[K") == 0) {
+      current.clear();
+      i += 2;
+    } else if (out[i] == '\n') {
+      lines.push_back(current);
+      current.clear();
+    } else if (out[i] != '\r') {
+      current += out[i];
+    }
+  }
+  if (!current.empty()) lines.push_back(current);
+  return lines;
+}
+} // namespace
+
+namespace {
+// The live line an 80-column terminal shows last, once `paths` started and are 45 % done, and
+// then `left` was left alone.
+std::string liveLineOf(const std::vector<std::string>& paths, const std::string& left) {
+  PseudoTerminal screen; // the controller side reads what the station writes
+  const int device = ::open(screen.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  winsize size{};
+  size.ws_row = 24;
+  size.ws_col = 80;
+  EXPECT_EQ(::ioctl(device, TIOCSWINSZ, &size), 0);
+  std::FILE* out = ::fdopen(device, "w");
+  {
+    StationConsole console(out, true);
+    for (const auto& path : paths)
+      console.started({path, "ESP32 Dev (" + path.substr(5) + ")"});
+    for (const auto& path : paths)
+      console.progress({path, ""}, 45, 100);
+    if (!left.empty()) console.skipped({left, ""}, "proved to be the last board.");
+    console.notice("redraw"); // a line always draws the live line again
+  }
+  std::fclose(out);
+  std::string shown;
+  for (Bytes part; !(part = screen.receive(0.05)).empty();)
+    shown.append(part.begin(), part.end());
+  const auto start = shown.rfind("\r\033[K");
+  return start == std::string::npos ? std::string() : shown.substr(start + 4);
+}
+} // namespace
+
+// The live line with six boards on an 80-column terminal, in every language: the counts come
+// first, the boards follow in the ports' natural order (pts/3 before pts/12), and the line never
+// runs past the width: the boards' names shorten until it fits.
+TEST(StationConsole, SixBoardsFitEightyColumnsInNaturalOrder) {
+  struct Case {
+    std::vector<std::string> paths;
+    std::vector<std::string> numbersInOrder; // empty: the numbers do not tell the boards apart
+  };
+  const std::vector<Case> cases = {
+      {{"/dev/pts/12", "/dev/pts/3", "/dev/pts/7", "/dev/pts/10", "/dev/pts/4", "/dev/pts/5"},
+       {"3", "4", "5", "7", "10", "12"}},
+      {{"/dev/ttyUSB10", "/dev/ttyUSB2", "/dev/ttyUSB1", "/dev/ttyUSB0", "/dev/ttyUSB11",
+        "/dev/ttyUSB9"},
+       {"0", "1", "2", "9", "10", "11"}},
+      {{"/dev/ttyUSB1", "/dev/ttyACM0", "/dev/ttyUSB0", "/dev/ttyACM1"}, {}},
+  };
+  // Where `number` stands for a board 45 % done.
+  auto placeOf = [](const std::string& line, const std::string& number) {
+    for (auto at = line.find(number + " 45"); at != std::string::npos;
+         at = line.find(number + " 45", at + 1)) {
+      if (at == 0 || !std::isdigit(static_cast<unsigned char>(line[at - 1]))) return at;
+    }
+    return std::string::npos;
+  };
+  for (Language language : allLanguages) {
+    LanguageOverride speaking(language);
+    for (const Case& c : cases) {
+      SCOPED_TRACE(std::string(code(language)) + " " + c.paths.front());
+      const std::string live = liveLineOf(c.paths, {});
+      EXPECT_LE(displayWidth(live), 79u) << live;
+      const std::string counts = L10n::Station::status({}, 0, 0);
+      EXPECT_TRUE(live.starts_with(counts.substr(0, counts.find(" · ")))) << live;
+      std::size_t last = 0;
+      for (const auto& number : c.numbersInOrder) {
+        const auto at = placeOf(live, number);
+        ASSERT_NE(at, std::string::npos) << number << " in " << live;
+        EXPECT_GT(at, last) << number << " in " << live;
+        last = at;
+      }
+    }
+  }
+  // A board connected to and then left alone is no longer in progress.
+  EXPECT_EQ(liveLineOf({"/dev/ttyUSB1", "/dev/ttyUSB2"}, "/dev/ttyUSB1"),
+            "Flashed 0 · Failed 0 · Flashing ttyUSB2 45%");
+}
+
+// JSON progress at the start and at every fifth percent a run crosses, however far one report
+// jumps: a reader waiting for 35 % sees it although the run went from 31 % to 40 % at once. A
+// board left alone is a skipped event with its reason.
+TEST(StationJSON, ProgressAtEveryFifthPercentCrossedAndSkippedBoards) {
+  char* buffer = nullptr;
+  std::size_t size = 0;
+  std::FILE* out = ::open_memstream(&buffer, &size);
+  ASSERT_NE(out, nullptr);
+  {
+    StationJSON json(out, stderr);
+    const StationBoard board{"/dev/ttyUSB0", "CP2102 (ttyUSB0)"};
+    json.started(board);
+    for (std::int64_t done : {0, 12, 310, 400, 400, 999, 1000})
+      json.progress(board, done, 1000);
+    json.skipped({"/dev/ttyACM0", "Arduino Uno (ttyACM0)"}, "a reason.");
+  }
+  std::fclose(out);
+  std::istringstream lines(std::string(buffer, size));
+  std::free(buffer);
+  std::vector<int> percents;
+  std::int64_t lastDone = 0;
+  std::vector<nlohmann::json> skipped;
+  for (std::string line; std::getline(lines, line);) {
+    auto event = nlohmann::json::parse(line);
+    if (event.at("event") == "progress") {
+      percents.push_back(event.at("percent"));
+      EXPECT_GE(event.at("done").get<std::int64_t>(), lastDone) << line;
+      EXPECT_GE(event.at("done").get<std::int64_t>() * 100, percents.back() * 1000) << line;
+      lastDone = event.at("done");
+    } else if (event.at("event") == "skipped") {
+      skipped.push_back(event);
+    }
+  }
+  std::vector<int> everyFifth; // from the start at 0 %
+  for (int percent = 0; percent <= 100; percent += 5)
+    everyFifth.push_back(percent);
+  EXPECT_EQ(percents, everyFifth);
+  ASSERT_EQ(skipped.size(), 1u);
+  EXPECT_EQ(skipped[0].at("port"), "/dev/ttyACM0");
+  EXPECT_EQ(skipped[0].at("reason"), "a reason.");
+  EXPECT_TRUE(skipped[0].contains("time"));
+}
+
+// A record line that cannot be written (a full disk): the board counts as failed, the summary
+// names the problem, the station ends with 1, and on a terminal the message starts a line of
+// its own instead of running on from the live line.
+TEST(StationCommand, AFullRecordDisk) {
+  ProductOnDisk product("tw-station-full-");
+  SimulatedESP board(slowESP32());
+  RunOptions terminal;
+  terminal.terminalColumns = 80;
+  Result result = runCLI(
+      {"station", product.path(), "--test-device", "-p", board.path(), "--record", "/dev/full"},
+      terminal);
+  EXPECT_EQ(result.status, 1) << result.out << result.err;
+  const std::string problem = "This board is missing from /dev/full: the disk is full.";
+  const auto at = result.out.find(problem + " No new boards are taken");
+  ASSERT_NE(at, std::string::npos) << result.out;
+  // Whatever came before it ended with a line break or was wiped from the line.
+  const std::string before = result.out.substr(0, at);
+  EXPECT_TRUE(before.ends_with("\n") || before.ends_with("\r\033[K")) << before;
+  const auto lines = screenLines(result.out);
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_EQ(lines[lines.size() - 2], "Flashed 0 · Failed 1.");
+  EXPECT_TRUE(lines.back().starts_with(problem)) << lines.back();
+  EXPECT_NE(result.out.find("Flashed 0 · Failed 0 · Flashing "), std::string::npos)
+      << "no live line was drawn: " << result.out;
+}
+
+// A reader of the output that goes away, of the JSON events or of the lines for people, while a
+// board runs or while the station waits: the running board finishes and gets its record line,
+// no board that comes later is touched, and the station ends with 1, saying so on standard
+// error with the counts nobody read.
+TEST(StationCommand, AReaderThatGoesAway) {
+  ProductOnDisk product("tw-station-reader-");
+  struct Case {
+    const char* what;
+    bool json;
+    const char* when;
+    bool boardComesLater;
+  };
+  const Case cases[] = {
+      {"--json, during a run", true, R"("event":"started")", false},
+      {"lines, during a run", false, "Flashing started", false},
+      {"--json, between boards", true, R"("event":"done")", true},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    SimulatedESP board(slowESP32()), later;
+    const std::string log = (product.root / "boards.jsonl").string();
+    fs::remove(log);
+    const fs::path slot = product.root / "later";
+    fs::remove(slot);
+    std::vector<std::string> words = {"station", product.path(), "--test-device", "-p",
+                                      board.path(), "-p", slot.string(), "--record", log};
+    if (c.json) words.push_back("--json");
+    RunOptions options;
+    options.when = c.when;
+    options.then = RunOptions::Then::closeOutput;
+    if (c.boardComesLater)
+      options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
+    Result result = runCLI(words, options);
+    EXPECT_EQ(result.status, 1) << result.err;
+    EXPECT_NE(result.err.find("The station’s output was closed (the program reading it ended). "
+                              "No new boards were taken; the boards already running were "
+                              "finished and recorded."),
+              std::string::npos)
+        << result.err;
+    const auto counts = result.err.find("Flashed 1 · Failed 0.");
+    EXPECT_NE(counts, std::string::npos) << result.err;
+    EXPECT_EQ(result.err.find("Flashed", counts + 1), std::string::npos) << "said twice";
+    EXPECT_EQ(later.requests(ESPCommand::sync), 0) << "a board came after the reader went";
+    std::ifstream recorded(log);
+    std::string line;
+    ASSERT_TRUE(std::getline(recorded, line));
+    EXPECT_EQ(nlohmann::json::parse(line).at("result"), "done") << line;
+    EXPECT_FALSE(std::getline(recorded, line)) << line;
+  }
+}
+
+// Two stations run by root on one board: TIOCEXCL does not keep root out, the lock does. The
+// second is told who has the board, and the first writes it undisturbed.
+TEST(StationCommand, TwoProcessesNeverWriteOneBoard) {
+  ProductOnDisk product("tw-station-lock-", 256 * 1024);
+  SimulatedESP shared(slowESP32());
+  Result second;
+  pid_t firstProcess = 0;
+  RunOptions whileConnected;
+  whileConnected.when = "Chip: ESP32";
+  whileConnected.then = RunOptions::Then::call;
+  whileConnected.call = [&](pid_t pid) {
+    firstProcess = pid;
+    second = runCLI({"station", product.path(), "--test-device", "-p", shared.path()}, "in use by");
+  };
+  Result first =
+      runCLI({"station", product.path(), "--test-device", "-p", shared.path(), "--limit", "1"},
+             whileConnected);
+  EXPECT_EQ(first.status, 0) << first.out << first.err;
+  EXPECT_TRUE(first.lastLine().starts_with("Flashed 1 · Failed 0")) << first.out;
+  EXPECT_NE(second.out.find(shared.path() + " is already in use by tarnwick-cli (process " +
+                            std::to_string(firstProcess) + ")."),
+            std::string::npos)
+      << second.out << second.err;
+  EXPECT_EQ(second.status, 1) << second.out << second.err;
+}
+
+// A port that is no serial adapter is a usage error everywhere, with the /dev name it most
+// likely means; a --port not there yet is waited for, and said to be.
+TEST(StationCommand, PortsThatAreNoSerialAdapters) {
+  ProductOnDisk product("tw-station-ports-");
+  PseudoTerminal pty;
+  for (const std::string command : {"flash", "station"}) {
+    Result pts = runCLI({command, "-p", pty.path(), product.path()});
+    EXPECT_EQ(pts.status, 2) << command << pts.err;
+    EXPECT_NE(pts.err.find(pty.path() + " is no serial adapter; only --test-device allows it."),
+              std::string::npos)
+        << pts.err;
+    Result bare = runCLI({command, "-p", "ttyUSB7", product.path()});
+    EXPECT_EQ(bare.status, 2) << command;
+    EXPECT_NE(bare.err.find("ttyUSB7 is no device path. Did you mean /dev/ttyUSB7?"),
+              std::string::npos)
+        << bare.err;
+  }
+  const std::string absent = (product.root / "not-yet").string();
+  Result waiting =
+      runCLI({"station", product.path(), "--test-device", "-p", absent}, "Waiting for " + absent);
+  EXPECT_EQ(waiting.status, 0) << waiting.err;
+  const std::string said = "Waiting for " + absent + ": it is not there yet.";
+  const auto first = waiting.out.find(said);
+  EXPECT_NE(first, std::string::npos) << waiting.out;
+  EXPECT_EQ(waiting.out.find(said, first + 1), std::string::npos) << "said more than once";
 }
 
 // Board names carry the USB product name a device reports, which may hold anything.

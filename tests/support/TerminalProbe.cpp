@@ -1,10 +1,12 @@
 #include "support/TerminalProbe.hpp"
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <fcntl.h>
 #include <fstream>
 #include <linux/capability.h>
+#include <stdexcept>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
@@ -52,6 +54,23 @@ bool isHeldExclusively(const std::string& path) {
            }
            return errno == EBUSY ? 0 : 2;
          }) == 0;
+}
+
+DeviceAlias::DeviceAlias(const std::string& target) {
+  static std::atomic<int> counter{0};
+  path_ = "/dev/cu.tarnwick-test-" + std::to_string(::getpid()) + "-" + std::to_string(counter++);
+  if (::symlink(target.c_str(), path_.c_str()) != 0) path_.clear();
+}
+
+DeviceAlias::~DeviceAlias() {
+  if (!path_.empty()) ::unlink(path_.c_str());
+}
+
+void DeviceAlias::retarget(const std::string& target) {
+  // A new link renamed over the old one: the name never leads nowhere.
+  const std::string next = path_ + ".next";
+  if (::symlink(target.c_str(), next.c_str()) != 0 || ::rename(next.c_str(), path_.c_str()) != 0)
+    throw std::runtime_error("cannot point " + path_ + " at " + target);
 }
 
 int currentThreadId() { return static_cast<int>(::syscall(SYS_gettid)); }

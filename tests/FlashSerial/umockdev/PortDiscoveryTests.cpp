@@ -7,8 +7,10 @@
 #include <fstream>
 #include <functional>
 #include <poll.h>
+#include <sstream>
 
 #include "FlashSerial/PortScanner.hpp"
+#include "TarnwickCLI/Ports.hpp"
 #include "support/umockdev/Testbed.hpp"
 
 using namespace tarnwick;
@@ -161,6 +163,37 @@ TEST(PortDiscovery, AScannerGoneBeforeItsSecondDeliveryMakesNoCall) {
   readNotices(*scanner);
   EXPECT_FALSE(owned);
   EXPECT_EQ(calls, 2);
+}
+
+// `ports --watch` prints a list once for each change, though the scanner delivers each change
+// twice: the second, complete delivery mostly repeats the first.
+TEST(PortDiscovery, WatchingPrintsEachListOnce) {
+  Testbed bed;
+  bed.addUSBPort("ttyUSB0", "1a86", "7523", "USB Serial");
+  char* buffer = nullptr;
+  std::size_t size = 0;
+  std::FILE* out = ::open_memstream(&buffer, &size);
+  ASSERT_NE(out, nullptr);
+  {
+    PortScanner scanner(PortScanner::ChangeSource::udevMonitor);
+    cli::printChanges(scanner, out, true);
+    scanner.start();
+    const std::string plugged = bed.addUSBPort("ttyACM0", "303a", "1001", nullptr, "S1");
+    readNotices(scanner);
+    runLoop(scanner, [&] { return !scanner.nextDeadline(); });
+    bed.unplug(plugged);
+    readNotices(scanner);
+    runLoop(scanner, [&] { return !scanner.nextDeadline(); });
+  }
+  std::fclose(out);
+  std::vector<std::string> lists;
+  std::istringstream lines(std::string(buffer, size));
+  std::free(buffer);
+  for (std::string line; std::getline(lines, line);)
+    lists.push_back(line);
+  ASSERT_EQ(lists.size(), 3u);
+  EXPECT_EQ(lists[0], lists[2]);
+  EXPECT_NE(lists[1].find("/dev/ttyACM0"), std::string::npos) << lists[1];
 }
 
 TEST(PortDiscovery, WithoutUdevTheDeviceDirectoryIsWatched) {

@@ -13,6 +13,7 @@
 #include "Simulator/SimulatedBoard.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
+#include "support/TerminalProbe.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -294,7 +295,8 @@ TEST_F(ModelTest, NewBoardsAreFlashedAutomatically) {
                        restarting});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyACM0");
   EXPECT_EQ(scheduled.count(), 3);
-  EXPECT_TRUE(model->output().plainText().contains("Left alone: the board just flashed"));
+  EXPECT_TRUE(model->output().plainText().contains(
+      "Left alone: taken for the board whose run just ended, restarting"));
   // …unless the selection vanished, and then only by the fallback rule.
   model->portsChanged({usbPort("/dev/ttyUSB0"), restarting});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB0");
@@ -303,6 +305,82 @@ TEST_F(ModelTest, NewBoardsAreFlashedAutomatically) {
   model->portsChanged({usbPort("/dev/ttyUSB0"), restarting, usbPort("/dev/ttyUSB4")});
   EXPECT_EQ(model->selectedPath(), "/dev/ttyUSB4");
   EXPECT_EQ(scheduled.count(), 4);
+}
+
+// A board on its own USB without a serial number that comes back right after a run: automatic
+// flashing connects and compares MAC addresses, as the station does. The board just flashed is
+// restarted into its firmware and neither written nor counted; its return from that restart is
+// left alone; another board is flashed.
+TEST_F(ModelTest, AutomaticFlashingTellsABoardByItsMAC) {
+  LanguageOverride english(Language::en);
+  SimulatedESPOptions otherMAC;
+  otherMAC.macWord0 = 0x0BADF00D;
+  SimulatedESP a, b(otherMAC);
+  DeviceAlias alias(a.path());
+  if (!alias.created()) GTEST_SKIP() << "cannot create a device name in /dev (needs root)";
+  auto model = makeModel();
+  load(*model, espProduct(ESPChip::esp32, 16 * 1024));
+  model->setAutoFlash(true);
+  const SerialPortInfo ownUSB{alias.path(), std::nullopt, espressifVendorID, 0x1001};
+  model->portsChanged({ownUSB});
+  model->startFlash();
+  ASSERT_TRUE(waitUntilIdle(*model));
+  ASSERT_EQ(model->statistics().flashed, 1) << model->output().plainText().toStdString();
+  const int writes = a.requests(ESPCommand::flashDeflateBegin);
+
+  struct Step {
+    const char* what;
+    const SimulatedESP* board;
+    bool flashes;  // else left alone
+    bool connects; // to compare
+    const char* line;
+  };
+  const std::vector<Step> steps = {
+      {"the same board", &a, false, true,
+       "Left alone: the board whose run just ended (same MAC address); restarted into its "
+       "firmware."},
+      {"its return from that restart", &a, false, false,
+       "Left alone: taken for the board whose run just ended, restarting"},
+      {"another board", &b, true, true, nullptr},
+  };
+  for (const Step& step : steps) {
+    SCOPED_TRACE(step.what);
+    QSignalSpy scheduled(model.get(), &FlasherModel::autoFlashScheduled);
+    const auto statistics = model->statistics();
+    alias.retarget(step.board->path());
+    model->portsChanged({});
+    model->portsChanged({ownUSB});
+    EXPECT_EQ(scheduled.count(), step.connects ? 1 : 0);
+    if (step.connects) {
+      ASSERT_TRUE(QTest::qWaitFor([&] { return model->isFlashing(); }, 5000));
+      ASSERT_TRUE(waitUntilIdle(*model));
+    }
+    EXPECT_EQ(model->statistics().flashed, statistics.flashed + (step.flashes ? 1 : 0));
+    EXPECT_EQ(model->statistics().failed, statistics.failed);
+    if (step.line) {
+      EXPECT_TRUE(model->output().plainText().contains(step.line))
+          << model->output().plainText().toStdString();
+    }
+  }
+  EXPECT_EQ(a.requests(ESPCommand::flashDeflateBegin), writes) << "the same board was written";
+  EXPECT_EQ(b.requests(ESPCommand::flashDeflateBegin), writes);
+
+  // A board with a USB serial number whose port is gone when its run ends (it restarts): its
+  // return is told by the number the port had when the run began, without connecting.
+  const SerialPortInfo numbered{alias.path(), std::nullopt, espressifVendorID, 0x1001, "S-B"};
+  model->setAutoFlash(false);
+  model->portsChanged({});
+  model->portsChanged({numbered});
+  model->startFlash();
+  ASSERT_TRUE(model->isFlashing());
+  model->portsChanged({});
+  ASSERT_TRUE(waitUntilIdle(*model));
+  model->setAutoFlash(true);
+  QSignalSpy scheduled(model.get(), &FlasherModel::autoFlashScheduled);
+  model->portsChanged({numbered});
+  EXPECT_EQ(scheduled.count(), 0);
+  EXPECT_TRUE(model->output().plainText().contains(
+      "Left alone: the board whose run just ended, restarting (same USB serial number)."));
 }
 
 TEST_F(ModelTest, NewBoardAfterTheQuietTimeButNeverWithProductErrors) {

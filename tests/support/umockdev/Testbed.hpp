@@ -3,6 +3,7 @@
 // reads. Only programs run under umockdev-wrapper (its preload) see them; child processes see
 // them too when they inherit the preload and UMOCKDEV_DIR.
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -20,14 +21,17 @@ public:
   /// A USB device with one interface and a tty beneath it; returns the tty's sysfs path.
   std::string addUSBPort(const std::string& name, const char* vendor, const char* product,
                          const char* productString, const char* serial = nullptr) {
-    const std::string usbName = "usb-" + name;
+    // A name of its own each time: the testbed keeps a removed device's bus entry.
+    const std::string usbName = "usb-" + name + "-" + std::to_string(++plugged_);
     std::vector<const char*> attributes = {"idVendor", vendor, "idProduct", product};
     if (productString) attributes.insert(attributes.end(), {"product", productString});
     if (serial) attributes.insert(attributes.end(), {"serial", serial});
     const std::string usb = add("usb", usbName, "", attributes, {"DEVTYPE", "usb_device"});
     const std::string interface =
         add("usb", usbName + ":1.0", usb, {}, {"DEVTYPE", "usb_interface"});
-    return addTTY(name, interface);
+    const std::string tty = addTTY(name, interface);
+    usbDevices_[tty] = usb;
+    return tty;
   }
 
   /// A tty device, beneath `parent` when given; `type` is the serial core's UART type.
@@ -47,9 +51,14 @@ public:
     umockdev_testbed_set_attribute(bed_, device.c_str(), name, value);
   }
 
+  /// Takes the device away; a USB port goes with its USB device, so it can be plugged in again.
   void unplug(const std::string& device) {
     umockdev_testbed_uevent(bed_, device.c_str(), "remove");
     umockdev_testbed_remove_device(bed_, device.c_str());
+    if (auto usb = usbDevices_.find(device); usb != usbDevices_.end()) {
+      umockdev_testbed_remove_device(bed_, usb->second.c_str());
+      usbDevices_.erase(usb);
+    }
   }
 
   void uevent(const std::string& device, const char* action) {
@@ -73,6 +82,9 @@ private:
   }
 
   UMockdevTestbed* bed_;
+  int plugged_ = 0;
+  /// The USB device above each USB port's tty.
+  std::map<std::string, std::string> usbDevices_;
 };
 
 } // namespace tarnwick::testing
