@@ -77,7 +77,7 @@ HelpTopic start() {
                "startet das Board mit der neuen Firmware neu.",
                "**Appuyez sur Flashage** (Ctrl+R). La ligne d’état affiche chaque étape\u00A0; à "
                "la fin, la carte redémarre avec le nouveau firmware.",
-               "**Pulsa Flasheo** (Ctrl+R). La línea de estado muestra cada paso; al terminar, la "
+               "**Pulsa Flasheo** (Control+R). La línea de estado muestra cada paso; al terminar, la "
                "placa se reinicia con el firmware nuevo."},
           }),
           screenshot("window-empty.png", {"The window before any firmware is added.",
@@ -109,7 +109,7 @@ HelpTopic start() {
                "La barre de progression indique où en est le flashage. **Arrêter** (Ctrl+R) "
                "l’interrompt, mais une carte arrêtée en cours de route ne démarre plus tant "
                "qu’elle n’a pas été reflashée.",
-               "La barra de progreso muestra cuánto falta. **Detener** (Ctrl+R) lo interrumpe, "
+               "La barra de progreso muestra cuánto falta. **Detener** (Control+R) lo interrumpe, "
                "pero una placa detenida a medias no arranca hasta que se vuelve a flashear."}),
           screenshot("window-flashing.png",
                      {"Flashing: the current step and the progress.",
@@ -131,7 +131,7 @@ HelpTopic start() {
                "nombre d’octets et la durée. **Afficher le journal** (Ctrl+L) l’ouvre\u00A0; il "
                "peut être enregistré comme fichier texte.",
                "Tras un flasheo correcto, el registro indica el chip, su dirección MAC (ESP), el "
-               "número de bytes y el tiempo empleado. **Mostrar registro** (Ctrl+L) lo abre; se "
+               "número de bytes y el tiempo empleado. **Mostrar registro** (Control+L) lo abre; se "
                "puede guardar como archivo de texto."}),
           screenshot("window-success.png", {"The board has been flashed and verified.",
                                             "Het board is geflasht en gecontroleerd.",
@@ -203,7 +203,7 @@ HelpTopic products() {
                "`.twflash`. Les fichiers de firmware y sont inclus, chacun avec sa somme de "
                "contrôle SHA-256\u00A0: le fichier peut ainsi être copié sur un autre ordinateur, "
                "et un fichier endommagé ou modifié est détecté à l’ouverture.",
-               "**Guardar producto** (Ctrl+S) lo escribe en un solo archivo con la extensión "
+               "**Guardar producto** (Control+S) lo escribe en un solo archivo con la extensión "
                "`.twflash`. Los archivos de firmware van dentro, cada uno con su suma SHA-256, "
                "así que el archivo se puede copiar a otro ordenador y un archivo dañado o "
                "modificado se detecta al abrirlo."}),
@@ -266,7 +266,7 @@ HelpTopic products() {
                "Dateiverwaltung oder indem du die Datei in die Liste ziehst.",
                "On l’ouvre avec **Ouvrir un produit…** (Ctrl+O), par un double-clic dans le "
                "gestionnaire de fichiers ou en le glissant dans la liste.",
-               "Se abre con **Abrir producto…** (Ctrl+O), con un doble clic en el gestor de "
+               "Se abre con **Abrir producto…** (Control+O), con un doble clic en el gestor de "
                "archivos o arrastrándolo a la lista."},
               {"The work in progress is saved by itself and is back at the next start, even "
                "when it was never saved as a product.",

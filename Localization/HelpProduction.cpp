@@ -24,7 +24,7 @@ HelpTopic production() {
                "branchez, **Flashage** (Ctrl+R), débranchez, la suivante. Une carte nouvellement "
                "branchée est choisie d’elle-même.",
                "Abre el producto una vez y flashea una placa tras otra: conectar, **Flasheo** "
-               "(Ctrl+R), desconectar, la siguiente. Una placa recién conectada se elige sola."}),
+               "(Control+R), desconectar, la siguiente. Una placa recién conectada se elige sola."}),
           heading({"Flashing automatically", "Automatisch flashen", "Automatisch flashen",
                    "Flashage automatique", "Flasheo automático"}),
           bullets({
@@ -87,7 +87,7 @@ HelpTopic production() {
                "La ligne d’état compte les cartes\u00A0: **Flashées** et **Échecs**. **Effacer "
                "le journal** (Ctrl+K) remet les deux compteurs à zéro.",
                "La línea de estado cuenta las placas: **Flasheadas** y **Fallidas**. **Borrar "
-               "registro** (Ctrl+K) pone los dos contadores a cero."},
+               "registro** (Control+K) pone los dos contadores a cero."},
           }),
           tip({"Save the log (Ctrl+Alt+S) at the end of a batch: it lists every board with its "
                "chip, MAC address and result.",
@@ -97,7 +97,7 @@ HelpTopic production() {
                "Chip, MAC-Adresse und Ergebnis auf.",
                "Enregistrez le journal (Ctrl+Alt+S) à la fin d’une série\u00A0: il recense "
                "chaque carte avec sa puce, son adresse MAC et le résultat.",
-               "Guarda el registro (Ctrl+Alt+S) al final de una tanda: recoge cada placa con su "
+               "Guarda el registro (Control+Alt+S) al final de una tanda: recoge cada placa con su "
                "chip, su dirección MAC y el resultado."}),
           heading({"Many boards at once: the flashing station",
                    "Veel boards tegelijk: het flashstation",
@@ -291,34 +291,36 @@ HelpTopic shortcuts() {
       "keyboard",
       {
           table({
-              {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Ctrl+R"},
+              {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Control+R"},
                {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
                 "Flashear / detener"}},
               {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
-                "Ctrl+N / Ctrl+O"},
+                "Control+N / Control+O"},
                {"New product / open product", "Nieuw product / product openen",
                 "Neues Produkt / Produkt öffnen", "Nouveau produit / ouvrir un produit",
                 "Producto nuevo / abrir producto"}},
               {{"Ctrl+S / Ctrl+Shift+S", "Ctrl+S / Ctrl+Shift+S", "Strg+S / Strg+Umschalt+S",
-                "Ctrl+S / Ctrl+Maj+S", "Ctrl+S / Ctrl+Mayús+S"},
+                "Ctrl+S / Ctrl+Maj+S", "Control+S / Control+Mayúsculas+S"},
                {"Save product / save as", "Product opslaan / opslaan als",
                 "Produkt speichern / speichern unter", "Enregistrer le produit / enregistrer sous",
                 "Guardar producto / guardar como"}},
-              {{"Delete", "Delete", "Entf", "Suppr", "Supr"},
+              {{"Del", "Del", "Entf", "Suppr", "Suprimir"},
                {"Remove the selected files", "Geselecteerde bestanden verwijderen",
                 "Ausgewählte Dateien entfernen", "Retirer les fichiers sélectionnés",
                 "Quitar los archivos seleccionados"}},
-              {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Ctrl+L"},
+              {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Control+L"},
                {"Show or hide the log", "Logboek tonen of verbergen",
                 "Protokoll ein- oder ausblenden", "Afficher ou masquer le journal",
                 "Mostrar u ocultar el registro"}},
-              {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Ctrl+Alt+S"},
+              {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Control+Alt+S"},
                {"Save log", "Logboek opslaan", "Protokoll speichern", "Enregistrer le journal",
                 "Guardar el registro"}},
-              {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Ctrl+K"},
+              {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Control+K"},
                {"Clear log and counters", "Logboek en tellers wissen",
                 "Protokoll und Zähler leeren", "Effacer le journal et les compteurs",
                 "Borrar el registro y los contadores"}},
+              {{"Ctrl+Q", "Ctrl+Q", "Strg+Q", "Ctrl+Q", "Control+Q"},
+               {"Quit", "Afsluiten", "Beenden", "Quitter", "Salir"}},
               {same("F1"),
                {"Open this help", "Deze help openen", "Diese Hilfe öffnen", "Ouvrir cette aide",
                 "Abrir esta ayuda"}},

@@ -611,7 +611,7 @@ HelpTopic troubleshooting() {
                "(Strg+Alt+S) und häng es an, wenn du jemanden um Hilfe bittest.",
                "Le journal (Ctrl+L) montre chaque étape d’un flashage. Enregistrez-le "
                "(Ctrl+Alt+S) et joignez-le quand vous demandez de l’aide.",
-               "El registro (Ctrl+L) muestra cada paso de un flasheo. Guárdalo (Ctrl+Alt+S) y "
+               "El registro (Control+L) muestra cada paso de un flasheo. Guárdalo (Control+Alt+S) y "
                "adjúntalo cuando pidas ayuda."}),
       }};
 }

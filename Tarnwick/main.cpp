@@ -10,6 +10,7 @@
 #include "Tarnwick/Model/ModelVersion.hpp"
 #include "Tarnwick/Views/CommandLine.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/QtTranslations.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
 
 int main(int argc, char** argv) {
@@ -37,6 +38,7 @@ int main(int argc, char** argv) {
   QApplication::setApplicationVersion(QString::fromLatin1(tarnwick::applicationVersion()));
   QApplication::setDesktopFileName(QStringLiteral("tarnwick"));
   QApplication::setWindowIcon(QIcon(tarnwick::assets::iconPath));
+  tarnwick::installQtTranslations(tarnwick::currentLanguage());
 
   tarnwick::TarnwickApp app(line);
   if (!line.screenshotFolder.empty()) {

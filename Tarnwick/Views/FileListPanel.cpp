@@ -162,7 +162,7 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
 
   // Delete removes the selected files while the list has the focus.
   auto* remove = new QAction(qt(L10n::Images::remove()), table_);
-  remove->setShortcuts(QKeySequence::Delete);
+  remove->setShortcut(Shortcuts::removeFiles());
   remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
   connect(remove, &QAction::triggered, this, &FileListPanel::removeSelected);
   table_->addAction(remove);

@@ -348,25 +348,25 @@ void MainWindow::buildMenus() {
   };
   editActions_ << add(
       file, L10n::Menu::newProduct(), [this] { model_.newProduct(); },
-      QKeySequence(QKeySequence::New));
+      Shortcuts::newProduct());
   editActions_ << add(
       file, L10n::Menu::openProduct(), [this] { model_.openProductWithPanel(); },
-      QKeySequence(QKeySequence::Open));
+      Shortcuts::openProduct());
   recentMenu_ = file->addMenu(qt(W::openRecent()));
   editActions_ << recentMenu_->menuAction();
   file->addSeparator();
   add(
       file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); },
-      QKeySequence(QKeySequence::Save));
+      Shortcuts::saveProduct());
   add(
       file, L10n::Menu::saveProductAs(), [this] { model_.saveProductAs(); },
-      QKeySequence(QKeySequence::SaveAs));
+      Shortcuts::saveProductAs());
   saveLogAction_ = add(
       file, L10n::Menu::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
   saveLogAction_->setToolTip(qt(L10n::Footer::saveTooltip()));
   file->addSeparator();
   QAction* quit = add(
-      file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
+      file, W::quit(), [this] { close(); }, Shortcuts::quit());
   quit->setMenuRole(QAction::QuitRole);
 
   QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
@@ -397,7 +397,7 @@ void MainWindow::buildMenus() {
   QMenu* help = menuBar()->addMenu(qt(W::helpMenu()));
   add(
       help, L10n::Help::windowTitle(), [this] { showHelp(); },
-      QKeySequence(QKeySequence::HelpContents));
+      Shortcuts::help());
 
   // The log options popover of the status line: the same actions as the menu.
   auto* options = new QMenu(logOptions_);

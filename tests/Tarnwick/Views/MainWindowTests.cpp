@@ -11,6 +11,7 @@
 #include <QTableWidget>
 #include <QTest>
 #include <fstream>
+#include <set>
 
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
@@ -19,6 +20,8 @@
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/QtTranslations.hpp"
+#include "Localization/Help.hpp"
 #include "support/BuildFolders.hpp"
 
 namespace tarnwick::testing {
@@ -303,6 +306,40 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   EXPECT_TRUE(w.statusText()->text().startsWith("Flashing failed: No connection with the "
                                                 "bootloader."))
       << w.statusText()->text().toStdString();
+}
+
+// Every shortcut the help's table names is one an action of the window really has, written as
+// the menus show it in that language (with Qt's own key names loaded), and the other way round.
+TEST_F(WindowTest, TheHelpsShortcutsAreTheActionsShortcutsInEveryLanguage) {
+  for (Language language : allLanguages) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    installQtTranslations(language);
+    MainWindow& w = open();
+    std::set<QString> bound;
+    for (QAction* action : w.findChildren<QAction*>()) {
+      for (const QKeySequence& keys : action->shortcuts())
+        bound.insert(keys.toString(QKeySequence::NativeText));
+    }
+    std::set<QString> named;
+    for (const HelpTopic& topic : L10n::Help::topics()) {
+      if (topic.id != "shortcuts") continue;
+      for (const HelpBlock& block : topic.blocks) {
+        if (auto* table = std::get_if<HelpBlock::table>(&block.value)) {
+          for (const HelpRow& row : table->rows) {
+            for (const QString& keys : QString::fromStdString(row.key).split(QStringLiteral(" / ")))
+              named.insert(keys);
+          }
+        }
+      }
+    }
+    auto joined = [](const std::set<QString>& keys) {
+      return QStringList(keys.begin(), keys.end()).join(QStringLiteral(", ")).toStdString();
+    };
+    EXPECT_EQ(joined(named), joined(bound));
+    window.reset();
+  }
+  installQtTranslations(Language::en);
 }
 
 TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
