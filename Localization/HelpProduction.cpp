@@ -24,7 +24,8 @@ HelpTopic production() {
                "branchez, **Flashage** (Ctrl+R), débranchez, la suivante. Une carte nouvellement "
                "branchée est choisie d’elle-même.",
                "Abre el producto una vez y flashea una placa tras otra: conectar, **Flasheo** "
-               "(Control+R), desconectar, la siguiente. Una placa recién conectada se elige sola."}),
+               "(Control+R), desconectar, la siguiente. Una placa recién conectada se elige "
+               "sola."}),
           heading({"Flashing automatically", "Automatisch flashen", "Automatisch flashen",
                    "Flashage automatique", "Flasheo automático"}),
           bullets({
@@ -37,7 +38,7 @@ HelpTopic production() {
                "Schalte **Automatisch** ein (oder **Beim Anschließen automatisch flashen** in "
                "den Einstellungen): Jedes neu angeschlossene USB-Board wird etwa eine Sekunde "
                "nach dem Erscheinen geflasht, ohne Klick.",
-               "Activez **Automatique** (ou **Flasher automatiquement au branchement** dans les "
+               "Activez **Automatique** (ou **Flasher automatiquement à la connexion** dans les "
                "réglages)\u00A0: chaque carte USB nouvellement branchée est flashée environ une "
                "seconde après son apparition, sans clic.",
                "Activa **Automático** (o **Flashear automáticamente al conectar** en los "
@@ -74,7 +75,7 @@ HelpTopic production() {
                "naar het scherm te kijken.",
                "Mit **Ton bei Erfolg oder Fehler** hörst du, ob ein Board gelungen ist, ohne auf "
                "den Bildschirm zu sehen.",
-               "Avec **Son en fin de flashage ou en cas d’échec**, vous entendez si une carte a "
+               "Avec **Son en cas de réussite ou d’échec**, vous entendez si une carte a "
                "réussi sans regarder l’écran.",
                "Con **Sonido al terminar o fallar** activado, oyes si una placa salió bien sin "
                "mirar la pantalla."},
@@ -83,7 +84,7 @@ HelpTopic production() {
                "De statusregel telt de boards: **Geflasht** en **Mislukt**. **Logboek wissen** "
                "(Ctrl+K) zet beide tellers weer op nul.",
                "Die Statuszeile zählt die Boards: **Geflasht** und **Fehlgeschlagen**. "
-               "**Protokoll leeren** (Strg+K) setzt beide Zähler auf null zurück.",
+               "**Protokoll löschen** (Strg+K) setzt beide Zähler auf null zurück.",
                "La ligne d’état compte les cartes\u00A0: **Flashées** et **Échecs**. **Effacer "
                "le journal** (Ctrl+K) remet les deux compteurs à zéro.",
                "La línea de estado cuenta las placas: **Flasheadas** y **Fallidas**. **Borrar "
@@ -164,7 +165,7 @@ HelpTopic production() {
                "alone. Every board left alone is named with the reason (`skipped` with --json). "
                "A board whose record line cannot be written counts as failed and no new boards "
                "are taken. Leonardo, Micro and Pro Micro boards are flashed one at a time, "
-               "because their bootloader appears as a new port. The first Ctrl+C lets running "
+               "because their bootloader appears as a new port. The first `Ctrl+C` lets running "
                "boards finish; a second one stops them.",
                "Een poort achter een USB-seriële chip (CP210x, CH340, FTDI, de USB-chip van een "
                "Uno) die verdwijnt en terugkomt, heeft een nieuw board: dat wordt meteen "
@@ -177,7 +178,7 @@ HelpTopic production() {
                "board waarvan de registratieregel niet geschreven kan worden, telt als mislukt "
                "en er worden geen nieuwe boards meer aangenomen. Leonardo-, Micro- en Pro "
                "Micro-boards worden één voor één geflasht, omdat hun bootloader als nieuwe poort "
-               "verschijnt. De eerste Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
+               "verschijnt. De eerste `Ctrl+C` laat lopende boards afmaken; een tweede stopt ze.",
                "Eine Schnittstelle hinter einem USB-Seriell-Chip (CP210x, CH340, FTDI, der "
                "USB-Chip eines Uno), die verschwindet und wiederkommt, hat ein neues Board: Es "
                "wird sofort geflasht. Ein Board mit eigenem USB (ESP32-S3/C3/C6, Leonardo, "
@@ -189,7 +190,7 @@ HelpTopic production() {
                "Grund genannt (`skipped` mit --json). Ein Board, dessen Protokollzeile nicht "
                "geschrieben werden kann, zählt als fehlgeschlagen, und es werden keine neuen "
                "Boards mehr angenommen. Leonardo, Micro und Pro Micro werden nacheinander "
-               "geflasht, weil ihr Bootloader als neue Schnittstelle erscheint. Das erste Strg+C "
+               "geflasht, weil ihr Bootloader als neue Schnittstelle erscheint. Das erste `Strg+C` "
                "lässt laufende Boards fertig werden, ein zweites bricht sie ab.",
                "Un port derrière une puce USB-série (CP210x, CH340, FTDI, la puce USB d’une Uno) "
                "qui disparaît puis revient porte une nouvelle carte : elle est flashée "
@@ -202,7 +203,7 @@ HelpTopic production() {
                "raison (`skipped` avec --json). Une carte dont la ligne de suivi ne peut pas "
                "être écrite compte comme échouée et plus aucune nouvelle carte n’est prise. "
                "Les Leonardo, Micro et Pro Micro sont flashées une par une, car leur bootloader "
-               "apparaît comme un nouveau port. Un premier Ctrl+C laisse finir les cartes en "
+               "apparaît comme un nouveau port. Un premier `Ctrl+C` laisse finir les cartes en "
                "cours ; un second les arrête.",
                "Un puerto detrás de un chip USB-serie (CP210x, CH340, FTDI, el chip USB de una "
                "Uno) que desaparece y vuelve tiene una placa nueva: se flashea enseguida. Una "
@@ -214,7 +215,7 @@ HelpTopic production() {
                "motivo (`skipped` con --json). Una placa cuya línea de registro no se puede "
                "escribir cuenta como fallida y no se aceptan más placas. Las Leonardo, Micro y "
                "Pro Micro se flashean de una en una, porque su bootloader aparece como un puerto "
-               "nuevo. El primer Ctrl+C deja terminar las placas en curso; un segundo las "
+               "nuevo. El primer `Ctrl+C` deja terminar las placas en curso; un segundo las "
                "detiene."}),
       }};
 }
@@ -227,23 +228,23 @@ HelpTopic privacy() {
       "lock.shield",
       {
           paragraph(
-              {"Tarnwick uses **no network** at all: nothing is collected or sent. It opens only "
+              {"Tarnwick uses *no network* at all: nothing is collected or sent. It opens only "
                "the serial port you pick and the files and folders you choose, save or drop "
                "yourself; besides those it keeps your settings and the work in progress in your "
                "own home folder.",
-               "Tarnwick gebruikt **geen netwerk**: er wordt niets verzameld of verstuurd. Het "
+               "Tarnwick gebruikt *geen netwerk*: er wordt niets verzameld of verstuurd. Het "
                "opent alleen de seriële poort die je kiest en de bestanden en mappen die je zelf "
                "kiest, opslaat of erheen sleept; verder bewaart het je instellingen en je lopende "
                "werk in je eigen thuismap.",
-               "Tarnwick nutzt **kein Netzwerk**: Nichts wird gesammelt oder gesendet. Es öffnet "
+               "Tarnwick nutzt *kein Netzwerk*: Nichts wird gesammelt oder gesendet. Es öffnet "
                "nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
                "du selbst auswählst, speicherst oder hineinziehst; außerdem legt es deine "
                "Einstellungen und die laufende Arbeit in deinem eigenen Home-Ordner ab.",
-               "Tarnwick n’utilise **aucun réseau**\u00A0: rien n’est collecté ni envoyé. Il "
+               "Tarnwick n’utilise *aucun réseau*\u00A0: rien n’est collecté ni envoyé. Il "
                "n’ouvre que le port série que vous choisissez et les fichiers et dossiers que "
                "vous sélectionnez, enregistrez ou glissez vous-même\u00A0; il conserve en outre "
                "vos réglages et le travail en cours dans votre dossier personnel.",
-               "Tarnwick no usa **ninguna red**: no se recoge ni se envía nada. Solo abre el "
+               "Tarnwick no usa *ninguna red*: no se recoge ni se envía nada. Solo abre el "
                "puerto serie que eliges y los archivos y carpetas que tú mismo seleccionas, "
                "guardas o arrastras; aparte de eso, guarda tus ajustes y el trabajo en curso en "
                "tu propia carpeta personal."}),

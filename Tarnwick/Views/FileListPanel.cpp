@@ -160,12 +160,18 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   connect(table_, &QWidget::customContextMenuRequested, this, &FileListPanel::showContextMenu);
   stack_->addWidget(table_);
 
-  // Delete removes the selected files while the list has the focus.
-  auto* remove = new QAction(qt(L10n::Images::remove()), table_);
-  remove->setShortcut(Shortcuts::removeFiles());
-  remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(remove, &QAction::triggered, this, &FileListPanel::removeSelected);
-  table_->addAction(remove);
+  // Delete removes the selected files while the list has the focus; the context menu shows the
+  // same action, so it names the key.
+  removeAction_ = new QAction(qt(L10n::Images::remove()), table_);
+  removeAction_->setShortcut(Shortcuts::removeFiles());
+  removeAction_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(removeAction_, &QAction::triggered, this, &FileListPanel::removeSelected);
+  table_->addAction(removeAction_);
+  anotherFileAction_ = new QAction(qt(L10n::Images::chooseAnotherFile()), table_);
+  connect(anotherFileAction_, &QAction::triggered, this, [this] {
+    std::vector<UUID> ids = selectedIDs();
+    if (ids.size() == 1) chooseAnotherFile(ids.front());
+  });
 
   connect(&model_, &FlasherModel::productChanged, this, &FileListPanel::refresh);
   connect(&model_, &FlasherModel::filesChanged, this, &FileListPanel::refresh);
@@ -365,10 +371,9 @@ void FileListPanel::showContextMenu(const QPoint& position) {
   std::vector<UUID> ids = selectedIDs();
   if (ids.empty()) return;
   QMenu menu(this);
-  menu.addAction(qt(L10n::Images::remove()), this, &FileListPanel::removeSelected);
-  QAction* another = menu.addAction(qt(L10n::Images::chooseAnotherFile()), this,
-                                    [this, id = ids.front()] { chooseAnotherFile(id); });
-  another->setEnabled(ids.size() == 1);
+  menu.addAction(removeAction_);
+  menu.addAction(anotherFileAction_);
+  anotherFileAction_->setEnabled(ids.size() == 1);
   menu.exec(table_->viewport()->mapToGlobal(position));
 }
 

@@ -11,6 +11,7 @@
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/UUID.hpp"
 
+class QAction;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
@@ -71,6 +72,8 @@ private:
   QLabel* emptyTitle_;
   QLabel* emptyHint_;
   TableFitting* fitting_;
+  QAction* removeAction_;
+  QAction* anotherFileAction_;
   std::vector<UUID> rowIDs_;
   bool arduino_ = false;
 };

@@ -29,6 +29,7 @@
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
+#include "FlashCore/ProductPackage.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Help.hpp"
@@ -37,7 +38,6 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
-#include "FlashCore/ProductPackage.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -347,8 +347,7 @@ void MainWindow::buildMenus() {
     return action;
   };
   editActions_ << add(
-      file, L10n::Menu::newProduct(), [this] { model_.newProduct(); },
-      Shortcuts::newProduct());
+      file, L10n::Menu::newProduct(), [this] { model_.newProduct(); }, Shortcuts::newProduct());
   editActions_ << add(
       file, L10n::Menu::openProduct(), [this] { model_.openProductWithPanel(); },
       Shortcuts::openProduct());
@@ -356,8 +355,7 @@ void MainWindow::buildMenus() {
   editActions_ << recentMenu_->menuAction();
   file->addSeparator();
   add(
-      file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); },
-      Shortcuts::saveProduct());
+      file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); }, Shortcuts::saveProduct());
   add(
       file, L10n::Menu::saveProductAs(), [this] { model_.saveProductAs(); },
       Shortcuts::saveProductAs());
@@ -396,8 +394,7 @@ void MainWindow::buildMenus() {
 
   QMenu* help = menuBar()->addMenu(qt(W::helpMenu()));
   add(
-      help, L10n::Help::windowTitle(), [this] { showHelp(); },
-      Shortcuts::help());
+      help, L10n::Help::windowTitle(), [this] { showHelp(); }, Shortcuts::help());
 
   // The log options popover of the status line: the same actions as the menu.
   auto* options = new QMenu(logOptions_);
@@ -581,9 +578,8 @@ void MainWindow::refreshStatus() {
       }
       range = L10n::Panel::addressRange(formatAddress(first), formatAddress(end > 0 ? end - 1 : 0));
     }
-    const QString port = model_.selectedPath().isEmpty()
-                             ? qt(L10n::Panel::noPort())
-                             : model_.portLabel(model_.selectedPath());
+    const QString port = model_.selectedPath().isEmpty() ? qt(L10n::Panel::noPort())
+                                                         : model_.portLabel(model_.selectedPath());
     const QString state = model_.selectedPath().isEmpty() || !model_.canFlash()
                               ? qt(L10n::State::ready())
                               : qt(L10n::Panel::readyToFlash());
@@ -664,7 +660,8 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
       QFileDialog::getSaveFileName(this, qt(L10n::Menu::saveProductAs()),
                                    folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
-  const QString extension = QString::fromStdString("." + std::string(ProductPackage::fileExtension));
+  const QString extension =
+      QString::fromStdString("." + std::string(ProductPackage::fileExtension));
   if (!file.endsWith(extension, Qt::CaseInsensitive)) file += extension;
   return std::filesystem::path(file.toStdString());
 }

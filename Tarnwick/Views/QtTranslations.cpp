@@ -15,8 +15,9 @@ bool installQtTranslations(Language language) {
   }
   if (language == Language::en) return true;
   auto translator = std::make_unique<QTranslator>();
-  const QString name = QStringLiteral("qtbase_") + QString::fromLatin1(code(language).data(),
-                                                                      static_cast<qsizetype>(code(language).size()));
+  const QString name =
+      QStringLiteral("qtbase_") +
+      QString::fromLatin1(code(language).data(), static_cast<qsizetype>(code(language).size()));
   if (!translator->load(name, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) return false;
   QCoreApplication::installTranslator(translator.get());
   installed = std::move(translator);

@@ -5,20 +5,10 @@
 #include <QString>
 #include <string>
 
-#include "Localization/Language.hpp"
-
 namespace tarnwick {
 
 /// A catalogue text as Qt wants it.
 inline QString qt(const std::string& text) { return QString::fromStdString(text); }
-
-/// How this platform writes a shortcut, for texts that name one.
-inline std::string shortcutText(const QKeySequence& keys) {
-  QString text = keys.toString(QKeySequence::NativeText);
-  // German keyboards label the control key "Strg"; Qt says so only with its own translations.
-  if (currentLanguage() == Language::de) text.replace(QLatin1String("Ctrl"), QLatin1String("Strg"));
-  return text.toStdString();
-}
 
 /// The shortcuts of the window's commands, in one place so menus, tooltips and help agree.
 namespace Shortcuts {

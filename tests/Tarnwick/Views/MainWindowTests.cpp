@@ -6,22 +6,15 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
-#include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
-#include <fstream>
-#include <set>
 
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
 #include "Simulator/SimulatedESP.hpp"
-#include "Tarnwick/Model/ModelFixture.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
-#include "Tarnwick/Views/FileListPanel.hpp"
-#include "Tarnwick/Views/MainWindow.hpp"
-#include "Tarnwick/Views/QtTranslations.hpp"
-#include "Localization/Help.hpp"
+#include "Tarnwick/Views/WindowFixture.hpp"
 #include "support/BuildFolders.hpp"
 
 namespace tarnwick::testing {
@@ -29,58 +22,6 @@ namespace {
 
 using simulator::SimulatedESP;
 using simulator::SimulatedESPOptions;
-
-class WindowTest : public ModelTest {
-protected:
-  MainWindow& open(std::vector<std::string> testDevices = {}) {
-    model = makeModel(std::move(testDevices));
-    window = std::make_unique<MainWindow>(*model);
-    // The real dialogs would wait for a person; the scripted ones answer at once.
-    model->setDialogs(&dialogs);
-    window->show();
-    window->activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    return *window;
-  }
-  void TearDown() override {
-    window.reset();
-    model.reset();
-    ModelTest::TearDown();
-  }
-
-  void drop(const std::vector<std::filesystem::path>& locations) {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const auto& location : locations)
-      urls << QUrl::fromLocalFile(QString::fromStdString(location.string()));
-    data.setUrls(urls);
-    FileListPanel* target = window->fileList();
-    QPoint middle = target->rect().center();
-    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &enter);
-    ASSERT_TRUE(enter.isAccepted());
-    QDropEvent event(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &event);
-  }
-
-  std::filesystem::path writeFile(const std::string& name, const Bytes& bytes) {
-    auto location = path(name);
-    std::ofstream(location, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-    return location;
-  }
-
-  std::vector<std::string> fileNames() const {
-    std::vector<std::string> names;
-    for (const auto& image : model->product().images)
-      names.push_back(image.fileName);
-    return names;
-  }
-
-  std::unique_ptr<FlasherModel> model;
-  std::unique_ptr<MainWindow> window;
-};
 
 SerialPortInfo port(const std::string& path, std::optional<int> vendor) {
   return {path, vendor ? std::optional<std::string>("USB Serial") : std::nullopt, vendor,
@@ -306,40 +247,6 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   EXPECT_TRUE(w.statusText()->text().startsWith("Flashing failed: No connection with the "
                                                 "bootloader."))
       << w.statusText()->text().toStdString();
-}
-
-// Every shortcut the help's table names is one an action of the window really has, written as
-// the menus show it in that language (with Qt's own key names loaded), and the other way round.
-TEST_F(WindowTest, TheHelpsShortcutsAreTheActionsShortcutsInEveryLanguage) {
-  for (Language language : allLanguages) {
-    SCOPED_TRACE(std::string(code(language)));
-    LanguageOverride guard(language);
-    installQtTranslations(language);
-    MainWindow& w = open();
-    std::set<QString> bound;
-    for (QAction* action : w.findChildren<QAction*>()) {
-      for (const QKeySequence& keys : action->shortcuts())
-        bound.insert(keys.toString(QKeySequence::NativeText));
-    }
-    std::set<QString> named;
-    for (const HelpTopic& topic : L10n::Help::topics()) {
-      if (topic.id != "shortcuts") continue;
-      for (const HelpBlock& block : topic.blocks) {
-        if (auto* table = std::get_if<HelpBlock::table>(&block.value)) {
-          for (const HelpRow& row : table->rows) {
-            for (const QString& keys : QString::fromStdString(row.key).split(QStringLiteral(" / ")))
-              named.insert(keys);
-          }
-        }
-      }
-    }
-    auto joined = [](const std::set<QString>& keys) {
-      return QStringList(keys.begin(), keys.end()).join(QStringLiteral(", ")).toStdString();
-    };
-    EXPECT_EQ(joined(named), joined(bound));
-    window.reset();
-  }
-  installQtTranslations(Language::en);
 }
 
 TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
