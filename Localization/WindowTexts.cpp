@@ -34,5 +34,11 @@ std::string textFileFilter() {
 }
 
 std::string close() { return tr({"Close", "Sluiten", "Schließen", "Fermer", "Cerrar"}); }
+std::string opensAfterRun(const std::string& file) {
+  return file +
+         tr({" opens when this run has finished.", " wordt geopend zodra het flashen klaar is.",
+             " wird geöffnet, sobald das Flashen abgeschlossen ist.",
+             " s’ouvrira à la fin du flashage.", " se abrirá cuando termine el flasheo."});
+}
 
 } // namespace tarnwick::L10n::Window

@@ -19,4 +19,6 @@ std::string productFileFilter();
 std::string firmwareFileFilter();
 std::string textFileFilter();
 std::string close();
+/// A log line: the file handed over during a run opens when the run has finished.
+std::string opensAfterRun(const std::string& file);
 } // namespace tarnwick::L10n::Window

@@ -19,6 +19,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
 #include "Localization/StationTexts.hpp"
+#include "Localization/WindowTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -125,7 +126,9 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Station::aboutBoard("Arduino Uno (ttyACM0)", L::Station::started()); },
       [] { return L::Station::failed("r"); },
       [] { return L::Station::status({}, 3, 1); },
-      [] { return L::Station::status({{"ttyUSB0", 45}, {"ttyUSB1", 5}}, 3, 1); },
+      [] {
+        return L::Station::status({{"ttyUSB0", 45}, {"ttyUSB1", 5}}, 3, 1);
+      },
       [] { return L::Station::finishing(1); },
       [] { return L::Station::finishing(3); },
       [] { return L::Station::stopping(); },
@@ -136,6 +139,7 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Station::cannotWriteRecord("b.jsonl", "r"); },
       [] { return L::Station::needsTestDevice("/dev/pts/3"); },
       [] { return L::Desktop::noRunToPicture(); },
+      [] { return L::Window::opensAfterRun("Lamp.twflash"); },
       [] { return L::Ports::usbSerial("CH340"); },
       [] { return L::Ports::severalUSBBoards(); },
       [] { return L::Ports::cannotWatch(); },

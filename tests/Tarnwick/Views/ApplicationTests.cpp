@@ -4,8 +4,11 @@
 #include <QTest>
 #include <fstream>
 
+#include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/ModelFixture.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
@@ -59,6 +62,49 @@ TEST(TarnwickApp, ASecondStartHandsItsFilesToTheFirstAndEnds) {
   EXPECT_EQ(running.pendingFiles()[0], "/tmp/Lamp.twflash");
   EXPECT_TRUE(running.pendingFiles()[1].endsWith("/relative.twflash"));
   EXPECT_TRUE(running.pendingFiles()[1].startsWith('/'));
+}
+
+// A product double-clicked while a board is being flashed is not lost: the last one handed over
+// opens when the run ends, after the usual question about unsaved changes.
+TEST_F(ApplicationTest, AFileHandedOverDuringARunOpensWhenTheRunEnds) {
+  LanguageOverride english(Language::en);
+  simulator::SimulatedESP board;
+  for (const char* name : {"Lamp", "Desk"}) {
+    auto product = espProduct(ESPChip::esp32, 4096);
+    product.product.name = name;
+    ProductPackage::write({product.product, product.files}, path(std::string(name) + ".twflash"));
+  }
+  using Answer = FlasherDialogs::SaveChangesAnswer;
+  struct Case {
+    Answer answer;
+    std::string opened;
+  };
+  for (const Case& c : {Case{Answer::dontSave, "Desk"}, Case{Answer::cancel, "Edited"}}) {
+    SCOPED_TRACE(c.opened);
+    TarnwickApp app(CommandLine{});
+    app.start(modelOptions({board.path()}));
+    FlasherModel& model = *app.model();
+    ScriptedDialogs questions;
+    questions.questionAnswers = {c.answer};
+    model.setDialogs(&questions);
+    auto edited = espProduct(ESPChip::esp32, 4096);
+    edited.product.name = "Edited";
+    load(model, edited);
+    ASSERT_TRUE(model.hasUnsavedChanges());
+
+    model.toggleFlash();
+    ASSERT_TRUE(model.isFlashing());
+    app.openFiles({QString::fromStdString(path("Lamp.twflash").string())});
+    app.openFiles({QString::fromStdString(path("Desk.twflash").string())});
+    EXPECT_EQ(model.product().name, "Edited");
+    EXPECT_TRUE(model.output().plainText().contains("Desk.twflash opens when this run has "
+                                                    "finished."));
+    model.toggleFlash();
+    ASSERT_TRUE(waitUntilIdle(model));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return app.waitingFile().isEmpty(); }, 5000));
+    EXPECT_EQ(questions.questions, 1);
+    EXPECT_EQ(model.product().name, c.opened);
+  }
 }
 
 TEST_F(ApplicationTest, LogShortcutsShowTheLogAndClearItWithTheCounters) {
