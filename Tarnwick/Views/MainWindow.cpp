@@ -38,6 +38,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -58,17 +59,30 @@ QString targetName(const Target& target) {
   return qt(L10n::Product::espDetectAutomatically());
 }
 
-QColor dotColor(const FlasherModel& model) {
-  if (model.isFlashing()) return QColor(0xF2, 0xC0, 0x1E);
-  if (const auto& outcome = model.outcome()) {
-    if (std::holds_alternative<FlashOutcome::Success>(outcome->value))
-      return QColor(0x2E, 0xB8, 0x4B);
-    if (std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-      return QColor(0xE0, 0x3A, 0x3A);
-  }
-  return QColor(0x9A, 0x9A, 0x9A);
+/// The banner's warm tint, light or dark as the palette is.
+QPalette bannerPalette(QPalette palette) {
+  palette.setColor(QPalette::Window, palette.color(QPalette::Window).value() > 128
+                                         ? QColor(0xFF, 0xF4, 0xD6)
+                                         : QColor(0x4A, 0x3B, 0x12));
+  return palette;
 }
 } // namespace
+
+QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& outcome,
+                            const QPalette& palette) {
+  QColor colour(0x9A, 0x9A, 0x9A);
+  if (flashing) {
+    colour = QColor(0xF2, 0xC0, 0x1E);
+  } else if (outcome) {
+    if (std::holds_alternative<FlashOutcome::Success>(outcome->value))
+      colour = QColor(0x2E, 0xB8, 0x4B);
+    else if (std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+      colour = QColor(0xE0, 0x3A, 0x3A);
+  }
+  // A symbol, not text (the status line says the same in words): 3:1 against the window keeps
+  // it visible on light and dark palettes.
+  return readableOn(colour, palette.color(QPalette::Window), 3.0);
+}
 
 StatusDot::StatusDot(QWidget* parent) : QWidget(parent) { setFixedSize(14, 14); }
 
@@ -223,11 +237,7 @@ QWidget* MainWindow::buildBanner() {
   banner_->setObjectName("noBoardBanner");
   banner_->setFrameShape(QFrame::StyledPanel);
   banner_->setAutoFillBackground(true);
-  QPalette shade = banner_->palette();
-  shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
-                                       ? QColor(0xFF, 0xF4, 0xD6)
-                                       : QColor(0x4A, 0x3B, 0x12));
-  banner_->setPalette(shade);
+  banner_->setPalette(bannerPalette(banner_->palette()));
   auto* layout = new QHBoxLayout(banner_);
   layout->setContentsMargins(12, 6, 12, 6);
   auto* symbol = new QLabel;
@@ -540,7 +550,7 @@ void MainWindow::refreshProduct() {
 }
 
 void MainWindow::refreshStatus() {
-  statusDot_->setColor(dotColor(model_));
+  statusDot_->setColor(StatusDot::colourFor(model_.isFlashing(), model_.outcome(), palette()));
   const FlashStatistics& counts = model_.statistics();
   counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();
@@ -709,11 +719,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
   // The banner's tint is picked for the palette; a switch between light and dark repaints it.
   if (event->type() == QEvent::PaletteChange && banner_ != nullptr) {
-    QPalette shade = QApplication::palette();
-    shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
-                                         ? QColor(0xFF, 0xF4, 0xD6)
-                                         : QColor(0x4A, 0x3B, 0x12));
-    banner_->setPalette(shade);
+    banner_->setPalette(bannerPalette(QApplication::palette()));
+    refreshStatus();
   }
   QMainWindow::changeEvent(event);
 }

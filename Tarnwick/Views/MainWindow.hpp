@@ -33,6 +33,10 @@ class StatusDot : public QWidget {
   Q_OBJECT
 public:
   explicit StatusDot(QWidget* parent = nullptr);
+  /// Yellow while flashing; after a run green, red, or grey when it was stopped; grey before
+  /// any. Shaded as far as the palette's window colour needs.
+  static QColor colourFor(bool flashing, const std::optional<FlashOutcome>& outcome,
+                          const QPalette& palette);
   void setColor(const QColor& color);
   QColor color() const { return color_; }
   QSize sizeHint() const override { return {14, 14}; }

@@ -147,7 +147,7 @@ TEST_F(WindowTest, AddressesAreTypedIntoTheTableAndDeleteRemovesFiles) {
   load(*model, espProduct(ESPChip::esp32, 8 * 1024));
   QTableWidget* table = w.fileList()->table();
   int last = table->rowCount() - 1;
-  auto* field = qobject_cast<AddressField*>(table->cellWidget(last, FileListPanel::addressColumn));
+  auto* field = w.fileList()->cellControl<AddressField>(last, FileListPanel::addressColumn);
   ASSERT_NE(field, nullptr);
   QTest::mouseClick(field, Qt::LeftButton);
   field->selectAll();
@@ -160,7 +160,7 @@ TEST_F(WindowTest, AddressesAreTypedIntoTheTableAndDeleteRemovesFiles) {
   EXPECT_EQ(field->text(), "0x3F0000");
 
   // The enable box of the first row.
-  auto* box = table->cellWidget(0, FileListPanel::enabledColumn)->findChild<QCheckBox*>();
+  auto* box = w.fileList()->cellControl<QCheckBox>(0, FileListPanel::enabledColumn);
   QTest::mouseClick(box, Qt::LeftButton);
   EXPECT_FALSE(model->product().images.front().enabled);
 
@@ -209,7 +209,8 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   EXPECT_TRUE(std::holds_alternative<FlashOutcome::Cancelled>(model->outcome()->value));
   EXPECT_EQ(w.flashButton()->text(), "Flash");
   EXPECT_TRUE(w.portPicker()->isEnabled());
-  EXPECT_EQ(w.statusDot()->color(), QColor(0x9A, 0x9A, 0x9A));
+  // Grey, as before any run: a stopped run is neither a success nor a failure.
+  EXPECT_EQ(w.statusDot()->color(), StatusDot::colourFor(false, std::nullopt, w.palette()));
 }
 
 // Whenever Flash is off the status line says why, findings about the whole product included;
