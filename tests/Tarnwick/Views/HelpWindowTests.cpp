@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <gtest/gtest.h>
+#include <set>
 
 #include "Localization/Language.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
@@ -50,6 +51,15 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
   help.searchField()->clear();
   EXPECT_EQ(help.topicList()->count(), 8);
   EXPECT_EQ(help.selectedID(), "start");
+
+  // Each topic shows a picture of its own, the same under any icon theme or none.
+  std::set<qint64> pictures;
+  for (int row = 0; row < help.topicList()->count(); ++row) {
+    const QImage picture = help.topicList()->item(row)->icon().pixmap(20, 20).toImage();
+    ASSERT_FALSE(picture.isNull()) << row;
+    pictures.insert(qHashBits(picture.constBits(), static_cast<size_t>(picture.sizeInBytes())));
+  }
+  EXPECT_EQ(pictures.size(), 8u);
 }
 
 } // namespace
