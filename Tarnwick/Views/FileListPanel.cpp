@@ -487,11 +487,16 @@ void FileListPanel::changeEvent(QEvent* event) {
 }
 
 void FileListPanel::setDragHighlight(bool on) {
-  QPalette shade = palette();
-  shade.setColor(QPalette::Window, on ? palette().color(QPalette::Highlight).lighter(170)
-                                      : QPalette().color(QPalette::Window));
-  setBackgroundRole(QPalette::Window);
-  setPalette(on ? shade : QPalette());
+  if (!on) {
+    setPalette(QPalette());
+    return;
+  }
+  // The whole list lights up: the table or the empty view, and the strip with the buttons.
+  QPalette tint = QApplication::palette(this);
+  const QColor highlight = tint.color(QPalette::Highlight);
+  for (auto role : {QPalette::Window, QPalette::Base})
+    tint.setColor(role, blend(highlight, tint.color(role), 0.22));
+  setPalette(tint);
 }
 
 void FileListPanel::dragEnterEvent(QDragEnterEvent* event) {

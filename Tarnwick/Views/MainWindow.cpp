@@ -26,6 +26,7 @@
 #include <QStandardPaths>
 #include <QStyle>
 #include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
@@ -98,6 +99,34 @@ void StatusDot::paintEvent(QPaintEvent*) {
   painter.setPen(QPen(color_.darker(130), 1));
   painter.setBrush(color_);
   painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+}
+
+QSize StatusText::minimumSizeHint() const {
+  return {fontMetrics().horizontalAdvance(QStringLiteral("Flashing…")),
+          QLabel::minimumSizeHint().height()};
+}
+
+bool StatusText::isElided() const {
+  return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+void StatusText::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRect area = contentsRect();
+  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+  style()->drawItemText(&painter, area, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                        shown, foregroundRole());
+}
+
+bool StatusText::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    if (isElided())
+      QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+    else
+      QToolTip::hideText();
+    return true;
+  }
+  return QLabel::event(event);
 }
 
 MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(parent), model_(model) {
@@ -264,6 +293,9 @@ QWidget* MainWindow::buildProductPanel() {
   productName_ = new QLineEdit;
   productName_->setObjectName("productName");
   productName_->setPlaceholderText(qt(L10n::Product::newProduct()));
+  // However narrow the window, a name of a few words stays readable; the window's minimum size
+  // follows from the controls' own.
+  productName_->setMinimumWidth(productName_->fontMetrics().averageCharWidth() * 22);
   nameLabel->setBuddy(productName_);
   connect(productName_, &QLineEdit::textEdited, this, [this](const QString& text) {
     Product product = model_.product();
@@ -319,9 +351,8 @@ QWidget* MainWindow::buildStatusLine() {
   line->setFrameShape(QFrame::StyledPanel);
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(10, 4, 10, 4);
-  statusText_ = new QLabel;
+  statusText_ = new StatusText;
   statusText_->setObjectName("statusText");
-  statusText_->setMinimumWidth(120);
   progress_ = new QProgressBar;
   progress_->setRange(0, 1000);
   progress_->setTextVisible(false);
@@ -334,11 +365,10 @@ QWidget* MainWindow::buildStatusLine() {
   logToggle_->setText(qt(L10n::Log::log()));
   logToggle_->setToolTip(qt(L10n::Footer::showLogTooltip()));
   connect(logToggle_, &QToolButton::clicked, this, &MainWindow::setLogShown);
-  logOptions_ = new QToolButton;
+  logOptions_ = new QPushButton(qt(L10n::Footer::logOptions()));
   logOptions_->setObjectName("logOptions");
-  logOptions_->setText(qt(L10n::Footer::logOptions()));
   logOptions_->setToolTip(qt(L10n::Footer::logOptions()));
-  logOptions_->setPopupMode(QToolButton::InstantPopup);
+  logOptions_->setAutoDefault(false);
   layout->addWidget(statusText_, 1);
   layout->addWidget(progress_, 2);
   layout->addWidget(counters_);
@@ -414,11 +444,16 @@ void MainWindow::buildMenus() {
   QAction* saveLog =
       options->addAction(qt(L10n::Footer::save()), this, [this] { model_.saveLog(); });
   saveLog->setToolTip(saveLogAction_->toolTip());
+  // An empty log has nothing to save, wherever the command is given.
+  connect(saveLogAction_, &QAction::enabledChanged, saveLog, &QAction::setEnabled);
   QAction* clearLog =
       options->addAction(qt(L10n::Footer::clearLog()), this, [this] { model_.clearLog(); });
   clearLog->setToolTip(clearLogAction_->toolTip());
   options->setToolTipsVisible(true);
   logOptions_->setMenu(options);
+  // The style fits text and arrow edge to edge; a little more width parts them.
+  logOptions_->setMinimumWidth(logOptions_->sizeHint().width() +
+                               2 * logOptions_->fontMetrics().averageCharWidth());
 }
 
 SettingsSheet* MainWindow::settingsSheet() {
@@ -598,10 +633,6 @@ void MainWindow::refreshStatus() {
                                       port.toStdString()));
   }
   statusText_->setText(text);
-  if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-    statusText_->setToolTip(qt(std::get<FlashOutcome::Failure>(outcome->value).message));
-  else
-    statusText_->setToolTip(QString());
 }
 
 void MainWindow::refreshBanner() {

@@ -2,6 +2,7 @@
 // The main window over the flasher model: header with port and run controls, the no-board
 // notice, product and files, status line and log; the menus; the model's dialogs.
 
+#include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -14,7 +15,6 @@ class QAction;
 class QCheckBox;
 class QComboBox;
 class QFrame;
-class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -48,6 +48,21 @@ private:
   QColor color_;
 };
 
+/// The status line's text: cut with an ellipsis when the window is too narrow for it, the whole
+/// text then in its tooltip.
+class StatusText : public QLabel {
+  Q_OBJECT
+public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override;
+  /// Whether the text is cut at the current width.
+  bool isElided() const;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  bool event(QEvent* event) override;
+};
+
 class MainWindow : public QMainWindow, public FlasherDialogs {
   Q_OBJECT
 public:
@@ -66,7 +81,7 @@ public:
   SettingsSheet* settingsSheet();
   HelpWindow* helpWindow();
   StatusDot* statusDot() const { return statusDot_; }
-  QLabel* statusText() const { return statusText_; }
+  StatusText* statusText() const { return statusText_; }
   /// The alert showing `errorMessage`, while it is open.
   QMessageBox* alertBox() const { return alert_; }
   bool logShown() const;
@@ -116,11 +131,11 @@ private:
   QToolButton* notesButton_ = nullptr;
   QList<QWidget*> productButtons_;
   FileListPanel* fileList_ = nullptr;
-  QLabel* statusText_ = nullptr;
+  StatusText* statusText_ = nullptr;
   QProgressBar* progress_ = nullptr;
   QLabel* counters_ = nullptr;
   QToolButton* logToggle_ = nullptr;
-  QToolButton* logOptions_ = nullptr;
+  QPushButton* logOptions_ = nullptr;
   LogView* log_ = nullptr;
   QSplitter* splitter_ = nullptr;
   QAction* flashAction_ = nullptr;

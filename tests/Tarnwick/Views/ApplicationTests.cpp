@@ -120,10 +120,22 @@ TEST_F(ApplicationTest, LogShortcutsShowTheLogAndClearItWithTheCounters) {
     EXPECT_TRUE(window.logShown());
     EXPECT_TRUE(QSettings().value("showLog").toBool());
 
+    // Saving is offered, from the File menu and from the log options alike, only when the log
+    // holds something.
+    auto saveCommands = [&] {
+      std::vector<bool> enabled;
+      for (QAction* action : window.findChildren<QAction*>())
+        if (action->text() == "Save Log…" || action->text() == "Save…")
+          enabled.push_back(action->isEnabled());
+      return enabled;
+    };
+    EXPECT_EQ(saveCommands(), (std::vector<bool>{false, false}));
     model->appendLog({{LogSegment::Kind::text, "line"}});
     ASSERT_FALSE(model->outputIsEmpty());
+    EXPECT_EQ(saveCommands(), (std::vector<bool>{true, true}));
     QTest::keyClick(&window, Qt::Key_K, Qt::ControlModifier);
     EXPECT_TRUE(model->outputIsEmpty());
+    EXPECT_EQ(saveCommands(), (std::vector<bool>{false, false}));
     QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
     EXPECT_FALSE(window.logShown());
   }

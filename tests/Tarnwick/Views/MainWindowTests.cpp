@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
@@ -117,6 +118,17 @@ TEST_F(WindowTest, DropsAddFilesImportBuildFoldersAndOpenProductsWithoutAsking) 
   drop(bins);
   EXPECT_EQ(fileNames(), (std::vector<std::string>{"a.bin", "b.bin", "c.bin"}));
   EXPECT_EQ(w.fileList()->table()->rowCount(), 3);
+
+  // The table lights up while a drag is over it, and no longer once it has left.
+  const QColor plain = w.fileList()->table()->palette().color(QPalette::Base);
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(bins.front().string()))});
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(w.fileList(), &enter);
+  EXPECT_NE(w.fileList()->table()->palette().color(QPalette::Base), plain);
+  QDragLeaveEvent leave;
+  QCoreApplication::sendEvent(w.fileList(), &leave);
+  EXPECT_EQ(w.fileList()->table()->palette().color(QPalette::Base), plain);
 
   auto project = path("project");
   platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoDefault()).writeTo(project);
@@ -248,6 +260,33 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   EXPECT_TRUE(w.statusText()->text().startsWith("Flashing failed: No connection with the "
                                                 "bootloader."))
       << w.statusText()->text().toStdString();
+}
+
+// However small the window is made, in the language with the longest words as in English, every
+// control keeps the room its text needs and the product name stays readable.
+TEST_F(WindowTest, TheSmallestWindowKeepsEveryControlUsable) {
+  for (Language language : {Language::en, Language::de}) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    MainWindow& w = open();
+    load(*model, espProduct(ESPChip::esp32, 4096));
+    w.setLogShown(true);
+    w.resize(400, 300);
+    QCoreApplication::processEvents();
+    EXPECT_GE(w.width(), w.minimumWidth());
+    for (QWidget* control : w.findChildren<QWidget*>()) {
+      const bool usable = control->inherits("QAbstractButton") || control->inherits("QComboBox") ||
+                          control->inherits("QLineEdit");
+      if (!control->isVisible() || !usable) continue;
+      EXPECT_GE(control->width(), control->minimumSizeHint().width())
+          << control->metaObject()->className() << " " << control->objectName().toStdString();
+      EXPECT_GE(control->height(), control->minimumSizeHint().height())
+          << control->metaObject()->className() << " " << control->objectName().toStdString();
+    }
+    auto* name = w.findChild<QLineEdit*>("productName");
+    EXPECT_GE(name->width(), name->fontMetrics().horizontalAdvance("Sensor board rev B"));
+    window.reset();
+  }
 }
 
 TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
