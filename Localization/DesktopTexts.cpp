@@ -12,6 +12,7 @@ std::string commandLineHelp() {
              "  --test-device PATH  offer a pseudo-terminal as a port, to flash a simulated\n"
              "                      board (tarnwick-simboard); may be repeated\n"
              "  --screenshots DIR   save pictures of the window's main states in DIR and quit\n"
+             "  --dark              show the window in dark colours\n"
              "  --help              show this help and quit\n"
              "  --version           show the version and quit\n",
              "Gebruik: tarnwick [OPTIE]... [BESTAND.twflash]\n"
@@ -22,6 +23,7 @@ std::string commandLineHelp() {
              "                      bord te flashen (tarnwick-simboard); mag herhaald worden\n"
              "  --screenshots MAP   afbeeldingen van de belangrijkste toestanden van het venster\n"
              "                      in MAP opslaan en stoppen\n"
+             "  --dark              het venster in donkere kleuren tonen\n"
              "  --help              deze hulp tonen en stoppen\n"
              "  --version           de versie tonen en stoppen\n",
              "Aufruf: tarnwick [OPTION]... [DATEI.twflash]\n"
@@ -33,6 +35,7 @@ std::string commandLineHelp() {
              "                      mehrfach möglich\n"
              "  --screenshots ORDNER  Bilder der wichtigsten Zustände des Fensters in ORDNER\n"
              "                      speichern und beenden\n"
+             "  --dark              das Fenster in dunklen Farben zeigen\n"
              "  --help              diese Hilfe zeigen und beenden\n"
              "  --version           die Version zeigen und beenden\n",
              "Utilisation : tarnwick [OPTION]... [FICHIER.twflash]\n"
@@ -43,6 +46,7 @@ std::string commandLineHelp() {
              "                      carte simulée (tarnwick-simboard) ; peut être répété\n"
              "  --screenshots DOSSIER  enregistrer des images des principaux états de la\n"
              "                      fenêtre dans DOSSIER, puis quitter\n"
+             "  --dark              afficher la fenêtre en couleurs sombres\n"
              "  --help              afficher cette aide et quitter\n"
              "  --version           afficher la version et quitter\n",
              "Uso: tarnwick [OPCIÓN]... [ARCHIVO.twflash]\n"
@@ -53,6 +57,7 @@ std::string commandLineHelp() {
              "                      placa simulada (tarnwick-simboard); se puede repetir\n"
              "  --screenshots CARPETA  guardar imágenes de los estados principales de la\n"
              "                      ventana en CARPETA y salir\n"
+             "  --dark              mostrar la ventana en colores oscuros\n"
              "  --help              mostrar esta ayuda y salir\n"
              "  --version           mostrar la versión y salir\n"});
 }

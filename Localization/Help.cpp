@@ -90,5 +90,12 @@ std::string noTopicsFound() {
              "Aucune rubrique trouvée", "No se han encontrado temas"});
 }
 std::string tipLabel() { return tr({"Tip", "Tip", "Tipp", "Astuce", "Consejo"}); }
+std::string fullSizeHint() {
+  return tr({"Click to see the picture at full size",
+             "Klik om de afbeelding op ware grootte te zien",
+             "Klicken, um das Bild in voller Größe zu sehen",
+             "Cliquez pour voir l’image en taille réelle",
+             "Haz clic para ver la imagen a tamaño completo"});
+}
 
 } // namespace tarnwick::L10n::Help

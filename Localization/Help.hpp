@@ -98,5 +98,7 @@ std::string searchPlaceholder();
 std::string noTopicsFound();
 /// "Tip": the label of a highlighted tip.
 std::string tipLabel();
+/// The tooltip of a screenshot in the help, which opens at full size when clicked.
+std::string fullSizeHint();
 
 } // namespace tarnwick::L10n::Help

@@ -34,7 +34,7 @@ HelpTopic start() {
                "board is chosen under **Serial port** by itself.",
                "Sluit het board aan met een USB-kabel die data doorgeeft. Een nieuw "
                "aangesloten board wordt vanzelf gekozen bij **Seriële poort**.",
-               "Schließe das Board an, mit einem USB-Kabel, das Daten überträgt. Ein neu "
+               "Schließe das Board mit einem USB-Kabel an, das Daten überträgt. Ein neu "
                "angeschlossenes Board wird unter **Serielle Schnittstelle** von selbst gewählt.",
                "Branchez la carte avec un câble USB qui transmet les données. Une carte "
                "nouvellement branchée est choisie d’elle-même dans **Port série**.",

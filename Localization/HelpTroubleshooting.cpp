@@ -28,6 +28,14 @@ HelpTopic troubleshooting() {
                "Cuando un flasheo falla, la línea de estado indica **Error al flashear** seguido "
                "del motivo, y el registro lo muestra en rojo con lo que pasó antes. Busca el "
                "mensaje aquí abajo."}),
+          screenshot(
+              "window-failure.png",
+              {"A failed run: the reason in the status line and in the log.",
+               "Een mislukte flash: de reden in de statusregel en in het logboek.",
+               "Ein fehlgeschlagener Durchlauf: der Grund in der Statuszeile und im "
+               "Protokoll.",
+               "Un flashage échoué\u00A0: la raison dans la ligne d’état et dans le journal.",
+               "Un flasheo fallido: el motivo en la línea de estado y en el registro."}),
 
           heading({"No board in the port list", "Geen board in de poortenlijst",
                    "Kein Board in der Schnittstellenliste", "Aucune carte dans la liste des ports",

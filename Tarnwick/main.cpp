@@ -7,6 +7,7 @@
 
 #include "Assets/AssetsLookup.hpp"
 #include "Localization/DesktopTexts.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/ModelVersion.hpp"
 #include "Tarnwick/Views/CommandLine.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
@@ -39,6 +40,10 @@ int main(int argc, char** argv) {
   QApplication::setDesktopFileName(QStringLiteral("tarnwick"));
   QApplication::setWindowIcon(QIcon(tarnwick::assets::iconPath));
   tarnwick::installQtTranslations(tarnwick::currentLanguage());
+  if (line.dark) {
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(tarnwick::darkPalette());
+  }
 
   tarnwick::TarnwickApp app(line);
   if (!line.screenshotFolder.empty()) {

@@ -42,6 +42,7 @@
 #include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/LogFindBar.hpp"
 #include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
@@ -69,20 +70,19 @@ QPalette bannerPalette(QPalette palette) {
 }
 } // namespace
 
-QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& outcome,
-                            const QPalette& palette) {
-  QColor colour(0x9A, 0x9A, 0x9A);
-  if (flashing) {
-    colour = QColor(0xF2, 0xC0, 0x1E);
-  } else if (outcome) {
-    if (std::holds_alternative<FlashOutcome::Success>(outcome->value))
-      colour = QColor(0x2E, 0xB8, 0x4B);
-    else if (std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-      colour = QColor(0xE0, 0x3A, 0x3A);
-  }
-  // A symbol, not text (the status line says the same in words): 3:1 against the window keeps
-  // it visible on light and dark palettes.
-  return readableOn(colour, palette.color(QPalette::Window), 3.0);
+QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& outcome) {
+  if (flashing) return {0xF2, 0xC0, 0x1E};
+  if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value))
+    return {0x2E, 0xB8, 0x4B};
+  if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+    return {0xE0, 0x3A, 0x3A};
+  return {0x9A, 0x9A, 0x9A};
+}
+
+QColor StatusDot::ringColour(const QColor& fill, const QPalette& palette) {
+  // A symbol, not text (the status line says the same in words): its ring stands 3:1 from the
+  // window, so a light dot on a light window or a dark one on a dark window still shows.
+  return readableOn(fill.darker(130), palette.color(QPalette::Window), 3.0);
 }
 
 StatusDot::StatusDot(QWidget* parent) : QWidget(parent) { setFixedSize(14, 14); }
@@ -96,7 +96,7 @@ void StatusDot::setColor(const QColor& color) {
 void StatusDot::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(color_.darker(130), 1));
+  painter.setPen(QPen(ringColour(color_, palette()), 1.5));
   painter.setBrush(color_);
   painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
 }
@@ -153,13 +153,15 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   log_->setMinimumHeight(80);
   splitter_ = new QSplitter(Qt::Vertical);
   splitter_->addWidget(top);
-  auto* bottom = new QWidget;
-  auto* bottomLayout = new QVBoxLayout(bottom);
+  bottom_ = new QWidget;
+  auto* bottomLayout = new QVBoxLayout(bottom_);
   bottomLayout->setContentsMargins(0, 0, 0, 0);
   bottomLayout->setSpacing(0);
   bottomLayout->addWidget(buildStatusLine());
   bottomLayout->addWidget(log_, 1);
-  splitter_->addWidget(bottom);
+  findBar_ = new LogFindBar(log_);
+  bottomLayout->addWidget(findBar_);
+  splitter_->addWidget(bottom_);
   splitter_->setStretchFactor(0, 3);
   splitter_->setStretchFactor(1, 2);
   splitter_->setChildrenCollapsible(false);
@@ -425,6 +427,28 @@ void MainWindow::buildMenus() {
       view, L10n::Menu::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
   clearLogAction_->setToolTip(qt(L10n::Footer::clearLogTooltip()));
   view->addSeparator();
+  add(
+      view, L10n::Find::findInLog(),
+      [this] {
+        setLogShown(true);
+        findBar_->open();
+      },
+      Shortcuts::findInLog());
+  add(
+      view, L10n::Find::findNext(),
+      [this] {
+        setLogShown(true);
+        findBar_->next();
+      },
+      Shortcuts::findNext());
+  add(
+      view, L10n::Find::findPrevious(),
+      [this] {
+        setLogShown(true);
+        findBar_->previous();
+      },
+      Shortcuts::findPrevious());
+  view->addSeparator();
   autoscrollAction_ = view->addAction(qt(L10n::Footer::autoscroll()));
   autoscrollAction_->setCheckable(true);
   connect(autoscrollAction_, &QAction::triggered, &model_, &FlasherModel::setAutoscroll);
@@ -511,6 +535,9 @@ bool MainWindow::logShown() const { return log_->isVisible() || !log_->isHidden(
 void MainWindow::setLogShown(bool shown) {
   bool wasShown = !log_->isHidden();
   log_->setVisible(shown);
+  if (!shown && findBar_->isVisible()) findBar_->dismiss();
+  // Without the log the lower pane is just the status line; the files get the rest.
+  bottom_->setMaximumHeight(shown ? QWIDGETSIZE_MAX : bottom_->layout()->minimumSize().height());
   if (shown && !wasShown) {
     // The log opens at a useful height: about two fifths of the window.
     int total = splitter_->height();
@@ -585,7 +612,7 @@ void MainWindow::refreshProduct() {
 }
 
 void MainWindow::refreshStatus() {
-  statusDot_->setColor(StatusDot::colourFor(model_.isFlashing(), model_.outcome(), palette()));
+  statusDot_->setColor(StatusDot::colourFor(model_.isFlashing(), model_.outcome()));
   const FlashStatistics& counts = model_.statistics();
   counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();

@@ -25,6 +25,7 @@ namespace tarnwick {
 
 class FileListPanel;
 class HelpWindow;
+class LogFindBar;
 class LogView;
 class SettingsSheet;
 
@@ -34,9 +35,10 @@ class StatusDot : public QWidget {
 public:
   explicit StatusDot(QWidget* parent = nullptr);
   /// Yellow while flashing; after a run green, red, or grey when it was stopped; grey before
-  /// any. Shaded as far as the palette's window colour needs.
-  static QColor colourFor(bool flashing, const std::optional<FlashOutcome>& outcome,
-                          const QPalette& palette);
+  /// any.
+  static QColor colourFor(bool flashing, const std::optional<FlashOutcome>& outcome);
+  /// The ring around a dot of colour `fill`, dark enough to show on the palette's window.
+  static QColor ringColour(const QColor& fill, const QPalette& palette);
   void setColor(const QColor& color);
   QColor color() const { return color_; }
   QSize sizeHint() const override { return {14, 14}; }
@@ -84,6 +86,7 @@ public:
   StatusText* statusText() const { return statusText_; }
   /// The alert showing `errorMessage`, while it is open.
   QMessageBox* alertBox() const { return alert_; }
+  LogFindBar* findBar() const { return findBar_; }
   bool logShown() const;
   void setLogShown(bool shown);
 
@@ -137,7 +140,9 @@ private:
   QToolButton* logToggle_ = nullptr;
   QPushButton* logOptions_ = nullptr;
   LogView* log_ = nullptr;
+  LogFindBar* findBar_ = nullptr;
   QSplitter* splitter_ = nullptr;
+  QWidget* bottom_ = nullptr;
   QAction* flashAction_ = nullptr;
   QAction* autoFlashAction_ = nullptr;
   QAction* showLogAction_ = nullptr;

@@ -16,6 +16,9 @@ inline QKeySequence flash() { return QKeySequence(Qt::CTRL | Qt::Key_R); }
 inline QKeySequence showLog() { return QKeySequence(Qt::CTRL | Qt::Key_L); }
 inline QKeySequence clearLog() { return QKeySequence(Qt::CTRL | Qt::Key_K); }
 inline QKeySequence saveLog() { return QKeySequence(Qt::CTRL | Qt::ALT | Qt::Key_S); }
+inline QKeySequence findInLog() { return QKeySequence(Qt::CTRL | Qt::Key_F); }
+inline QKeySequence findNext() { return QKeySequence(Qt::Key_F3); }
+inline QKeySequence findPrevious() { return QKeySequence(Qt::SHIFT | Qt::Key_F3); }
 // Written out rather than taken from QKeySequence's standard keys: those are empty on some
 // desktops (Save As outside GNOME and macOS) and on the offscreen platform, while the help
 // promises these everywhere.

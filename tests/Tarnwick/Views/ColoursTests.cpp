@@ -94,7 +94,7 @@ TEST_F(WindowTest, EachFindingInTheFileTableHasItsOwnColourOnPlainAndSelectedRow
 }
 
 // Every colour that tells something keeps 4.5:1 on its background (the status dot, a symbol,
-// 3:1), computed from the colours of the light Fusion palette and of the dark one.
+// 3:1 for its ring), computed from the colours of the light Fusion palette and of the dark one.
 TEST_F(WindowTest, LogAndStatusColoursReadOnTheirBackgroundsInLightAndDarkPalettes) {
   PaletteGuard guard;
   struct Palette {
@@ -132,7 +132,8 @@ TEST_F(WindowTest, LogAndStatusColoursReadOnTheirBackgroundsInLightAndDarkPalett
         FlashOutcome{FlashOutcome::Failure{"r"}}, FlashOutcome{FlashOutcome::Cancelled{}}};
     for (bool flashing : {false, true})
       for (const auto& outcome : outcomes)
-        check("status dot", StatusDot::colourFor(flashing, outcome, w.palette()),
+        check("status dot",
+              StatusDot::ringColour(StatusDot::colourFor(flashing, outcome), w.palette()),
               w.palette().color(QPalette::Window), 3.0);
     window.reset();
   }

@@ -22,7 +22,11 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
          l.files = {"a.twflash"};
          l.testDevices = {"/dev/pts/3", "/dev/pts/4"};
        }},
-      {{"--screenshots", "shots"}, [](CommandLine& l) { l.screenshotFolder = "shots"; }},
+      {{"--screenshots", "shots", "--dark"},
+       [](CommandLine& l) {
+         l.screenshotFolder = "shots";
+         l.dark = true;
+       }},
       {{"--version"}, [](CommandLine& l) { l.version = true; }},
       {{"-h"}, [](CommandLine& l) { l.help = true; }},
       {{"--", "--odd name.twflash"}, [](CommandLine& l) { l.files = {"--odd name.twflash"}; }},
@@ -30,6 +34,11 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
       {{"--test-device"}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
       {{"--test-device="}, [](CommandLine& l) { l.error = "--test-device needs a value."; }},
       {{"--frobnicate"}, [](CommandLine& l) { l.error = "Unknown option --frobnicate."; }},
+      {{"--dark=yes"},
+       [](CommandLine& l) {
+         l.dark = true;
+         l.error = "--dark takes no value.";
+       }},
       {{"--version=2"},
        [](CommandLine& l) {
          l.version = true;

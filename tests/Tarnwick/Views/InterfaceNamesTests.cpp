@@ -18,6 +18,7 @@
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/QtTranslations.hpp"
 #include "Tarnwick/Views/WindowFixture.hpp"
@@ -120,11 +121,13 @@ protected:
 };
 
 /// The shortcuts of the window named in a text: a modifier joined by "+" to the rest, up to a
-/// space or a mark. Keys typed into a terminal are written as code and are not the window's.
+/// space or a mark, or a function key. Keys typed into a terminal are written as code and are not
+/// the window's.
 std::vector<QString> shortcutsIn(QString text) {
   static const QRegularExpression code(QStringLiteral("`[^`]*`"));
   static const QRegularExpression named(
-      QStringLiteral("\\b(?:Ctrl|Strg|Control)\\+[^\\s(),;]*[^\\s(),;.]"));
+      QStringLiteral("\\b(?:Ctrl|Strg|Control|Shift|Umschalt|Maj|Mayúsculas|Alt)\\+[^\\s(),;]*"
+                     "[^\\s(),;.]|\\bF\\d{1,2}\\b"));
   text.remove(code);
   std::vector<QString> found;
   for (const auto& match : named.globalMatch(text))
@@ -225,6 +228,8 @@ TEST_F(InterfaceNamesTest, TheHelpAndTheTooltipsNameTheActionsShortcutsInEveryLa
         {L10n::Footer::showLogTooltip(), L10n::Footer::showLog()},
         {L10n::Footer::saveTooltip(), L10n::Menu::saveLog()},
         {L10n::Footer::clearLogTooltip(), L10n::Menu::clearLog()},
+        {L10n::Find::nextTooltip(), L10n::Find::findNext()},
+        {L10n::Find::previousTooltip(), L10n::Find::findPrevious()},
     };
     for (const Tooltip& tooltip : tooltips) {
       const std::vector<QString> named = shortcutsIn(seen(tooltip.text));

@@ -221,8 +221,7 @@ TEST_F(WindowTest, CtrlRStartsARunOnASimulatedBoardAndCtrlRStopsIt) {
   EXPECT_TRUE(std::holds_alternative<FlashOutcome::Cancelled>(model->outcome()->value));
   EXPECT_EQ(w.flashButton()->text(), "Flash");
   EXPECT_TRUE(w.portPicker()->isEnabled());
-  // Grey, as before any run: a stopped run is neither a success nor a failure.
-  EXPECT_EQ(w.statusDot()->color(), StatusDot::colourFor(false, std::nullopt, w.palette()));
+  EXPECT_EQ(w.statusDot()->color(), QColor(0x9A, 0x9A, 0x9A));
 }
 
 // Whenever Flash is off the status line says why, findings about the whole product included;
