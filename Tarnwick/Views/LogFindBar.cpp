@@ -34,17 +34,20 @@ LogFindBar::LogFindBar(LogView* log, QWidget* parent) : QWidget(parent), log_(lo
   count_ = new QLabel;
   count_->setObjectName("logFindCount");
   count_->setForegroundRole(QPalette::WindowText);
-  auto button = [this](QStyle::StandardPixmap icon, const std::string& tip) {
+  auto button = [](const std::string& tip) {
     auto* b = new QToolButton;
-    b->setIcon(style()->standardIcon(icon));
     b->setToolTip(qt(tip));
     b->setAccessibleName(qt(tip));
     b->setAutoRaise(true);
     return b;
   };
-  previous_ = button(QStyle::SP_ArrowUp, L10n::Find::previousTooltip());
-  next_ = button(QStyle::SP_ArrowDown, L10n::Find::nextTooltip());
-  close_ = button(QStyle::SP_DialogCloseButton, L10n::Window::close());
+  previous_ = button(L10n::Find::previousTooltip());
+  previous_->setIcon(style()->standardIcon(QStyle::SP_ArrowUp));
+  next_ = button(L10n::Find::nextTooltip());
+  next_->setIcon(style()->standardIcon(QStyle::SP_ArrowDown));
+  // A drawn cross in the text colour: the style's close icon is dark on a dark palette.
+  close_ = button(L10n::Window::close());
+  close_->setText(QString::fromUtf8("✕"));
   connect(previous_, &QToolButton::clicked, this, &LogFindBar::previous);
   connect(next_, &QToolButton::clicked, this, &LogFindBar::next);
   connect(close_, &QToolButton::clicked, this, &LogFindBar::dismiss);

@@ -241,7 +241,7 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   struct Case {
     const char* what;
     ProductWithFiles product;
-    QString status;
+    std::string status;
   };
   const std::vector<Case> cases = {
       {"two sketches for one Arduino", twoSketches, "An Arduino board takes one sketch."},
@@ -250,7 +250,7 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   for (const Case& c : cases) {
     load(*model, c.product);
     EXPECT_FALSE(w.flashButton()->isEnabled()) << c.what;
-    EXPECT_EQ(w.statusText()->text(), c.status) << c.what;
+    EXPECT_EQ(w.statusText()->text().toStdString(), c.status) << c.what;
   }
 
   load(*model, espProduct(ESPChip::esp32, 4096));
