@@ -3,10 +3,12 @@
 // language with Qt's own translations loaded as the program loads them.
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QFileDialog>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTableWidget>
@@ -20,6 +22,7 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/QtTranslations.hpp"
 #include "Tarnwick/Views/WindowFixture.hpp"
 
@@ -235,6 +238,42 @@ TEST_F(InterfaceNamesTest, TheHelpAndTheTooltipsNameTheActionsShortcutsInEveryLa
       const std::vector<QString> named = shortcutsIn(seen(tooltip.text));
       EXPECT_EQ(named, std::vector<QString>{shortcutOf(tooltip.command)}) << tooltip.text;
     }
+    window.reset();
+  }
+}
+
+// Qt's own texts speak the program's language: the log's context menu and the file dialog (as
+// Qt draws it where the desktop offers none) read differently from English in every other one.
+TEST_F(InterfaceNamesTest, QtsOwnTextsSpeakTheChosenLanguage) {
+  QtTextsGuard restore;
+  auto qtTexts = [&] {
+    QStringList texts;
+    std::unique_ptr<QMenu> menu(window->findChild<LogView*>()->createStandardContextMenu());
+    for (QAction* action : menu->actions())
+      if (!action->isSeparator()) texts << seen(action->text());
+    QFileDialog dialog;
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    for (QLabel* label : dialog.findChildren<QLabel*>())
+      if (!label->text().isEmpty()) texts << seen(label->text());
+    for (QPushButton* button : dialog.findChildren<QPushButton*>())
+      texts << seen(button->text());
+    return texts;
+  };
+  open();
+  installQtTranslations(Language::en);
+  const QStringList english = qtTexts();
+  ASSERT_GE(english.size(), 4);
+  window.reset();
+  for (Language language : {Language::nl, Language::de, Language::fr, Language::es}) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    ASSERT_TRUE(installQtTranslations(language))
+        << "Qt's translations are missing: install qt6-translations-l10n (scripts/setup.sh)";
+    open();
+    const QStringList translated = qtTexts();
+    ASSERT_EQ(translated.size(), english.size());
+    for (qsizetype i = 0; i < english.size(); ++i)
+      EXPECT_NE(translated[i], english[i]) << english[i].toStdString();
     window.reset();
   }
 }
