@@ -15,6 +15,10 @@ using TestApplication = QGuiApplication;
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  // A run's messages are made on its worker thread, which a test's LanguageOverride does not
+  // reach: the process speaks English whatever the user's locale, and tests pick other
+  // languages themselves.
+  qputenv("LANGUAGE", "en");
   QStandardPaths::setTestModeEnabled(true);
   TestApplication app(argc, argv);
   TestApplication::setOrganizationName("Tarnwick");
