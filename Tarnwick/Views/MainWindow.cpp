@@ -427,27 +427,23 @@ void MainWindow::buildMenus() {
       view, L10n::Menu::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
   clearLogAction_->setToolTip(qt(L10n::Footer::clearLogTooltip()));
   view->addSeparator();
-  add(
-      view, L10n::Find::findInLog(),
-      [this] {
-        setLogShown(true);
-        findBar_->open();
-      },
-      Shortcuts::findInLog());
-  add(
-      view, L10n::Find::findNext(),
-      [this] {
-        setLogShown(true);
-        findBar_->next();
-      },
-      Shortcuts::findNext());
-  add(
-      view, L10n::Find::findPrevious(),
-      [this] {
-        setLogShown(true);
-        findBar_->previous();
-      },
-      Shortcuts::findPrevious());
+  // Each finds in the log, which is shown for it.
+  struct FindCommand {
+    std::string text;
+    QKeySequence keys;
+    void (LogFindBar::*find)();
+  };
+  for (const FindCommand& command :
+       {FindCommand{L10n::Find::findInLog(), Shortcuts::findInLog(), &LogFindBar::open},
+        FindCommand{L10n::Find::findNext(), Shortcuts::findNext(), &LogFindBar::next},
+        FindCommand{L10n::Find::findPrevious(), Shortcuts::findPrevious(), &LogFindBar::previous}})
+    add(
+        view, command.text,
+        [this, find = command.find] {
+          setLogShown(true);
+          (findBar_->*find)();
+        },
+        command.keys);
   view->addSeparator();
   autoscrollAction_ = view->addAction(qt(L10n::Footer::autoscroll()));
   autoscrollAction_->setCheckable(true);

@@ -13,6 +13,7 @@
 #include <QRegularExpression>
 #include <QTableWidget>
 #include <QToolButton>
+#include <functional>
 #include <set>
 
 #include "Localization/EngineTexts.hpp"
@@ -104,6 +105,24 @@ std::vector<std::string> writtenTexts(const HelpTopic& topic) {
 
 class InterfaceNamesTest : public WindowTest {
 protected:
+  /// Runs `check` on a window in each of `languages`, Qt's own texts loaded for it as the program
+  /// loads them, and puts Qt's English back at the end.
+  void inEachLanguage(std::initializer_list<Language> languages,
+                      const std::function<void(MainWindow&)>& check) {
+    for (Language language : languages) {
+      SCOPED_TRACE(std::string(code(language)));
+      LanguageOverride guard(language);
+      if (!installQtTranslations(language)) {
+        ADD_FAILURE() << "Qt's translations are missing: install qt6-translations-l10n "
+                         "(scripts/setup.sh)";
+        break;
+      }
+      check(open());
+      window.reset();
+    }
+    installQtTranslations(Language::en);
+  }
+
   /// The window in the states the help describes: a product with files, the settings of both
   /// board families, the help's own topic list.
   std::set<QString> interfaceTexts() {
@@ -138,117 +157,99 @@ std::vector<QString> shortcutsIn(QString text) {
   return found;
 }
 
-/// Puts Qt's English texts back however the test ends.
-struct QtTextsGuard {
-  ~QtTextsGuard() { installQtTranslations(Language::en); }
-};
-
 TEST_F(InterfaceNamesTest, EveryBoldNameInTheHelpIsATextTheInterfaceShows) {
-  QtTextsGuard restore;
-  for (Language language : allLanguages) {
-    SCOPED_TRACE(std::string(code(language)));
-    LanguageOverride guard(language);
-    ASSERT_TRUE(installQtTranslations(language))
-        << "Qt's translations are missing: install qt6-translations-l10n (scripts/setup.sh)";
-    open();
-    std::set<QString> shown = interfaceTexts();
-    // Messages the help quotes, with its own examples; the window shows them after failed runs.
-    const std::vector<QString> messages = {
-        seen(L10n::Errors::portOpenFailed("/dev/ttyUSB0", "Permission denied")),
-        seen(L10n::Errors::portBusy("…")),
-        seen(L10n::Errors::bootloaderPortNotFound()),
-    };
-    // The status line after a failed run, and the Flash button while a run goes.
-    shown.insert(seen(L10n::Panel::flashingFailed()));
-    shown.insert(seen(L10n::Header::stop()));
-    auto isShown = [&](const QString& name) {
-      if (shown.count(name) != 0) return true;
-      // A message may be quoted by its first sentences.
-      return std::any_of(messages.begin(), messages.end(), [&](const QString& message) {
-        return message == name || message.startsWith(name + u' ');
-      });
-    };
-    static const QRegularExpression bold(QStringLiteral("\\*\\*(.+?)\\*\\*"));
-    for (const HelpTopic& topic : L10n::Help::topics()) {
-      for (const std::string& text : writtenTexts(topic)) {
-        for (const auto& match : bold.globalMatch(QString::fromStdString(text))) {
-          const QString name = seen(match.captured(1));
-          EXPECT_TRUE(isShown(name)) << topic.id << ": **" << name.toStdString() << "**";
+  inEachLanguage(
+      {Language::en, Language::nl, Language::de, Language::fr, Language::es}, [&](MainWindow&) {
+        std::set<QString> shown = interfaceTexts();
+        // Messages the help quotes, with its own examples; the window shows them after failed runs.
+        const std::vector<QString> messages = {
+            seen(L10n::Errors::portOpenFailed("/dev/ttyUSB0", "Permission denied")),
+            seen(L10n::Errors::portBusy("…")),
+            seen(L10n::Errors::bootloaderPortNotFound()),
+        };
+        // The status line after a failed run, and the Flash button while a run goes.
+        shown.insert(seen(L10n::Panel::flashingFailed()));
+        shown.insert(seen(L10n::Header::stop()));
+        auto isShown = [&](const QString& name) {
+          if (shown.count(name) != 0) return true;
+          // A message may be quoted by its first sentences.
+          return std::any_of(messages.begin(), messages.end(), [&](const QString& message) {
+            return message == name || message.startsWith(name + u' ');
+          });
+        };
+        static const QRegularExpression bold(QStringLiteral("\\*\\*(.+?)\\*\\*"));
+        for (const HelpTopic& topic : L10n::Help::topics()) {
+          for (const std::string& text : writtenTexts(topic)) {
+            for (const auto& match : bold.globalMatch(QString::fromStdString(text))) {
+              const QString name = seen(match.captured(1));
+              EXPECT_TRUE(isShown(name)) << topic.id << ": **" << name.toStdString() << "**";
+            }
+          }
         }
-      }
-    }
-    window.reset();
-  }
+      });
 }
 
 // Every shortcut the help names is one an action of the window really has, written as the menus
 // show it in that language; the shortcut table lists them all; each tooltip that names a
 // shortcut names its command's.
 TEST_F(InterfaceNamesTest, TheHelpAndTheTooltipsNameTheActionsShortcutsInEveryLanguage) {
-  QtTextsGuard restore;
-  for (Language language : allLanguages) {
-    SCOPED_TRACE(std::string(code(language)));
-    LanguageOverride guard(language);
-    ASSERT_TRUE(installQtTranslations(language))
-        << "Qt's translations are missing: install qt6-translations-l10n (scripts/setup.sh)";
-    MainWindow& w = open();
-    std::set<QString> bound;
-    auto shortcutOf = [&](const std::string& command) {
-      for (QAction* action : w.findChildren<QAction*>())
-        if (seen(action->text()) == seen(command) && !action->shortcut().isEmpty())
-          return action->shortcut().toString(QKeySequence::NativeText);
-      ADD_FAILURE() << "no action " << command;
-      return QString();
-    };
-    for (QAction* action : w.findChildren<QAction*>())
-      for (const QKeySequence& keys : action->shortcuts())
-        bound.insert(keys.toString(QKeySequence::NativeText));
+  inEachLanguage(
+      {Language::en, Language::nl, Language::de, Language::fr, Language::es}, [&](MainWindow& w) {
+        std::set<QString> bound;
+        auto shortcutOf = [&](const std::string& command) {
+          for (QAction* action : w.findChildren<QAction*>())
+            if (seen(action->text()) == seen(command) && !action->shortcut().isEmpty())
+              return action->shortcut().toString(QKeySequence::NativeText);
+          ADD_FAILURE() << "no action " << command;
+          return QString();
+        };
+        for (QAction* action : w.findChildren<QAction*>())
+          for (const QKeySequence& keys : action->shortcuts())
+            bound.insert(keys.toString(QKeySequence::NativeText));
 
-    std::set<QString> tabled;
-    for (const HelpTopic& topic : L10n::Help::topics()) {
-      for (const std::string& text : writtenTexts(topic))
-        for (const QString& keys : shortcutsIn(seen(text)))
-          EXPECT_EQ(bound.count(keys), 1u) << topic.id << ": " << keys.toStdString();
-      if (topic.id != "shortcuts") continue;
-      for (const HelpBlock& block : topic.blocks)
-        if (auto* table = std::get_if<HelpBlock::table>(&block.value))
-          for (const HelpRow& row : table->rows)
-            for (const QString& keys : seen(row.key).split(QStringLiteral(" / ")))
-              tabled.insert(keys);
-    }
-    auto joined = [](const std::set<QString>& keys) {
-      return QStringList(keys.begin(), keys.end()).join(QStringLiteral(", ")).toStdString();
-    };
-    EXPECT_EQ(joined(tabled), joined(bound));
+        std::set<QString> tabled;
+        for (const HelpTopic& topic : L10n::Help::topics()) {
+          for (const std::string& text : writtenTexts(topic))
+            for (const QString& keys : shortcutsIn(seen(text)))
+              EXPECT_EQ(bound.count(keys), 1u) << topic.id << ": " << keys.toStdString();
+          if (topic.id != "shortcuts") continue;
+          for (const HelpBlock& block : topic.blocks)
+            if (auto* table = std::get_if<HelpBlock::table>(&block.value))
+              for (const HelpRow& row : table->rows)
+                for (const QString& keys : seen(row.key).split(QStringLiteral(" / ")))
+                  tabled.insert(keys);
+        }
+        auto joined = [](const std::set<QString>& keys) {
+          return QStringList(keys.begin(), keys.end()).join(QStringLiteral(", ")).toStdString();
+        };
+        EXPECT_EQ(joined(tabled), joined(bound));
 
-    struct Tooltip {
-      std::string text;
-      std::string command;
-    };
-    const std::vector<Tooltip> tooltips = {
-        {L10n::Header::flashTooltip(), L10n::State::flash()},
-        {L10n::Header::stopTooltip(), L10n::State::flash()},
-        {L10n::Footer::showLogTooltip(), L10n::Footer::showLog()},
-        {L10n::Footer::saveTooltip(), L10n::Menu::saveLog()},
-        {L10n::Footer::clearLogTooltip(), L10n::Menu::clearLog()},
-        {L10n::Find::nextTooltip(), L10n::Find::findNext()},
-        {L10n::Find::previousTooltip(), L10n::Find::findPrevious()},
-    };
-    for (const Tooltip& tooltip : tooltips) {
-      const std::vector<QString> named = shortcutsIn(seen(tooltip.text));
-      EXPECT_EQ(named, std::vector<QString>{shortcutOf(tooltip.command)}) << tooltip.text;
-    }
-    window.reset();
-  }
+        struct Tooltip {
+          std::string text;
+          std::string command;
+        };
+        const std::vector<Tooltip> tooltips = {
+            {L10n::Header::flashTooltip(), L10n::State::flash()},
+            {L10n::Header::stopTooltip(), L10n::State::flash()},
+            {L10n::Footer::showLogTooltip(), L10n::Footer::showLog()},
+            {L10n::Footer::saveTooltip(), L10n::Menu::saveLog()},
+            {L10n::Footer::clearLogTooltip(), L10n::Menu::clearLog()},
+            {L10n::Find::nextTooltip(), L10n::Find::findNext()},
+            {L10n::Find::previousTooltip(), L10n::Find::findPrevious()},
+        };
+        for (const Tooltip& tooltip : tooltips) {
+          const std::vector<QString> named = shortcutsIn(seen(tooltip.text));
+          EXPECT_EQ(named, std::vector<QString>{shortcutOf(tooltip.command)}) << tooltip.text;
+        }
+      });
 }
 
 // Qt's own texts speak the program's language: the log's context menu and the file dialog (as
 // Qt draws it where the desktop offers none) read differently from English in every other one.
 TEST_F(InterfaceNamesTest, QtsOwnTextsSpeakTheChosenLanguage) {
-  QtTextsGuard restore;
-  auto qtTexts = [&] {
+  auto qtTexts = [](MainWindow& w) {
     QStringList texts;
-    std::unique_ptr<QMenu> menu(window->findChild<LogView*>()->createStandardContextMenu());
+    std::unique_ptr<QMenu> menu(w.findChild<LogView*>()->createStandardContextMenu());
     for (QAction* action : menu->actions())
       if (!action->isSeparator()) texts << seen(action->text());
     QFileDialog dialog;
@@ -259,23 +260,15 @@ TEST_F(InterfaceNamesTest, QtsOwnTextsSpeakTheChosenLanguage) {
       texts << seen(button->text());
     return texts;
   };
-  open();
-  installQtTranslations(Language::en);
-  const QStringList english = qtTexts();
+  QStringList english;
+  inEachLanguage({Language::en}, [&](MainWindow& w) { english = qtTexts(w); });
   ASSERT_GE(english.size(), 4);
-  window.reset();
-  for (Language language : {Language::nl, Language::de, Language::fr, Language::es}) {
-    SCOPED_TRACE(std::string(code(language)));
-    LanguageOverride guard(language);
-    ASSERT_TRUE(installQtTranslations(language))
-        << "Qt's translations are missing: install qt6-translations-l10n (scripts/setup.sh)";
-    open();
-    const QStringList translated = qtTexts();
+  inEachLanguage({Language::nl, Language::de, Language::fr, Language::es}, [&](MainWindow& w) {
+    const QStringList translated = qtTexts(w);
     ASSERT_EQ(translated.size(), english.size());
     for (qsizetype i = 0; i < english.size(); ++i)
       EXPECT_NE(translated[i], english[i]) << english[i].toStdString();
-    window.reset();
-  }
+  });
 }
 
 } // namespace
