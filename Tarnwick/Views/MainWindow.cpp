@@ -102,8 +102,8 @@ void StatusDot::paintEvent(QPaintEvent*) {
 }
 
 QSize StatusText::minimumSizeHint() const {
-  return {fontMetrics().horizontalAdvance(QStringLiteral("Flashing…")),
-          QLabel::minimumSizeHint().height()};
+  // A few words, the rest in the tooltip.
+  return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
 }
 
 bool StatusText::isElided() const {
