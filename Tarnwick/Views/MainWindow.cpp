@@ -431,17 +431,20 @@ void MainWindow::buildMenus() {
   struct FindCommand {
     std::string text;
     QKeySequence keys;
-    void (LogFindBar::*find)();
+    void (*find)(LogFindBar&);
   };
-  for (const FindCommand& command :
-       {FindCommand{L10n::Find::findInLog(), Shortcuts::findInLog(), &LogFindBar::open},
-        FindCommand{L10n::Find::findNext(), Shortcuts::findNext(), &LogFindBar::next},
-        FindCommand{L10n::Find::findPrevious(), Shortcuts::findPrevious(), &LogFindBar::previous}})
+  const FindCommand commands[] = {
+      {L10n::Find::findInLog(), Shortcuts::findInLog(), [](LogFindBar& bar) { bar.open(); }},
+      {L10n::Find::findNext(), Shortcuts::findNext(), [](LogFindBar& bar) { bar.next(); }},
+      {L10n::Find::findPrevious(), Shortcuts::findPrevious(),
+       [](LogFindBar& bar) { bar.previous(); }},
+  };
+  for (const FindCommand& command : commands)
     add(
         view, command.text,
         [this, find = command.find] {
           setLogShown(true);
-          (findBar_->*find)();
+          find(*findBar_);
         },
         command.keys);
   view->addSeparator();
