@@ -1,5 +1,6 @@
 // tarnwick-simboard: serves a simulated board on a pseudo-terminal until interrupted, so that
-// tarnwick-cli --test-device (or the desktop program) can be tried without hardware.
+// tarnwick-cli --test-device (or the desktop program) can be tried without hardware; with
+// --rfc2217, also on a TCP port as a serial server, its reset lines driving the board's circuit.
 
 #include <unistd.h>
 
@@ -17,6 +18,7 @@
 #include "FlashCore/AVR.hpp"
 #include "Localization/SimulatorTexts.hpp"
 #include "Simulator/DemoFirmware.hpp"
+#include "Simulator/NetworkSerialServer.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
 
@@ -53,12 +55,31 @@ int failure(const std::string& message) {
   return 1;
 }
 
+std::optional<std::uint16_t> tcpPort(std::string_view text) {
+  if (text.empty() || text.size() > 5) return std::nullopt;
+  unsigned value = 0;
+  for (char c : text) {
+    if (c < '0' || c > '9') return std::nullopt;
+    value = value * 10 + static_cast<unsigned>(c - '0');
+  }
+  if (value > 65535) return std::nullopt;
+  return static_cast<std::uint16_t>(value);
+}
+
+// Chips with Espressif's USB-Serial-JTAG, which resets them by its own sequence.
+bool hasUSBJTAG(ESPChip chip) {
+  return chip == ESPChip::esp32s3 || chip == ESPChip::esp32c3 || chip == ESPChip::esp32c6;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
   std::optional<std::string> board;
   bool pace = false;
   std::optional<std::filesystem::path> demo;
+  std::optional<std::uint16_t> networkPort;
+  std::optional<std::string> bindAddress;
+  std::optional<std::string> circuit;
   for (int i = 1; i < argc; ++i) {
     const std::string_view word = argv[i];
     if (word == "-h" || word == "--help") {
@@ -75,6 +96,18 @@ int main(int argc, char** argv) {
       if (i + 1 >= argc || argv[i + 1][0] == '\0')
         return usageError(Texts::missingValue("--demo-folder"));
       demo = argv[++i];
+    } else if (word == "--rfc2217" || word == "--bind" || word == "--reset-circuit") {
+      if (i + 1 >= argc || argv[i + 1][0] == '\0')
+        return usageError(Texts::missingSetting(std::string(word)));
+      const std::string value = argv[++i];
+      if (word == "--rfc2217") {
+        networkPort = tcpPort(value);
+        if (!networkPort) return usageError(Texts::invalidTCPPort(value));
+      } else if (word == "--bind") {
+        bindAddress = value;
+      } else {
+        circuit = value;
+      }
     } else if (word.starts_with("-") || board) {
       return usageError(Texts::unknownOption(std::string(word)));
     } else {
@@ -89,6 +122,16 @@ int main(int argc, char** argv) {
   if (avrBoard && !simulable(*avrBoard))
     return failure(Texts::cannotSimulate(std::string(displayName(*avrBoard))));
   const std::string name(chip ? displayName(*chip) : displayName(*avrBoard));
+  if (!networkPort && (bindAddress || circuit))
+    return usageError(Texts::needsRFC2217(bindAddress ? "--bind" : "--reset-circuit"));
+  ResetWiring wiring = chip ? ResetWiring::espAutoReset : ResetWiring::arduino;
+  if (circuit) {
+    if (chip && *circuit == "usbJTAG" && hasUSBJTAG(*chip)) {
+      wiring = ResetWiring::espUSBJTAG;
+    } else if (!chip || *circuit != "classic") {
+      return usageError(Texts::invalidResetCircuit(*circuit, name));
+    }
+  }
 
   if (demo) {
     try {
@@ -121,11 +164,26 @@ int main(int argc, char** argv) {
   } catch (const std::runtime_error& error) {
     return failure(Texts::cannotOpenTerminal(error.what()));
   }
+  std::unique_ptr<NetworkSerialServer> server;
+  if (networkPort) {
+    const std::string address = bindAddress ? *bindAddress : "127.0.0.1";
+    auto start = [&esp, &avr](BoardStart how) {
+      if (esp) esp->start(how);
+      if (avr) avr->start(how);
+    };
+    try {
+      server = std::make_unique<NetworkSerialServer>(path, wiring, start, address, *networkPort);
+    } catch (const std::runtime_error& error) {
+      return failure(Texts::cannotListen(address, error.what()));
+    }
+  }
+  const std::string shown = server ? server->portName() : path;
   // The first line is for scripts; the explanation is for a person at a terminal.
-  std::printf("%s\n", path.c_str());
+  std::printf("%s\n", shown.c_str());
   std::fflush(stdout);
   if (::isatty(STDOUT_FILENO)) {
-    std::fprintf(stderr, "%s\n", Texts::serving(name, path).c_str());
+    std::fprintf(stderr, "%s\n",
+                 (server ? Texts::servingNetwork(name, shown) : Texts::serving(name, path)).c_str());
     if (demo) std::fprintf(stderr, "%s\n", Texts::demoWritten(demo->string()).c_str());
   }
 
