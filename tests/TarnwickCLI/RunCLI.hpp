@@ -109,5 +109,43 @@ inline Result runCLI(const std::vector<std::string>& args, const std::string& in
   return result;
 }
 
+// A program left running for a test (tarnwick-simboard serving a board), ended with SIGTERM
+// when the test is done. Its first line of output is kept: where it serves.
+class RunningProgram {
+public:
+  RunningProgram(const char* program, const std::vector<std::string>& args) {
+    int out[2];
+    EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, out[1], 1);
+    std::vector<std::string> words = {program};
+    words.insert(words.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& w : words)
+      argv.push_back(w.data());
+    argv.push_back(nullptr);
+    EXPECT_EQ(posix_spawn(&pid_, program, &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(out[1]);
+    pollfd wait{out[0], POLLIN, 0};
+    char c = 0;
+    while (::poll(&wait, 1, 20000) > 0 && ::read(out[0], &c, 1) == 1 && c != '\n')
+      firstLine_ += c;
+    ::close(out[0]);
+  }
+  ~RunningProgram() {
+    ::kill(pid_, SIGTERM);
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+  }
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+  const std::string& firstLine() const { return firstLine_; }
+
+private:
+  pid_t pid_ = -1;
+  std::string firstLine_;
+};
 
 } // namespace tarnwick::testing
