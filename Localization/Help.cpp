@@ -42,9 +42,9 @@ std::string HelpBlock::text() const {
 namespace tarnwick::L10n::Help {
 
 std::vector<HelpTopic> topics() {
-  return {content::start(),   content::products(),   content::esp(),
-          content::arduino(), content::production(), content::troubleshooting(),
-          content::privacy(), content::shortcuts()};
+  return {content::start(),      content::products(),        content::esp(),
+          content::arduino(),    content::production(),      content::network(),
+          content::troubleshooting(), content::privacy(), content::shortcuts()};
 }
 
 HelpIcon icon(std::string_view symbol) {
@@ -59,6 +59,7 @@ HelpIcon icon(std::string_view symbol) {
       {"cpu", "tarnwick-help-cpu", true},
       {"memorychip", "tarnwick-help-memorychip", true},
       {"square.stack.3d.up", "tarnwick-help-series", true},
+      {"network", "network-wired", false},
       {"wrench.and.screwdriver", "applications-utilities", false},
       {"lock.shield", "security-high", false},
       {"keyboard", "input-keyboard", false},
