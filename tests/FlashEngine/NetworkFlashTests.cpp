@@ -5,7 +5,6 @@
 #include <memory>
 #include <thread>
 
-#include "FlashCore/ProductCheck.hpp"
 #include "FlashEngine/ESPLoader.hpp"
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashSerial/FlashPortError.hpp"
@@ -23,15 +22,6 @@ using namespace tarnwick::testing;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-bool holdsPlan(const SimulatedESP& board, const ProductWithFiles& p, ESPChip chip) {
-  const Bytes flash = board.flash();
-  for (const FlashWrite& write : FlashPlan::writes(p.product, p.files, chip)) {
-    if (!std::equal(write.data.begin(), write.data.end(), flash.begin() + write.offset))
-      return false;
-  }
-  return true;
-}
 
 bool holdsSketch(const SimulatedAVR& board, const ProductWithFiles& p) {
   const Bytes& sketch = p.files.begin()->second;
@@ -62,7 +52,7 @@ TEST(NetworkFlash, ThroughSer2netToSimulatedBoards) {
     const FlashSummary summary = job.run();
     EXPECT_EQ(summary.chip, "ESP32");
     EXPECT_EQ(summary.portPath, server.portName());
-    EXPECT_TRUE(holdsPlan(board, p, ESPChip::esp32));
+    EXPECT_TRUE(flashHoldsPlan(board.flash(), p, ESPChip::esp32));
     EXPECT_EQ(board.baud(), p.product.flashBaud); // the speed change went through
     // The restart at the end changes lines, which this server does not confirm: said once.
     EXPECT_EQ(recorder.count<FlashEvents::LinesUnconfirmed>(), 1);
@@ -131,7 +121,7 @@ TEST(NetworkFlash, EachResetSequenceOnTheBoardsOwnCircuit) {
     FlashJob job(p.product, p.files, server.portName(), false, std::ref(recorder));
     if (c.reachesBootloader) {
       EXPECT_NO_THROW(job.run());
-      EXPECT_TRUE(esp ? holdsPlan(*esp, p, *c.chip) : holdsSketch(*avr, p));
+      EXPECT_TRUE(esp ? flashHoldsPlan(esp->flash(), p, *c.chip) : holdsSketch(*avr, p));
     } else {
       EXPECT_EQ(errorOf<FlashError>([&] { job.run(); }), FlashError::noSync());
       EXPECT_EQ(esp->requests(ESPCommand::sync), 0); // the application never heard a request

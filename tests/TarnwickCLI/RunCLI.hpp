@@ -31,6 +31,18 @@ struct Result {
   }
 };
 
+// The argument vector of `program` with `args`, pointing into `words`, which must outlive it.
+inline std::vector<char*> argumentVector(std::vector<std::string>& words, const char* program,
+                                         const std::vector<std::string>& args) {
+  words = {program};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& w : words)
+    argv.push_back(w.data());
+  argv.push_back(nullptr);
+  return argv;
+}
+
 // Runs tarnwick-cli (or `program`) in `language`; with `interruptWhen`, sends SIGINT once stdout
 // contains it, or with `closeOutputInstead` stops reading standard output there, as a reader
 // at the end of a pipe that goes away.
@@ -44,12 +56,8 @@ inline Result runCLI(const std::vector<std::string>& args, const std::string& in
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, out[1], 1);
   posix_spawn_file_actions_adddup2(&actions, err[1], 2);
-  std::vector<std::string> words = {program};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (auto& w : words)
-    argv.push_back(w.data());
-  argv.push_back(nullptr);
+  std::vector<std::string> words;
+  std::vector<char*> argv = argumentVector(words, program, args);
   std::vector<std::string> env = {"LANGUAGE=" + language, "LANG=C.UTF-8", "PATH=/usr/bin:/bin"};
   std::vector<char*> envp;
   for (auto& e : env)
@@ -119,12 +127,8 @@ public:
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, out[1], 1);
-    std::vector<std::string> words = {program};
-    words.insert(words.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (auto& w : words)
-      argv.push_back(w.data());
-    argv.push_back(nullptr);
+    std::vector<std::string> words;
+    std::vector<char*> argv = argumentVector(words, program, args);
     EXPECT_EQ(posix_spawn(&pid_, program, &actions, nullptr, argv.data(), environ), 0);
     posix_spawn_file_actions_destroy(&actions);
     ::close(out[1]);
