@@ -13,7 +13,6 @@
 #include <gensio/gensio.h>
 #include <gensio/gensio_err.h>
 #include <gensio/gensio_os_funcs.h>
-#include <gensio/gensio_unix.h>
 #include <gensio/sergensio.h>
 #include <pthread.h>
 #include <signal.h>
@@ -28,6 +27,7 @@
 #include <utility>
 
 #include "FlashSerial/FlashPort.hpp"
+#include "FlashSerial/GensioEventLoop.hpp"
 #include "FlashSerial/NetworkLink.hpp"
 
 namespace tarnwick {
@@ -113,8 +113,6 @@ int errorNumber(int gensioError) {
   }
 }
 
-void ignoreLog(gensio_os_funcs*, gensio_log_levels, const char*, va_list) {}
-
 // In synchronous mode reads and writes bypass this; the rest (modem state reports, purge echoes)
 // is of no use to a flashing run.
 int ignoreEvent(gensio*, void*, int, int, unsigned char*, gensiods*, const char* const*) {
@@ -135,39 +133,37 @@ struct NetworkLink::Connection {
   gensio_os_funcs* os = nullptr;
   gensio* io = nullptr;
   sergensio* serial = nullptr;
-  bool opening = false;
   bool openDone = false;
   int openError = 0;
-  bool closeDone = false;
   std::deque<std::unique_ptr<Request>> requests;
   std::vector<Request*> awaited;
 
-  Connection() {
-    if (gensio_unix_funcs_alloc(nullptr, 0, &os) != 0) os = nullptr;
-    if (os) gensio_os_funcs_set_vlog(os, ignoreLog);
-  }
+  Connection() : os(newGensioEventLoop()) {}
 
   ~Connection() {
     SigpipeGuard guard;
-    if (io) {
-      // Closing a connection that is still being opened abandons the open.
-      if (gensio_close(io, &Connection::closed, this) == 0) {
-        serviceUntil([this] { return closeDone; }, deadlineAfter(1.0), {});
-      }
-      gensio_free(io);
-    }
+    if (io) release(io);
     if (os) gensio_os_funcs_free(os);
   }
 
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  /// Frees a stack, which closes its connection or abandons its opening. The event loop takes
+  /// the stack apart afterwards, so it runs until it has nothing left to do.
+  void release(gensio* stack) {
+    gensio_free(stack);
+    for (int round = 0; round < 1000; ++round) {
+      gensio_time slice{0, 1'000'000};
+      if (gensio_os_funcs_service(os, &slice) == GE_TIMEDOUT) break;
+    }
+  }
+
   static void opened(gensio*, int error, void* data) {
     auto* connection = static_cast<Connection*>(data);
     connection->openDone = true;
     connection->openError = error;
   }
-  static void closed(gensio*, void* data) { static_cast<Connection*>(data)->closeDone = true; }
   static void answered(sergensio*, int error, unsigned value, void* data) {
     auto* request = static_cast<Request*>(data);
     request->answered = true;
@@ -327,11 +323,7 @@ FlashPortError NetworkLink::closedByServer() {
         heard.append(buffer, count);
       }
     }
-    bool closed = false;
-    auto onClose = [](gensio*, void* data) { *static_cast<bool*>(data) = true; };
-    if (gensio_close(plain, onClose, &closed) == 0)
-      c.serviceUntil([&] { return closed; }, deadlineAfter(1.0), {});
-    gensio_free(plain);
+    c.release(plain);
   }
   if (auto known = reason(heard)) return *known;
   return FlashPortError::disconnected(address_.server());

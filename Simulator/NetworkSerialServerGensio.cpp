@@ -5,7 +5,6 @@
 #include <gensio/gensio.h>
 #include <gensio/gensio_err.h>
 #include <gensio/gensio_os_funcs.h>
-#include <gensio/gensio_unix.h>
 #include <gensio/sergensio.h>
 #include <pthread.h>
 #include <signal.h>
@@ -18,6 +17,7 @@
 #include <string_view>
 #include <thread>
 
+#include "FlashSerial/GensioEventLoop.hpp"
 #include "FlashSerial/NetworkPort.hpp"
 #include "Simulator/NetworkSerialServer.hpp"
 
@@ -29,8 +29,6 @@ double steadySeconds() {
   return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
       .count();
 }
-
-void ignoreLog(gensio_os_funcs*, gensio_log_levels, const char*, va_list) {}
 
 int ignoreEvent(gensio*, void*, int, int, unsigned char*, gensiods*, const char* const*) {
   return GE_NOTSUP;
@@ -232,11 +230,8 @@ NetworkSerialServer::NetworkSerialServer(std::string devicePath, ResetWiring wir
   auto failed = [](const std::string& what, int error) {
     return std::runtime_error(what + ": " + gensio_err_to_str(error));
   };
-  if (int error = gensio_unix_funcs_alloc(nullptr, 0, &s.os)) {
-    s.os = nullptr;
-    throw failed("event loop", error);
-  }
-  gensio_os_funcs_set_vlog(s.os, ignoreLog);
+  s.os = newGensioEventLoop();
+  if (!s.os) throw failed("event loop", GE_NOMEM);
 
   const std::string device = "serialdev(nouucplock=true)," + devicePath + ",115200n81,local";
   if (int error = str_to_gensio(device.c_str(), s.os, &Service::deviceEvent, &s, &s.device)) {
