@@ -15,8 +15,13 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 bool isLetterOrDigit(char c) { return isDigit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 bool parses(int family, std::string_view text) {
+  // The system reads up to the first NUL: "8::0\0 x" would pass as "8::0". Only the characters
+  // an address is written with are let through to it.
+  const bool written = std::all_of(text.begin(), text.end(), [](char c) {
+    return isDigit(c) || c == '.' || c == ':' || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+  });
   unsigned char address[16];
-  return inet_pton(family, std::string(text).c_str(), address) == 1;
+  return written && inet_pton(family, std::string(text).c_str(), address) == 1;
 }
 
 // A name the resolver can be asked for: labels of letters, digits and inner hyphens. A name of

@@ -98,6 +98,11 @@ TEST(PathCheck, NetworkPortsParseStrictly) {
     EXPECT_EQ(parseNetworkPort(c.name), c.address) << c.name;
     EXPECT_EQ(isValidPortName(c.name), c.address.has_value()) << c.name;
   }
+  // Whatever follows a NUL still counts (the system's address parser would stop there).
+  using namespace std::string_view_literals;
+  for (std::string_view name : {"rfc2217://[8::0\0 x]:2041"sv, "rfc2217://[::1\0]:2000"sv,
+                                "rfc2217://10.0.0.1\0:2000"sv, "rfc2217://pi\0:2000"sv})
+    EXPECT_FALSE(parseNetworkPort(name)) << name.size();
   const std::string longHost = std::string(63, 'a') + "." + std::string(63, 'b');
   EXPECT_TRUE(parseNetworkPort("rfc2217://" + longHost + ":1"));
   EXPECT_FALSE(parseNetworkPort("rfc2217://" + std::string(64, 'a') + ":1"));
