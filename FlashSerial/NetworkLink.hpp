@@ -37,7 +37,8 @@ public:
   NetworkLink(const NetworkLink&) = delete;
   NetworkLink& operator=(const NetworkLink&) = delete;
 
-  /// Connects, agrees on RFC 2217 and sets the line speed; nothing when already open. A server
+  /// Connects, agrees on RFC 2217 and sets the line speed; nothing when already open, unless the
+  /// server has closed the connection, which is then made anew. A server
   /// that holds the connection open has its board's device open: this is how a board behind a
   /// network port is known to be present. Throws hostNotFound, connectionRefused, noAnswer,
   /// notRFC2217, noBoard, portInUse, unsupportedBaudRate or disconnected.
@@ -67,11 +68,12 @@ private:
 
   // Reads what arrives within `seconds` into `pending_`; false once the connection is gone.
   bool receive(double seconds);
-  // Waits until no confirmation of `requests` is outstanding, at most `seconds`, keeping what
-  // arrives meanwhile; true when all came.
+  // Waits until the requests just sent are confirmed, at most `seconds`, keeping what arrives
+  // meanwhile; true when all were.
   bool awaitConfirmations(double seconds);
   // Why the server closed the connection it had just accepted, from what it said.
   FlashPortError closedByServer();
+  // Closes and throws: an open that fails leaves nothing open.
   [[noreturn]] void fail(FlashPortError error);
 
   NetworkPortAddress address_;

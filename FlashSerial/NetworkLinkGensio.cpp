@@ -215,7 +215,8 @@ void NetworkLink::fail(FlashPortError error) {
 }
 
 void NetworkLink::open() {
-  if (isOpen()) return;
+  // A connection the server closed is made anew, as the board may be back.
+  if (isOpen() && !lost_) return;
   close();
   pending_.clear();
   connection_ = std::make_unique<Connection>();
