@@ -125,3 +125,32 @@ TEST(NetworkLink, LineChangesAreConfirmedOrGivenUpOnOnce) {
   EXPECT_EQ(starts[0], BoardStart::application);
   EXPECT_EQ(starts[1], BoardStart::heldInReset);
 }
+
+// A server that goes away ends the connection as an unplugged adapter ends a port; opened again,
+// the link connects anew to whatever serves the port by then.
+TEST(NetworkLink, ALostConnectionIsUnpluggedAndOpensAgain) {
+  PseudoTerminal board;
+  auto server = std::make_unique<NetworkSerialServer>(board.path(), ResetWiring::arduino,
+                                                      [](BoardStart) {});
+  const std::uint16_t port = server->port();
+  NetworkLink link(addressOf(server->portName()), 115200);
+  link.open();
+  server.reset();
+  const auto deadline = Clock::now() + std::chrono::seconds(5);
+  std::optional<FlashPortError> lost;
+  while (!lost && Clock::now() < deadline) {
+    try {
+      link.read(0.05);
+    } catch (const FlashPortError& error) {
+      lost = error;
+    }
+  }
+  EXPECT_EQ(lost, FlashPortError::disconnected("127.0.0.1:" + std::to_string(port)));
+  EXPECT_THROW(link.write(Bytes{1}), FlashPortError);
+
+  server = std::make_unique<NetworkSerialServer>(board.path(), ResetWiring::arduino,
+                                                 [](BoardStart) {}, "127.0.0.1", port);
+  link.open();
+  link.write(Bytes{0x30});
+  EXPECT_EQ(board.receive(1, 5.0), Bytes{0x30});
+}
