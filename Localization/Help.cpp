@@ -79,8 +79,8 @@ std::vector<std::string> screenshotNames() {
 }
 
 std::string windowTitle() {
-  return tr({"Tarnwick Help", "Tarnwick-help", "Tarnwick-Hilfe", "Aide de Tarnwick",
-             "Ayuda de Tarnwick"});
+  return tr({"Tarnwick &Help", "Tarnwick-&help", "Tarnwick-&Hilfe", "&Aide de Tarnwick",
+             "&Ayuda de Tarnwick"});
 }
 std::string searchPlaceholder() {
   return tr({"Search help", "Zoek in help", "Hilfe durchsuchen", "Rechercher dans l’aide",

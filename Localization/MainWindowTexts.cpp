@@ -8,27 +8,28 @@
 
 namespace tarnwick::L10n::Menu {
 std::string newProduct() {
-  return tr({"New Product", "Nieuw product", "Neues Produkt", "Nouveau produit", "Nuevo producto"});
+  return tr(
+      {"&New Product", "&Nieuw product", "&Neues Produkt", "&Nouveau produit", "&Nuevo producto"});
 }
 std::string openProduct() {
-  return tr({"Open Product…", "Product openen…", "Produkt öffnen …", "Ouvrir un produit…",
-             "Abrir producto…"});
+  return tr({"&Open Product…", "Product &openen…", "Produkt ö&ffnen …", "&Ouvrir un produit…",
+             "&Abrir producto…"});
 }
 std::string saveProduct() {
-  return tr({"Save Product", "Product opslaan", "Produkt speichern", "Enregistrer le produit",
-             "Guardar producto"});
+  return tr({"&Save Product", "&Product opslaan", "Produkt &speichern", "&Enregistrer le produit",
+             "&Guardar producto"});
 }
 std::string saveProductAs() {
-  return tr({"Save Product As…", "Product opslaan als…", "Produkt speichern unter …",
-             "Enregistrer le produit sous…", "Guardar producto como…"});
+  return tr({"Save Product &As…", "Product opslaan &als…", "Produkt speichern &unter …",
+             "Enregistrer le produit &sous…", "Guardar producto &como…"});
 }
 std::string saveLog() {
-  return tr({"Save Log…", "Logboek opslaan…", "Protokoll speichern …", "Enregistrer le journal…",
-             "Guardar registro…"});
+  return tr({"Save &Log…", "&Logboek opslaan…", "&Protokoll speichern …",
+             "Enregistrer le &journal…", "Guardar r&egistro…"});
 }
 std::string clearLog() {
-  return tr({"Clear Log", "Logboek wissen", "Protokoll löschen", "Effacer le journal",
-             "Borrar registro"});
+  return tr({"&Clear Log", "Logboek &wissen", "Protokoll &löschen", "&Effacer le journal",
+             "&Borrar registro"});
 }
 } // namespace tarnwick::L10n::Menu
 
@@ -141,7 +142,7 @@ std::string selectPort() {
              "Choisissez un port…", "Elige un puerto…"});
 }
 std::string start() { return tr({"Start", "Starten", "Starten", "Démarrer", "Iniciar"}); }
-std::string stop() { return tr({"Stop", "Stoppen", "Stoppen", "Arrêter", "Detener"}); }
+std::string stop() { return tr({"&Stop", "&Stoppen", "&Stoppen", "&Arrêter", "&Detener"}); }
 } // namespace tarnwick::L10n::Header
 
 namespace tarnwick::L10n::Footer {
@@ -150,8 +151,8 @@ std::string logOptions() {
              "Opciones del registro"});
 }
 std::string showLog() {
-  return tr({"Show Log", "Logboek tonen", "Protokoll einblenden", "Afficher le journal",
-             "Mostrar registro"});
+  return tr({"Show &Log", "Logboek &tonen", "Protokoll &einblenden", "A&fficher le journal",
+             "&Mostrar registro"});
 }
 std::string showLogTooltip() {
   return tr({"Show or hide the log (Ctrl+L)", "Logboek tonen of verbergen (Ctrl+L)",
@@ -170,13 +171,15 @@ std::string counters(std::int64_t flashed, std::int64_t failed) {
   return {};
 }
 std::string autoscroll() {
-  return tr({"Autoscroll", "Automatisch scrollen", "Automatisch scrollen", "Défilement automatique",
-             "Desplazamiento automático"});
+  return tr({"&Autoscroll", "&Automatisch scrollen", "&Automatisch scrollen",
+             "&Défilement automatique", "&Desplazamiento automático"});
 }
 std::string timestamps() {
-  return tr({"Timestamps", "Tijdstempels", "Zeitstempel", "Horodatage", "Marcas de tiempo"});
+  return tr({"&Timestamps", "T&ijdstempels", "&Zeitstempel", "&Horodatage", "Marcas de &tiempo"});
 }
-std::string save() { return tr({"Save…", "Opslaan…", "Speichern …", "Enregistrer…", "Guardar…"}); }
+std::string save() {
+  return tr({"&Save…", "&Opslaan…", "&Speichern …", "E&nregistrer…", "&Guardar…"});
+}
 std::string saveTooltip() {
   return tr({"Save the log as a text file (Ctrl+Alt+S)",
              "Logboek opslaan als tekstbestand (Ctrl+Alt+S)",
@@ -185,8 +188,8 @@ std::string saveTooltip() {
              "Guardar el registro como archivo de texto (Control+Alt+S)"});
 }
 std::string clearLog() {
-  return tr({"Clear log", "Logboek wissen", "Protokoll löschen", "Effacer le journal",
-             "Borrar el registro"});
+  return tr({"&Clear log", "Logboek &wissen", "Protokoll &löschen", "&Effacer le journal",
+             "&Borrar el registro"});
 }
 std::string clearLogTooltip() {
   return tr({"Clear the log and counters (Ctrl+K)", "Logboek en tellers wissen (Ctrl+K)",

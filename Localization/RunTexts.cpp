@@ -136,7 +136,7 @@ std::string formatAddress(std::uint32_t address) {
 } // namespace tarnwick
 
 namespace tarnwick::L10n::State {
-std::string flash() { return tr({"Flash", "Flashen", "Flashen", "Flashage", "Flasheo"}); }
+std::string flash() { return tr({"&Flash", "&Flashen", "&Flashen", "&Flashage", "&Flasheo"}); }
 std::string ready() { return tr({"Ready", "Gereed", "Bereit", "Prêt", "Listo"}); }
 std::string flashing() {
   return tr({"Flashing", "Bezig met flashen", "Flashen läuft", "Flashage en cours", "Flasheando"});

@@ -160,9 +160,9 @@ std::string verifyExplanation() {
              "del ESP8266 no puede; allí el bootloader comprueba cada bloque."});
 }
 std::string flashAutomatically() {
-  return tr({"Flash automatically when connected", "Automatisch flashen bij aansluiten",
-             "Beim Anschließen automatisch flashen", "Flasher automatiquement à la connexion",
-             "Flashear automáticamente al conectar"});
+  return tr({"Flash &automatically when connected", "&Automatisch flashen bij aansluiten",
+             "Beim Anschließen &automatisch flashen", "Flasher automatiquement à la &connexion",
+             "Flashear &automáticamente al conectar"});
 }
 std::string flashAutomaticallyExplanation() {
   return tr(
@@ -210,10 +210,12 @@ std::string buildFolderTooltip() {
              "Tomar todos los archivos de una carpeta de compilación de PlatformIO, Arduino IDE o "
              "ESP-IDF, con sus direcciones"});
 }
-std::string remove() { return tr({"Remove", "Verwijderen", "Entfernen", "Retirer", "Quitar"}); }
+std::string remove() {
+  return tr({"&Remove", "&Verwijderen", "&Entfernen", "&Retirer", "&Quitar"});
+}
 std::string chooseAnotherFile() {
-  return tr({"Choose Another File…", "Ander bestand kiezen…", "Andere Datei wählen …",
-             "Choisir un autre fichier…", "Elegir otro archivo…"});
+  return tr({"&Choose Another File…", "&Ander bestand kiezen…", "&Andere Datei wählen …",
+             "&Choisir un autre fichier…", "&Elegir otro archivo…"});
 }
 std::string file() { return tr({"File", "Bestand", "Datei", "Fichier", "Archivo"}); }
 std::string sketch() { return tr({"Sketch", "Sketch", "Sketch", "Sketch", "Sketch"}); }

@@ -9,11 +9,12 @@ std::string boardMenu() { return tr({"&Board", "B&oard", "&Board", "&Carte", "&P
 std::string viewMenu() { return tr({"&View", "Beel&d", "&Ansicht", "&Affichage", "&Ver"}); }
 std::string helpMenu() { return tr({"&Help", "&Help", "&Hilfe", "Ai&de", "Ay&uda"}); }
 std::string openRecent() {
-  return tr({"Open Recent", "Recent geopend", "Zuletzt geöffnet", "Ouvrir un fichier récent",
-             "Abrir reciente"});
+  return tr({"Open &Recent", "&Recent geopend", "&Zuletzt geöffnet", "Ouvrir un fichier &récent",
+             "Abrir &reciente"});
 }
 std::string clearRecent() {
-  return tr({"Clear Menu", "Menu wissen", "Liste leeren", "Effacer la liste", "Borrar la lista"});
+  return tr(
+      {"&Clear Menu", "Menu &wissen", "Liste &leeren", "&Effacer la liste", "&Borrar la lista"});
 }
 std::string quit() { return tr({"&Quit", "&Stoppen", "&Beenden", "&Quitter", "&Salir"}); }
 std::string newButton() { return tr({"New", "Nieuw", "Neu", "Nouveau", "Nuevo"}); }
@@ -42,9 +43,9 @@ std::string opensAfterRun(const std::string& file) {
 }
 
 std::string trySimulatedBoard() {
-  return tr({"Try with a Simulated Board", "Uitproberen met een gesimuleerd board",
-             "Mit simuliertem Board ausprobieren", "Essayer avec une carte simulée",
-             "Probar con una placa simulada"});
+  return tr({"&Try with a Simulated Board", "&Uitproberen met een gesimuleerd board",
+             "Mit simuliertem Board &ausprobieren", "&Essayer avec une carte simulée",
+             "&Probar con una placa simulada"});
 }
 
 std::string trySimulatedBoardTooltip() {
@@ -78,16 +79,16 @@ std::string unplugSimulatedBoard(const std::string& board, const std::string& pa
 
 namespace tarnwick::L10n::Find {
 std::string findInLog() {
-  return tr({"Find in Log…", "Zoeken in logboek…", "Im Protokoll suchen …",
-             "Rechercher dans le journal…", "Buscar en el registro…"});
+  return tr({"&Find in Log…", "&Zoeken in logboek…", "Im Protokoll &suchen …",
+             "&Rechercher dans le journal…", "B&uscar en el registro…"});
 }
 std::string findNext() {
-  return tr({"Find Next", "Volgende zoeken", "Weitersuchen", "Rechercher le suivant",
-             "Buscar siguiente"});
+  return tr({"Find &Next", "&Volgende zoeken", "&Weitersuchen", "Rechercher le &suivant",
+             "Buscar &siguiente"});
 }
 std::string findPrevious() {
-  return tr({"Find Previous", "Vorige zoeken", "Rückwärts suchen", "Rechercher le précédent",
-             "Buscar anterior"});
+  return tr({"Find &Previous", "Vo&rige zoeken", "&Rückwärts suchen", "Rechercher le &précédent",
+             "Buscar &anterior"});
 }
 std::string placeholder() {
   return tr({"Find in the log", "Zoeken in het logboek", "Im Protokoll suchen",

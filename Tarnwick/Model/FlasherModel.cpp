@@ -724,6 +724,7 @@ void FlasherModel::startRun(std::optional<std::string> leaveBoardWithMAC) {
     if (image.enabled) total += image.size;
   }
   lastProgressPublish_.reset();
+  progressFile_.clear();
   setProgress(0, std::max<qint64>(total, 1));
   setStageText(qs(L10n::Stage::connecting()));
   appendLine(RunNarration::opening(product_.name, portLabel(selectedPath_).toStdString()));
@@ -766,6 +767,10 @@ void FlasherModel::handle(const FlashEvent& event) {
   // Progress too goes through the narrator: an AVR write shows its stage again once bytes move.
   if (auto* connected = std::get_if<FlashEvents::Connected>(&event)) runMAC_ = connected->mac;
   NarratedStep step = narrator_->narrate(event);
+  if (auto* writing = std::get_if<FlashEvents::Writing>(&event))
+    progressFile_ = qs(visible(writing->name));
+  else if (auto* verifying = std::get_if<FlashEvents::Verifying>(&event))
+    progressFile_ = qs(visible(verifying->name));
   if (step.stage) setStageText(qs(*step.stage));
   if (step.line) appendLine(*step.line);
   if (step.note) appendLine(*step.note);

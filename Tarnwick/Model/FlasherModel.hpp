@@ -187,6 +187,9 @@ public:
   qint64 progressDone() const { return progressDone_; }
   qint64 progressTotal() const { return progressTotal_; }
   QString stageText() const { return stageText_; }
+  /// The file the run is writing or verifying, as named in its stage text; empty before the
+  /// first write and between runs. Changes with the stage text.
+  QString progressFile() const { return progressFile_; }
   const std::optional<FlashOutcome>& outcome() const { return outcome_; }
   const FlashStatistics& statistics() const { return statistics_; }
   bool autoFlash() const { return autoFlash_; }
@@ -372,6 +375,7 @@ private:
   qint64 progressDone_ = 0;
   qint64 progressTotal_ = 0;
   QString stageText_;
+  QString progressFile_;
   std::optional<FlashOutcome> outcome_;
   FlashStatistics statistics_;
   bool autoFlash_ = false;

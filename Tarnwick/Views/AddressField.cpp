@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/RunTexts.hpp"
 
 namespace tarnwick {
@@ -80,6 +81,12 @@ void AddressField::restore() {
 void AddressField::setMarked(bool invalid) {
   invalid_ = invalid;
   mark_->setVisible(invalid);
+  // What the red mark shows, in words: for a screen reader, and as the mark's tooltip.
+  const QString problem =
+      invalid ? QString::fromStdString(L10n::Accessible::notAValidAddress(text().toStdString()))
+              : QString();
+  mark_->setToolTip(problem);
+  if (accessibleDescription() != problem) setAccessibleDescription(problem);
 }
 
 void AddressField::focusOutEvent(QFocusEvent* event) {

@@ -26,6 +26,8 @@
 #include "FlashCore/ESPImage.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/ProductPackage.hpp"
+#include "FlashCore/VisibleText.hpp"
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
@@ -235,6 +237,9 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
 
   table_ = new QTableWidget(0, 6);
   table_->setObjectName("fileTable");
+  table_->setAccessibleName(qt(L10n::Accessible::fileTable()));
+  // Tab leaves the table for the controls of its rows; the arrow keys move within it.
+  table_->setTabKeyNavigation(false);
   table_->verticalHeader()->hide();
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -304,6 +309,9 @@ std::vector<UUID> FileListPanel::selectedIDs() const {
 void FileListPanel::retitle() {
   table_->horizontalHeaderItem(enabledColumn)->setText(QString());
   table_->horizontalHeaderItem(enabledColumn)->setToolTip(qt(L10n::Images::flashThisFile()));
+  // The column of boxes shows no title; it is read out as what its boxes do.
+  table_->horizontalHeaderItem(enabledColumn)
+      ->setData(Qt::AccessibleTextRole, qt(L10n::Images::flashThisFile()));
   table_->horizontalHeaderItem(fileColumn)
       ->setText(qt(arduino_ ? L10n::Images::sketch() : L10n::Images::file()));
   table_->horizontalHeaderItem(roleColumn)->setText(qt(L10n::Images::kind()));
@@ -352,6 +360,14 @@ void FileListPanel::refresh() {
 void FileListPanel::rebuildRows() {
   table_->clearContents();
   table_->setRowCount(static_cast<int>(rowIDs_.size()));
+  // Tab visits the rows' controls right after the table, row by row, before what follows it.
+  QWidget* previous = table_;
+  auto follow = [&](QWidget* control) {
+    QWidget::setTabOrder(previous, control);
+    previous = control;
+    // The row of the control with the focus is the selected one, the one Delete removes.
+    control->installEventFilter(this);
+  };
   for (int row = 0; row < table_->rowCount(); ++row) {
     UUID id = rowIDs_[row];
     auto editImage = [this, id](auto change) {
@@ -367,6 +383,7 @@ void FileListPanel::rebuildRows() {
       editImage([on](FirmwareImage& image) { image.enabled = on; });
     });
     table_->setCellWidget(row, enabledColumn, centred(box, Qt::AlignCenter));
+    follow(box);
 
     auto* role = new QComboBox;
     for (FirmwareImage::Role each : allRoles)
@@ -376,6 +393,7 @@ void FileListPanel::rebuildRows() {
       editImage([chosen](FirmwareImage& image) { image.role = chosen; });
     });
     table_->setCellWidget(row, roleColumn, centred(role));
+    follow(role);
 
     auto* address = new AddressField;
     address->setToolTip(qt(L10n::Images::addressTooltip()));
@@ -384,8 +402,11 @@ void FileListPanel::rebuildRows() {
       editImage([value](FirmwareImage& image) { image.offset = value; });
     });
     table_->setCellWidget(row, addressColumn, centred(address));
+    follow(address);
 
-    for (int column : {int(fileColumn), int(sizeColumn), int(locationColumn)})
+    // Every cell has an item: those under a control carry what it holds as their text for
+    // assistive technology, which reads the table by its cells.
+    for (int column = 0; column < table_->columnCount(); ++column)
       table_->setItem(row, column, new QTableWidgetItem);
   }
 }
@@ -398,16 +419,28 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
   if (found == product.images.end()) return;
   const FirmwareImage& image = *found;
 
+  // The controls are named after their file, as a screen reader reaches each on its own; the
+  // cells under them say what they hold.
+  const std::string name = visible(image.fileName);
   if (auto* box = cellControl<QCheckBox>(row, enabledColumn)) {
     QSignalBlocker quiet(box);
     box->setChecked(image.enabled);
+    box->setAccessibleName(qt(L10n::Accessible::flashFile(name)));
   }
+  table_->item(row, enabledColumn)
+      ->setData(Qt::AccessibleTextRole, qt(L10n::Accessible::flashThisFileAnswer(image.enabled)));
   if (auto* role = cellControl<QComboBox>(row, roleColumn)) {
     QSignalBlocker quiet(role);
     role->setCurrentIndex(role->findData(static_cast<int>(image.role)));
+    role->setAccessibleName(qt(L10n::Accessible::ofFile(L10n::Images::kind(), name)));
   }
-  if (auto* address = cellControl<AddressField>(row, addressColumn))
+  table_->item(row, roleColumn)->setData(Qt::AccessibleTextRole, roleName(image.role));
+  if (auto* address = cellControl<AddressField>(row, addressColumn)) {
     address->setAddress(image.offset);
+    address->setAccessibleName(qt(L10n::Accessible::ofFile(L10n::Images::address(), name)));
+  }
+  table_->item(row, addressColumn)
+      ->setData(Qt::AccessibleTextRole, qt(formatAddress(image.offset)));
   table_->item(row, fileColumn)->setText(qt(image.fileName));
   table_->item(row, fileColumn)->setToolTip(qt(image.fileName));
   table_->item(row, sizeColumn)->setText(qt(formatByteCount(image.size)));
@@ -441,6 +474,8 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
   location->setText(lines.join(u'\n'));
   location->setToolTip(lines.join(u'\n'));
   location->setData(lineKindsRole, kinds);
+  location->setData(Qt::AccessibleTextRole,
+                    lines.isEmpty() ? qt(L10n::Accessible::nothingToReport()) : QVariant());
 }
 
 void FileListPanel::chooseFiles() {
@@ -464,8 +499,9 @@ void FileListPanel::removeSelected() {
 }
 
 void FileListPanel::chooseAnotherFile(const UUID& id) {
-  QString file = QFileDialog::getOpenFileName(this, qt(L10n::Images::chooseAnotherFile()),
-                                              QString(), qt(W::firmwareFileFilter()));
+  QString file =
+      QFileDialog::getOpenFileName(this, withoutMnemonic(L10n::Images::chooseAnotherFile()),
+                                   QString(), qt(W::firmwareFileFilter()));
   if (!file.isEmpty()) model_.replaceFile(id, file.toStdString());
 }
 
@@ -478,6 +514,20 @@ void FileListPanel::showContextMenu(const QPoint& position) {
   menu.addAction(anotherFileAction_);
   anotherFileAction_->setEnabled(ids.size() == 1);
   menu.exec(table_->viewport()->mapToGlobal(position));
+}
+
+bool FileListPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::FocusIn) {
+    auto* control = static_cast<QWidget*>(watched);
+    const QModelIndex index =
+        table_->indexAt(control->mapTo(table_->viewport(), control->rect().center()));
+    if (index.isValid()) {
+      table_->setCurrentIndex(index);
+      table_->selectRow(index.row());
+      table_->scrollTo(index);
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void FileListPanel::changeEvent(QEvent* event) {

@@ -1,9 +1,11 @@
 #include "Tarnwick/Views/HelpWindow.hpp"
 
+#include <QAction>
 #include <QDialog>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -22,7 +24,9 @@
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/Language.hpp"
+#include "Tarnwick/Views/Accessibility.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 
 namespace tarnwick {
@@ -45,7 +49,7 @@ constexpr int relayoutStep = 24;
 HelpWindow::HelpWindow(QWidget* parent)
     : QWidget(parent, Qt::Window), index_(L10n::Help::topics()) {
   setObjectName("help");
-  setWindowTitle(qt(L10n::Help::windowTitle()));
+  setWindowTitle(withoutMnemonic(L10n::Help::windowTitle()));
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   auto* splitter = new QSplitter;
@@ -58,9 +62,14 @@ HelpWindow::HelpWindow(QWidget* parent)
   search_->setObjectName("helpSearch");
   search_->setPlaceholderText(qt(L10n::Help::searchPlaceholder()));
   search_->setClearButtonEnabled(true);
+  search_->setAccessibleName(search_->placeholderText());
+  nameClearButton(search_);
+  // The arrow keys in the field step through the topics found, as in the list itself.
+  search_->installEventFilter(this);
   sidebar_ = new QStackedWidget;
   list_ = new QListWidget;
   list_->setObjectName("helpTopics");
+  list_->setAccessibleName(qt(L10n::Accessible::helpTopics()));
   list_->setIconSize(QSize(20, 20));
   nothing_ = new QLabel(qt(L10n::Help::noTopicsFound()));
   nothing_->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
@@ -79,6 +88,14 @@ HelpWindow::HelpWindow(QWidget* parent)
   page_->setFrameShape(QFrame::NoFrame);
   page_->document()->setDocumentMargin(18);
   splitter->addWidget(page_);
+  // Ctrl+F searches the help from anywhere in its window.
+  auto* find = new QAction(this);
+  find->setShortcut(QKeySequence::Find);
+  connect(find, &QAction::triggered, this, [this] {
+    search_->setFocus(Qt::ShortcutFocusReason);
+    search_->selectAll();
+  });
+  addAction(find);
   splitter->setStretchFactor(0, 0);
   splitter->setStretchFactor(1, 1);
   splitter->setSizes({230, 620});
@@ -98,6 +115,23 @@ HelpWindow::HelpWindow(QWidget* parent)
   resize(wanted);
   splitter->setSizes({230, wanted.width() - 230});
   searchChanged();
+}
+
+bool HelpWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == search_ && event->type() == QEvent::KeyPress) {
+    auto* key = static_cast<QKeyEvent*>(event);
+    const int step = key->key() == Qt::Key_Down ? 1 : key->key() == Qt::Key_Up ? -1 : 0;
+    if (step != 0 && list_->count() > 0) {
+      list_->setCurrentRow(std::clamp(list_->currentRow() + step, 0, list_->count() - 1));
+      return true;
+    }
+    // Return reads the topic found: the page takes the focus.
+    if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && !selected_.empty()) {
+      page_->setFocus(Qt::OtherFocusReason);
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void HelpWindow::resizeEvent(QResizeEvent* event) {
@@ -183,6 +217,7 @@ void HelpWindow::searchChanged() {
   if (!keep) {
     selected_.clear();
     page_->clear();
+    page_->setAccessibleName(nothing_->text());
     return;
   }
   if (*keep != selected_) {
@@ -205,6 +240,7 @@ void HelpWindow::render(const HelpTopic& topic) {
   const double room =
       std::max(120.0, page_->viewport()->width() - scrollBar - 2 * document->documentMargin() - 6);
   renderedWidth_ = page_->viewport()->width();
+  page_->setAccessibleName(qt(topic.title));
   QTextCursor cursor(document);
   QTextBlockFormat body;
   body.setBottomMargin(8);

@@ -36,6 +36,7 @@ public:
   void showPicture(const QUrl& url);
 
 protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void showEvent(QShowEvent* event) override;
 

@@ -11,6 +11,7 @@
 
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Model/Colours.hpp"
+#include "Tarnwick/Views/Accessibility.hpp"
 #include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 
@@ -29,6 +30,8 @@ LogFindBar::LogFindBar(LogView* log, QWidget* parent) : QWidget(parent), log_(lo
   field_->setObjectName("logFindField");
   field_->setPlaceholderText(qt(L10n::Find::placeholder()));
   field_->setClearButtonEnabled(true);
+  field_->setAccessibleName(field_->placeholderText());
+  nameClearButton(field_);
   field_->installEventFilter(this);
   field_->setMaximumWidth(field_->fontMetrics().averageCharWidth() * 40);
   count_ = new QLabel;

@@ -32,6 +32,7 @@
 #include "Assets/AssetsLookup.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/AVRTexts.hpp"
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Help.hpp"
 #include "Localization/MainWindowTexts.hpp"
@@ -41,10 +42,12 @@
 #include "Localization/WindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/Colours.hpp"
+#include "Tarnwick/Views/Accessibility.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogFindBar.hpp"
 #include "Tarnwick/Views/LogView.hpp"
+#include "Tarnwick/Views/Mnemonics.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 
@@ -80,26 +83,97 @@ QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& ou
   return {0x9A, 0x9A, 0x9A};
 }
 
+StatusDot::Mark StatusDot::markFor(bool flashing, const std::optional<FlashOutcome>& outcome) {
+  if (flashing) return Mark::running;
+  if (!outcome) return Mark::none;
+  if (std::holds_alternative<FlashOutcome::Success>(outcome->value)) return Mark::succeeded;
+  if (std::holds_alternative<FlashOutcome::Failure>(outcome->value)) return Mark::failed;
+  return Mark::stopped;
+}
+
 QColor StatusDot::ringColour(const QColor& fill, const QPalette& palette) {
   // A symbol, not text (the status line says the same in words): its ring stands 3:1 from the
   // window, so a light dot on a light window or a dark one on a dark window still shows.
   return readableOn(fill.darker(130), palette.color(QPalette::Window), 3.0);
 }
 
-StatusDot::StatusDot(QWidget* parent) : QWidget(parent) { setFixedSize(14, 14); }
+StatusDot::StatusDot(QWidget* parent) : QWidget(parent) {
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  // A picture with a name: screen readers say the state the colour and the mark show.
+  setAccessibleRole(this, QAccessible::Graphic);
+}
 
-void StatusDot::setColor(const QColor& color) {
-  if (color == color_) return;
-  color_ = color;
+QSize StatusDot::sizeHint() const {
+  // As tall as a line of text, so the mark inside stays legible with a large font.
+  const int side = std::max(14, fontMetrics().height());
+  return {side, side};
+}
+
+void StatusDot::showState(bool flashing, const std::optional<FlashOutcome>& outcome) {
+  const QColor colour = colourFor(flashing, outcome);
+  const Mark mark = markFor(flashing, outcome);
+  std::string words;
+  switch (mark) {
+  case Mark::none: words = L10n::State::ready(); break;
+  case Mark::running: words = L10n::State::flashing(); break;
+  case Mark::succeeded: words = L10n::State::lastFlashSucceeded(); break;
+  case Mark::failed: words = L10n::State::lastFlashFailed(); break;
+  case Mark::stopped: words = L10n::Stage::stopped(); break;
+  }
+  setAccessibleName(qt(words));
+  setToolTip(qt(words));
+  if (colour == color_ && mark == mark_) return;
+  color_ = colour;
+  mark_ = mark;
   update();
 }
 
 void StatusDot::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
+  const qreal side = std::min(width(), height());
+  const QRectF dot = QRectF((width() - side) / 2, (height() - side) / 2, side, side)
+                         .adjusted(1.5, 1.5, -1.5, -1.5);
   painter.setPen(QPen(ringColour(color_, palette()), 1.5));
   painter.setBrush(color_);
-  painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+  painter.drawEllipse(dot);
+  if (mark_ == Mark::none) return;
+  // The mark in black or white, whichever stands out more from the dot.
+  const QColor ink = contrastRatio(Qt::black, color_) >= contrastRatio(Qt::white, color_)
+                         ? QColor(Qt::black)
+                         : QColor(Qt::white);
+  const QPointF c = dot.center();
+  const qreal r = dot.width() / 2;
+  painter.setPen(
+      QPen(ink, std::max<qreal>(1.5, r / 4), Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.setBrush(Qt::NoBrush);
+  switch (mark_) {
+  case Mark::none: break;
+  case Mark::running: {
+    // A play triangle: under way.
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    const QPointF points[] = {c + QPointF(-0.3 * r, -0.45 * r), c + QPointF(0.5 * r, 0),
+                              c + QPointF(-0.3 * r, 0.45 * r)};
+    painter.drawPolygon(points, 3);
+    break;
+  }
+  case Mark::succeeded: {
+    const QPointF points[] = {c + QPointF(-0.45 * r, 0.0), c + QPointF(-0.12 * r, 0.35 * r),
+                              c + QPointF(0.48 * r, -0.35 * r)};
+    painter.drawPolyline(points, 3);
+    break;
+  }
+  case Mark::failed:
+    painter.drawLine(c + QPointF(-0.38 * r, -0.38 * r), c + QPointF(0.38 * r, 0.38 * r));
+    painter.drawLine(c + QPointF(-0.38 * r, 0.38 * r), c + QPointF(0.38 * r, -0.38 * r));
+    break;
+  case Mark::stopped:
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(ink);
+    painter.drawRect(QRectF(c - QPointF(0.32 * r, 0.32 * r), QSizeF(0.64 * r, 0.64 * r)));
+    break;
+  }
 }
 
 QSize StatusText::minimumSizeHint() const {
@@ -187,6 +261,13 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   connect(&model_, &FlasherModel::windowTitleChanged, this,
           [this] { setWindowTitle(model_.windowTitle()); });
   connect(&model_, &FlasherModel::autoFlashChanged, this, &MainWindow::refreshRunControls);
+  // A board that automatic flashing is about to take is said in the status line, so it reaches
+  // a screen reader as well as the log.
+  connect(&model_, &FlasherModel::autoFlashScheduled, this, [this](const QString& path) {
+    newBoard_ = path;
+    refreshStatus();
+  });
+  connect(&model_, &FlasherModel::stateChanged, this, [this] { newBoard_.clear(); });
   connect(&model_, &FlasherModel::autoscrollChanged, this,
           [this] { autoscrollAction_->setChecked(model_.autoscroll()); });
   connect(&model_, &FlasherModel::showTimestampsChanged, this,
@@ -281,7 +362,7 @@ QWidget* MainWindow::buildBanner() {
   auto* text = new QLabel(qt(L10n::Notice::noUSBBoard()));
   text->setWordWrap(true);
   // The way out for someone without a board at hand; its menu is made with the Help menu.
-  trySimulated_ = new QPushButton(qt(W::trySimulatedBoard()));
+  trySimulated_ = new QPushButton(withoutMnemonic(W::trySimulatedBoard()));
   trySimulated_->setObjectName("trySimulatedBoard");
   trySimulated_->setToolTip(qt(W::trySimulatedBoardTooltip()));
   auto* dismiss = new QPushButton(qt(L10n::Notice::dismiss()));
@@ -361,11 +442,16 @@ QWidget* MainWindow::buildStatusLine() {
   auto* line = new QFrame;
   line->setObjectName("statusLine");
   line->setFrameShape(QFrame::StyledPanel);
+  // The status bar a screen reader's command reads out.
+  setAccessibleRole(line, QAccessible::StatusBar);
+  line->setAccessibleName(qt(L10n::Accessible::statusLine()));
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(10, 4, 10, 4);
   statusText_ = new StatusText;
   statusText_->setObjectName("statusText");
-  progress_ = new QProgressBar;
+  progress_ = new RunProgress;
+  progress_->setObjectName("progressBar");
+  progress_->setAccessibleName(qt(L10n::Accessible::progress()));
   progress_->setRange(0, 1000);
   progress_->setTextVisible(false);
   progress_->setMaximumHeight(12);
@@ -474,7 +560,7 @@ void MainWindow::buildMenus() {
   simulatedMenu_->menuAction()->setToolTip(qt(W::trySimulatedBoardTooltip()));
   simulatedMenu_->setToolTipsVisible(true);
   for (const Target& target : simulator::SimulatedBoard::simulable()) {
-    QAction* action = simulatedMenu_->addAction(targetName(target));
+    QAction* action = simulatedMenu_->addAction(escapeMnemonics(targetName(target)));
     action->setData(QString::fromStdString(target.text()));
     action->setToolTip(qt(W::trySimulatedBoardTooltip()));
     connect(action, &QAction::triggered, this,
@@ -542,6 +628,9 @@ void MainWindow::showNotes() {
   sheet.setWindowTitle(qt(L10n::Product::notes()));
   auto* layout = new QVBoxLayout(&sheet);
   auto* notes = new QPlainTextEdit;
+  // Tab goes on to Close: the notes need no tab characters, the keyboard a way out.
+  notes->setTabChangesFocus(true);
+  notes->setAccessibleName(qt(L10n::Product::notes()));
   notes->setPlaceholderText(qt(L10n::Product::notesPlaceholder()));
   notes->setPlainText(qt(model_.product().notes));
   notes->setReadOnly(model_.isFlashing());
@@ -603,10 +692,12 @@ void MainWindow::refreshRunControls() {
   bool flashing = model_.isFlashing();
   QString flashTip = qt(L10n::Header::flashTooltip());
   QString stopTip = qt(L10n::Header::stopTooltip());
-  flashButton_->setText(qt(flashing ? L10n::Header::stop() : L10n::State::flash()));
+  const std::string title = flashing ? L10n::Header::stop() : L10n::State::flash();
+  // The menu's mnemonic would clash with the menu bar's as a button's.
+  flashButton_->setText(withoutMnemonic(title));
   flashButton_->setToolTip(flashing ? stopTip : flashTip);
   flashButton_->setEnabled(flashing || model_.canFlash());
-  flashAction_->setText(flashButton_->text());
+  flashAction_->setText(qt(title));
   flashAction_->setEnabled(flashButton_->isEnabled());
   automatic_->setChecked(model_.autoFlash());
   autoFlashAction_->setChecked(model_.autoFlash());
@@ -641,14 +732,23 @@ void MainWindow::refreshProduct() {
 }
 
 void MainWindow::refreshStatus() {
-  statusDot_->setColor(StatusDot::colourFor(model_.isFlashing(), model_.outcome()));
+  statusDot_->showState(model_.isFlashing(), model_.outcome());
   const FlashStatistics& counts = model_.statistics();
   counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();
   progress_->setVisible(flashing);
+  // Each new text of the status line is announced (a changed name), so the stage of a run, its
+  // end and a new board reach a screen reader as they happen.
   if (flashing) {
     statusText_->setText(model_.stageText());
-    progress_->setValue(static_cast<int>(model_.progressFraction() * 1000));
+    const double fraction = model_.progressFraction();
+    progress_->setValueText(qt(L10n::Accessible::progressValue(model_.progressFile().toStdString(),
+                                                               static_cast<int>(fraction * 100))));
+    progress_->setValue(static_cast<int>(fraction * 1000));
+    return;
+  }
+  if (!newBoard_.isEmpty()) {
+    statusText_->setText(qt(L10n::Log::newBoardOn(model_.portLabel(newBoard_).toStdString())));
     return;
   }
   QString text;
@@ -707,7 +807,8 @@ void MainWindow::refreshRecent() {
   recentMenu_->clear();
   QStringList recent = model_.recentDocuments();
   for (const QString& location : recent) {
-    QAction* action = recentMenu_->addAction(QFileInfo(location).completeBaseName());
+    QAction* action =
+        recentMenu_->addAction(escapeMnemonics(QFileInfo(location).completeBaseName()));
     action->setToolTip(location);
     connect(action, &QAction::triggered, this, [this, location] { model_.openRecent(location); });
   }
@@ -716,6 +817,7 @@ void MainWindow::refreshRecent() {
       recentMenu_->addAction(qt(W::clearRecent()), &model_, &FlasherModel::clearRecentDocuments);
   clear->setEnabled(!recent.isEmpty());
   recentMenu_->setToolTipsVisible(true);
+  giveMnemonics(recentMenu_);
 }
 
 void MainWindow::refreshSimulatedBoards() {
@@ -731,16 +833,16 @@ void MainWindow::refreshSimulatedBoards() {
   }
   unplugActions_.clear();
   const auto boards = model_.simulatedBoards();
-  if (boards.empty()) return;
-  unplugActions_ << simulatedMenu_->addSeparator();
+  if (!boards.empty()) unplugActions_ << simulatedMenu_->addSeparator();
   for (const auto& board : boards) {
     const QString path = QString::fromStdString(board.path);
-    QAction* action = simulatedMenu_->addAction(qt(
-        W::unplugSimulatedBoard(simulator::SimulatedBoard::displayName(board.target), board.path)));
+    QAction* action = simulatedMenu_->addAction(escapeMnemonics(qt(W::unplugSimulatedBoard(
+        simulator::SimulatedBoard::displayName(board.target), board.path))));
     action->setData(path);
     connect(action, &QAction::triggered, this, [this, path] { model_.unplugSimulatedBoard(path); });
     unplugActions_ << action;
   }
+  giveMnemonics(simulatedMenu_);
 }
 
 void MainWindow::showErrorMessage() {
@@ -767,8 +869,8 @@ void MainWindow::showErrorMessage() {
 }
 
 std::optional<std::filesystem::path> MainWindow::chooseProductToOpen() {
-  QString file = QFileDialog::getOpenFileName(this, qt(L10n::Menu::openProduct()), QString(),
-                                              qt(W::productFileFilter()));
+  QString file = QFileDialog::getOpenFileName(this, withoutMnemonic(L10n::Menu::openProduct()),
+                                              QString(), qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   return std::filesystem::path(file.toStdString());
 }
@@ -779,7 +881,7 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
                        ? QString::fromStdString(model_.productURL()->parent_path().string())
                        : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   QString file =
-      QFileDialog::getSaveFileName(this, qt(L10n::Menu::saveProductAs()),
+      QFileDialog::getSaveFileName(this, withoutMnemonic(L10n::Menu::saveProductAs()),
                                    folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   const QString extension =
@@ -791,8 +893,9 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
 std::optional<std::filesystem::path>
 MainWindow::chooseLogSaveLocation(const QString& proposedName) {
   QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  QString file = QFileDialog::getSaveFileName(
-      this, qt(L10n::Menu::saveLog()), folder + u'/' + proposedName, qt(W::textFileFilter()));
+  QString file =
+      QFileDialog::getSaveFileName(this, withoutMnemonic(L10n::Menu::saveLog()),
+                                   folder + u'/' + proposedName, qt(W::textFileFilter()));
   if (file.isEmpty()) return std::nullopt;
   return std::filesystem::path(file.toStdString());
 }

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
+#include <QProgressBar>
 
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
@@ -16,7 +17,6 @@ class QCheckBox;
 class QComboBox;
 class QFrame;
 class QLineEdit;
-class QProgressBar;
 class QPushButton;
 class QSplitter;
 class QToolButton;
@@ -29,25 +29,48 @@ class LogFindBar;
 class LogView;
 class SettingsSheet;
 
-/// The coloured dot beside the port: the state of the run and of the last outcome.
+/// The coloured dot beside the port: the state of the run and of the last outcome, told by a
+/// mark inside it as well as by its colour, and by its accessible name.
 class StatusDot : public QWidget {
   Q_OBJECT
 public:
+  /// What the dot shows besides its colour.
+  enum class Mark { none, running, succeeded, failed, stopped };
+
   explicit StatusDot(QWidget* parent = nullptr);
   /// Yellow while flashing; after a run green, red, or grey when it was stopped; grey before
   /// any.
   static QColor colourFor(bool flashing, const std::optional<FlashOutcome>& outcome);
+  static Mark markFor(bool flashing, const std::optional<FlashOutcome>& outcome);
   /// The ring around a dot of colour `fill`, dark enough to show on the palette's window.
   static QColor ringColour(const QColor& fill, const QPalette& palette);
-  void setColor(const QColor& color);
+  /// Colour, mark and the words for them (accessible name and tooltip) for this state.
+  void showState(bool flashing, const std::optional<FlashOutcome>& outcome);
   QColor color() const { return color_; }
-  QSize sizeHint() const override { return {14, 14}; }
+  Mark mark() const { return mark_; }
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
 
 protected:
   void paintEvent(QPaintEvent* event) override;
 
 private:
   QColor color_;
+  Mark mark_ = Mark::none;
+};
+
+/// The status line's progress bar. It shows no text; the text assistive technology reads as its
+/// value names the file being written with the percentage ("bootloader.bin, 45 %").
+class RunProgress : public QProgressBar {
+  Q_OBJECT
+public:
+  using QProgressBar::QProgressBar;
+  /// Set before the value, so the change of value is announced with it.
+  void setValueText(const QString& text) { valueText_ = text; }
+  QString text() const override { return valueText_; }
+
+private:
+  QString valueText_;
 };
 
 /// The status line's text: cut with an ellipsis when the window is too narrow for it, the whole
@@ -87,6 +110,7 @@ public:
   HelpWindow* helpWindow();
   StatusDot* statusDot() const { return statusDot_; }
   StatusText* statusText() const { return statusText_; }
+  RunProgress* progressBar() const { return progress_; }
   /// The alert showing `errorMessage`, while it is open.
   QMessageBox* alertBox() const { return alert_; }
   LogFindBar* findBar() const { return findBar_; }
@@ -139,7 +163,7 @@ private:
   QList<QWidget*> productButtons_;
   FileListPanel* fileList_ = nullptr;
   StatusText* statusText_ = nullptr;
-  QProgressBar* progress_ = nullptr;
+  RunProgress* progress_ = nullptr;
   QLabel* counters_ = nullptr;
   QToolButton* logToggle_ = nullptr;
   QPushButton* logOptions_ = nullptr;
@@ -162,6 +186,9 @@ private:
   QPointer<SettingsSheet> settings_;
   QPointer<HelpWindow> help_;
   QPointer<QMessageBox> alert_;
+  /// The port of a new board that automatic flashing is about to take, said in the status line
+  /// until its run starts.
+  QString newBoard_;
 };
 
 } // namespace tarnwick

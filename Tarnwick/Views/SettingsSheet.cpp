@@ -102,7 +102,7 @@ SettingsSheet::SettingsSheet(FlasherModel& model, QWidget* parent)
   verify_ = new QCheckBox(qt(L10n::Settings::verifyAfterWriting()));
   productionForm->addRow(verify_);
   productionForm->addRow(explanation(L10n::Settings::verifyExplanation()));
-  autoFlash_ = new QCheckBox(qt(L10n::Settings::flashAutomatically()));
+  autoFlash_ = new QCheckBox(withoutMnemonic(L10n::Settings::flashAutomatically()));
   productionForm->addRow(autoFlash_);
   productionForm->addRow(explanation(L10n::Settings::flashAutomaticallyExplanation()));
   sounds_ = new QCheckBox(qt(L10n::Settings::soundWhenDone()));

@@ -10,6 +10,11 @@ namespace tarnwick {
 /// A catalogue text as Qt wants it.
 inline QString qt(const std::string& text) { return QString::fromStdString(text); }
 
+/// A text as it reads: a menu text's mnemonic mark ("&Save") taken out, a doubled "&&" made one.
+/// For menu texts shown elsewhere: on a button, in a window title, quoted in a tooltip.
+QString withoutMnemonic(const QString& text);
+inline QString withoutMnemonic(const std::string& text) { return withoutMnemonic(qt(text)); }
+
 /// The shortcuts of the window's commands, in one place so menus, tooltips and help agree.
 namespace Shortcuts {
 inline QKeySequence flash() { return QKeySequence(Qt::CTRL | Qt::Key_R); }

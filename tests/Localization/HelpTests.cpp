@@ -120,7 +120,7 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
     for (const auto& text : texts)
       english.push_back(text());
   }
-  EXPECT_EQ(english, (std::vector<std::string>{"Tarnwick Help", "Search help", "No topics found",
+  EXPECT_EQ(english, (std::vector<std::string>{"Tarnwick &Help", "Search help", "No topics found",
                                                "Tip", "Click to see the picture at full size"}));
   for (Language language : allLanguages)
     for (std::size_t i = 0; i < texts.size(); ++i) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Localization/AVRTexts.hpp"
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/Language.hpp"
 #include "Localization/MainWindowTexts.hpp"
@@ -35,13 +36,13 @@ const std::set<Language> everyLanguage = {nl, de, fr, es};
 
 const std::vector<Entry>& entries() {
   static const std::vector<Entry> table = {
-      {TEXT(Menu::newProduct()), "New Product"},
-      {TEXT(Menu::openProduct()), "Open Product…"},
-      {TEXT(Menu::saveProduct()), "Save Product"},
-      {TEXT(Menu::saveProductAs()), "Save Product As…"},
-      {TEXT(Menu::saveLog()), "Save Log…"},
-      {TEXT(Menu::clearLog()), "Clear Log"},
-      {TEXT(State::flash()), "Flash"},
+      {TEXT(Menu::newProduct()), "&New Product"},
+      {TEXT(Menu::openProduct()), "&Open Product…"},
+      {TEXT(Menu::saveProduct()), "&Save Product"},
+      {TEXT(Menu::saveProductAs()), "Save Product &As…"},
+      {TEXT(Menu::saveLog()), "Save &Log…"},
+      {TEXT(Menu::clearLog()), "&Clear Log"},
+      {TEXT(State::flash()), "&Flash"},
       {TEXT(State::ready()), "Ready"},
       {TEXT(State::flashing()), "Flashing"},
       {TEXT(State::lastFlashSucceeded()), "Last flash succeeded"},
@@ -109,7 +110,7 @@ const std::vector<Entry>& entries() {
        "Reads back (Arduino) or lets the chip compute an MD5 (ESP32) and compares. The ESP8266 "
        "ROM cannot; there the bootloader checks every block.",
        {"MD5", "ESP32", "ESP8266"}},
-      {TEXT(Settings::flashAutomatically()), "Flash automatically when connected"},
+      {TEXT(Settings::flashAutomatically()), "Flash &automatically when connected"},
       {TEXT(Settings::flashAutomaticallyExplanation()),
        "Flashes the product as soon as a new USB board is connected: handy for a series of "
        "boards."},
@@ -121,8 +122,8 @@ const std::vector<Entry>& entries() {
        "Take all files from a PlatformIO, Arduino IDE or ESP-IDF build folder, with their "
        "addresses",
        {"PlatformIO", "Arduino IDE", "ESP-IDF"}},
-      {TEXT(Images::remove()), "Remove"},
-      {TEXT(Images::chooseAnotherFile()), "Choose Another File…"},
+      {TEXT(Images::remove()), "&Remove"},
+      {TEXT(Images::chooseAnotherFile()), "&Choose Another File…"},
       {TEXT(Images::file()), "File"},
       {TEXT(Images::sketch()), "Sketch", {}, {nl, de, fr, es}},
       {TEXT(Images::kind()), "Kind"},
@@ -191,16 +192,16 @@ const std::vector<Entry>& entries() {
       {TEXT(Header::noPortsFound()), "No ports found"},
       {TEXT(Header::selectPort()), "Select a port…"},
       {TEXT(Header::start()), "Start"},
-      {TEXT(Header::stop()), "Stop"},
+      {TEXT(Header::stop()), "&Stop"},
       {TEXT(Footer::logOptions()), "Log options"},
-      {TEXT(Footer::showLog()), "Show Log"},
+      {TEXT(Footer::showLog()), "Show &Log"},
       {TEXT(Footer::showLogTooltip()), "Show or hide the log (Ctrl+L)"},
       {TEXT(Footer::counters(12, 3)), "Flashed 12 · Failed 3", {"12", "3"}},
-      {TEXT(Footer::autoscroll()), "Autoscroll"},
-      {TEXT(Footer::timestamps()), "Timestamps"},
-      {TEXT(Footer::save()), "Save…"},
+      {TEXT(Footer::autoscroll()), "&Autoscroll"},
+      {TEXT(Footer::timestamps()), "&Timestamps"},
+      {TEXT(Footer::save()), "&Save…"},
       {TEXT(Footer::saveTooltip()), "Save the log as a text file (Ctrl+Alt+S)"},
-      {TEXT(Footer::clearLog()), "Clear log"},
+      {TEXT(Footer::clearLog()), "&Clear log"},
       {TEXT(Footer::clearLogTooltip()), "Clear the log and counters (Ctrl+K)"},
       {TEXT(Board::notConnected("/dev/ttyUSB3")), "/dev/ttyUSB3 (not connected)", {"/dev/ttyUSB3"}},
       {TEXT(Board::baud(460800)), "460800 baud", {"460800"}, {nl}},
@@ -208,6 +209,24 @@ const std::vector<Entry>& entries() {
       {TEXT(Log::log()), "Log"},
       {TEXT(Errors::somethingWentWrong()), "Something went wrong"},
       {TEXT(Errors::ok()), "OK", {}, {nl, de, fr}},
+      {TEXT(Accessible::statusLine()), "Status", {}, {nl, de}},
+      {TEXT(Accessible::progress()), "Progress"},
+      {TEXT(Accessible::progressValue("boot.bin", 45)),
+       "boot.bin, 45 %",
+       {"boot.bin", "45"},
+       {de, es}},
+      {TEXT(Accessible::progressValue("", 7)), "7 %", {"7"}, {de, es}},
+      {TEXT(Accessible::fileTable()), "Firmware files"},
+      {TEXT(Accessible::flashFile("app.bin")), "Flash app.bin", {"app.bin"}},
+      {TEXT(Accessible::flashThisFileAnswer(true)), "Flash this file: yes"},
+      {TEXT(Accessible::flashThisFileAnswer(false)), "Flash this file: no"},
+      {TEXT(Accessible::ofFile("Address", "app.bin")),
+       "Address of app.bin",
+       {"Address", "app.bin"}},
+      {TEXT(Accessible::nothingToReport()), "Nothing to report"},
+      {TEXT(Accessible::notAValidAddress("0x1G")), "0x1G: not a valid address", {"0x1G"}},
+      {TEXT(Accessible::clearField()), "Clear"},
+      {TEXT(Accessible::helpTopics()), "Help topics"},
   };
   return table;
 }

@@ -12,6 +12,7 @@
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
+#include "Tarnwick/Views/ViewSupport.hpp"
 
 namespace tarnwick::testing {
 namespace {
@@ -125,7 +126,8 @@ TEST_F(ApplicationTest, LogShortcutsShowTheLogAndClearItWithTheCounters) {
     auto saveCommands = [&] {
       std::vector<bool> enabled;
       for (QAction* action : window.findChildren<QAction*>())
-        if (action->text() == "Save Log…" || action->text() == "Save…")
+        if (const QString text = withoutMnemonic(action->text());
+            text == "Save Log…" || text == "Save…")
           enabled.push_back(action->isEnabled());
       return enabled;
     };
