@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QToolButton>
 
 #include "Localization/AccessibleTexts.hpp"
 #include "Localization/RunTexts.hpp"
@@ -86,6 +87,10 @@ void AddressField::setMarked(bool invalid) {
       invalid ? QString::fromStdString(L10n::Accessible::notAValidAddress(text().toStdString()))
               : QString();
   mark_->setToolTip(problem);
+  // The mark is a button Qt makes for the action; it shows only while there is a problem.
+  if (invalid)
+    for (auto* button : findChildren<QToolButton*>(Qt::FindDirectChildrenOnly))
+      button->setAccessibleName(problem);
   if (accessibleDescription() != problem) setAccessibleDescription(problem);
 }
 

@@ -1,0 +1,298 @@
+// The window as assistive technology meets it: every control named in the user's language, read
+// through Qt's accessibility interfaces as a screen reader reads them.
+#include <QAccessible>
+#include <QApplication>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTableWidget>
+#include <QTimer>
+#include <functional>
+#include <map>
+
+#include "FlashCore/ProductPackage.hpp"
+#include "Localization/Language.hpp"
+#include "Localization/MainWindowTexts.hpp"
+#include "Tarnwick/Views/AccessibilityProbe.hpp"
+#include "Tarnwick/Views/AddressField.hpp"
+#include "Tarnwick/Views/LogFindBar.hpp"
+#include "Tarnwick/Views/Mnemonics.hpp"
+#include "Tarnwick/Views/ViewSupport.hpp"
+#include "Tarnwick/Views/WindowFixture.hpp"
+
+namespace tarnwick::testing {
+namespace {
+
+class AccessibilityTest : public WindowTest {
+protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    QAccessible::setActive(true);
+  }
+
+  /// The window with a product, a simulated board plugged in and a product in Open Recent, so
+  /// every kind of entry is there.
+  MainWindow& openFull() {
+    MainWindow& w = open();
+    auto product = espProduct(ESPChip::esp32, 4096);
+    product.product.name = "R&D lamp";
+    ProductPackage::write({product.product, product.files}, path("R&D lamp.twflash"));
+    model->openProduct(path("R&D lamp.twflash"));
+    model->plugInSimulatedBoard(Target::esp(ESPChip::esp32));
+    w.setLogShown(true);
+    w.findBar()->open();
+    // An address typed wrong, with its mark, and what a run shows.
+    auto* address = w.fileList()->cellControl<AddressField>(0, FileListPanel::addressColumn);
+    address->setFocus();
+    address->selectAll();
+    QTest::keyClicks(address, "0x1G");
+    w.progressBar()->show();
+    return w;
+  }
+};
+
+/// Runs `inside` on the modal dialog `open` shows, once it shows; `inside` closes it.
+void whileModal(const std::function<void()>& open, const std::function<void(QWidget*)>& inside) {
+  bool seen = false;
+  std::function<void()> look;
+  look = [&] {
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+      seen = true;
+      inside(dialog);
+    } else {
+      QTimer::singleShot(10, look);
+    }
+  };
+  QTimer::singleShot(0, look);
+  open();
+  EXPECT_TRUE(seen);
+}
+
+// Every window, dialog and menu, walked as a screen reader walks them, in two languages: each
+// control has a name (and names that change with the language do change).
+TEST_F(AccessibilityTest, EveryControlOfEveryWindowIsNamedInTheUsersLanguage) {
+  std::map<Language, std::map<QString, QString>> names;
+  std::set<QString> frenchShown;
+  for (Language language : {Language::en, Language::fr}) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    MainWindow& w = openFull();
+    std::vector<AccessibleNode> nodes = accessibleNodes(&w);
+    SettingsSheet* sheet = w.settingsSheet();
+    sheet->show();
+    for (const Target& target : {Target::esp(), Target::avr(AVRBoard::uno)}) {
+      Product product = model->product();
+      product.target = target;
+      model->setProduct(product);
+      for (AccessibleNode& node : accessibleNodes(sheet))
+        nodes.push_back(node);
+    }
+    HelpWindow* help = w.helpWindow();
+    help->show();
+    for (AccessibleNode& node : accessibleNodes(help))
+      nodes.push_back(node);
+    // The dialogs that wait for an answer are read while they wait.
+    whileModal([&] { w.askSaveChanges(); },
+               [&](QWidget* dialog) {
+                 for (AccessibleNode& node : accessibleNodes(dialog))
+                   nodes.push_back(node);
+                 dialog->close();
+               });
+    whileModal([&] { w.showNotes(); },
+               [&](QWidget* dialog) {
+                 for (AccessibleNode& node : accessibleNodes(dialog))
+                   nodes.push_back(node);
+                 dialog->close();
+               });
+
+    for (const AccessibleNode& node : nodes) {
+      EXPECT_TRUE(!node.needsName || !node.name.isEmpty()) << node.where.toStdString();
+      names[language][node.where] = node.name;
+    }
+    if (language == Language::fr) {
+      for (QWidget* window :
+           {static_cast<QWidget*>(&w), static_cast<QWidget*>(sheet), static_cast<QWidget*>(help)})
+        frenchShown.merge(shownTexts(window));
+      for (QMenu* menu : w.findChildren<QMenu*>())
+        frenchShown.merge(shownTexts(menu));
+    }
+    help->close();
+    window.reset();
+  }
+  // A name that reads the same in French as in English is one the French window shows too: a
+  // file, a chip, a word both languages share, a row number. A name written in English alone is
+  // not.
+  for (const auto& [where, english] : names[Language::en]) {
+    auto french = names[Language::fr].find(where);
+    static const QRegularExpression number(QStringLiteral("^\\d+$"));
+    if (french == names[Language::fr].end() || french->second != english || english.isEmpty() ||
+        number.match(english).hasMatch())
+      continue;
+    EXPECT_EQ(frenchShown.count(english), 1u)
+        << where.toStdString() << ": " << english.toStdString();
+  }
+}
+
+/// The controls of `window` that Tab should reach: shown, enabled, taking focus by Tab.
+std::vector<QWidget*> tabbable(QWidget* window) {
+  std::vector<QWidget*> controls;
+  for (QWidget* widget : window->findChildren<QWidget*>())
+    if (widget->isVisible() && widget->isEnabled() && widget->window() == window &&
+        (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr)
+      controls.push_back(widget);
+  return controls;
+}
+
+std::string nameOf(QWidget* widget) {
+  if (widget == nullptr) return "(none)";
+  QAccessibleInterface* node = QAccessible::queryAccessibleInterface(widget);
+  return std::string(widget->metaObject()->className()) + " '" +
+         (node ? node->text(QAccessible::Name) : QString()).toStdString() + "'";
+}
+
+/// The controls focus visits pressing `key` from `first` until it comes back to it.
+std::vector<QWidget*> tabRound(QWidget* first, Qt::Key key, std::size_t limit) {
+  first->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(QApplication::focusWidget(), first) << nameOf(QApplication::focusWidget());
+  std::vector<QWidget*> stops = {QApplication::focusWidget()};
+  // Within a control Tab may step first (the links of the help's page); it must leave in the end.
+  int inside = 0;
+  while (stops.size() <= limit) {
+    QTest::keyClick(QApplication::focusWidget(), key);
+    QWidget* now = QApplication::focusWidget();
+    if (now == stops.back()) {
+      if (++inside < 100) continue;
+      ADD_FAILURE() << "Tab never leaves " << nameOf(now);
+      break;
+    }
+    inside = 0;
+    if (now == stops.front()) break;
+    stops.push_back(now);
+  }
+  return stops;
+}
+
+/// Whether `next` comes after `previous` in reading order: inside it, below it, or on the same
+/// line to its right.
+bool readsAfter(QWidget* previous, QWidget* next) {
+  QWidget* window = previous->window();
+  const QRect a(previous->mapTo(window, QPoint(0, 0)), previous->size());
+  const QRect b(next->mapTo(window, QPoint(0, 0)), next->size());
+  const int slack = 4;
+  if (a.contains(b)) return true;
+  if (b.top() >= a.bottom() - slack) return true;
+  const bool sameLine = b.top() < a.bottom() && a.top() < b.bottom();
+  return sameLine && b.left() >= a.right() - slack;
+}
+
+/// Tab visits every control of `window` once, in reading order, and Shift+Tab the same way
+/// back.
+void expectTabOrder(QWidget* window) {
+  const std::vector<QWidget*> controls = tabbable(window);
+  ASSERT_FALSE(controls.empty());
+  std::vector<QWidget*> forward = tabRound(controls.front(), Qt::Key_Tab, controls.size() * 2);
+  // Start where reading starts: at the stop every other one reads after.
+  auto start = std::find_if(forward.begin(), forward.end(), [&](QWidget* stop) {
+    return std::all_of(forward.begin(), forward.end(),
+                       [&](QWidget* other) { return other == stop || readsAfter(stop, other); });
+  });
+  EXPECT_NE(start, forward.end()) << "no control comes first";
+  if (start != forward.end()) std::rotate(forward.begin(), start, forward.end());
+  std::vector<std::string> visited, expected;
+  for (QWidget* stop : forward)
+    visited.push_back(nameOf(stop));
+  EXPECT_EQ(std::set<QWidget*>(forward.begin(), forward.end()).size(), forward.size());
+  for (QWidget* control : controls)
+    EXPECT_EQ(std::count(forward.begin(), forward.end(), control), 1)
+        << nameOf(control) << " in " << ::testing::PrintToString(visited);
+  for (std::size_t i = 1; i < forward.size(); ++i)
+    EXPECT_TRUE(readsAfter(forward[i - 1], forward[i]))
+        << nameOf(forward[i - 1]) << " then " << nameOf(forward[i]);
+  std::vector<QWidget*> backward = tabRound(forward.front(), Qt::Key_Backtab, controls.size() * 2);
+  std::reverse(backward.begin() + 1, backward.end());
+  EXPECT_EQ(backward, forward);
+}
+
+// With the keyboard alone every control is reached, once each, in the order it is read: the
+// main window with its files, the log and the find bar, the settings and the help.
+TEST_F(AccessibilityTest, TabVisitsEveryControlOnceInReadingOrder) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  load(*model, espProduct(ESPChip::esp32, 4096));
+  w.setLogShown(true);
+  w.findBar()->open();
+  QTest::keyClicks(w.findBar()->field(), "x");
+  w.resize(1100, 800);
+  expectTabOrder(&w);
+
+  SettingsSheet* sheet = w.settingsSheet();
+  sheet->show();
+  QApplication::setActiveWindow(sheet);
+  expectTabOrder(sheet);
+  sheet->hide();
+
+  HelpWindow* help = w.helpWindow();
+  help->show();
+  QApplication::setActiveWindow(help);
+  expectTabOrder(help);
+  help->close();
+}
+
+/// What is wrong with the mnemonics of `entries`, one menu's: an entry without one, or a letter
+/// two entries share.
+std::vector<std::string> mnemonicFaults(const QList<QAction*>& entries, const QString& menu) {
+  std::vector<std::string> faults;
+  std::map<QChar, QString> taken;
+  auto take = [&](const QString& title, std::map<QChar, QString>& letters) {
+    const auto letter = mnemonicOf(title);
+    if (!letter)
+      faults.push_back((menu + ": no mnemonic in " + title).toStdString());
+    else if (auto [other, fresh] = letters.emplace(*letter, title); !fresh)
+      faults.push_back(
+          (menu + ": " + title + " and " + other->second + " share " + *letter).toStdString());
+  };
+  QAction* flash = nullptr;
+  for (QAction* entry : entries) {
+    if (entry->isSeparator()) continue;
+    take(entry->text(), taken);
+    if (entry->objectName() == QLatin1String("flashAction")) flash = entry;
+  }
+  // The flash command's other title meets the same neighbours.
+  if (flash != nullptr) {
+    std::map<QChar, QString> others = taken;
+    others.erase(*mnemonicOf(flash->text()));
+    take(qt(L10n::Header::stop()), others);
+  }
+  return faults;
+}
+
+// In every language every menu entry has a mnemonic and no two entries of one menu share it:
+// the menu bar, each menu and submenu (products in Open Recent and simulated boards included),
+// the log options and the file table's context menu.
+TEST_F(AccessibilityTest, EveryMenuEntryHasAMnemonicOfItsOwnInEveryLanguage) {
+  for (Language language : allLanguages) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    MainWindow& w = openFull();
+    std::vector<std::string> faults;
+    auto check = [&](const QList<QAction*>& entries, const QString& menu) {
+      for (const std::string& fault : mnemonicFaults(entries, menu))
+        faults.push_back(fault);
+    };
+    check(w.menuBar()->actions(), QStringLiteral("menu bar"));
+    for (QMenu* menu : w.findChildren<QMenu*>())
+      check(menu->actions(), withoutMnemonic(menu->title()));
+    QList<QAction*> contextMenu;
+    for (QAction* action :
+         w.fileList()->table()->findChildren<QAction*>(Qt::FindDirectChildrenOnly))
+      contextMenu << action;
+    ASSERT_EQ(contextMenu.size(), 2);
+    check(contextMenu, QStringLiteral("file table"));
+    EXPECT_EQ(faults, std::vector<std::string>{});
+    window.reset();
+  }
+}
+
+} // namespace
+} // namespace tarnwick::testing
