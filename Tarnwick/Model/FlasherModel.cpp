@@ -717,8 +717,6 @@ void FlasherModel::startRun(std::optional<std::string> leaveBoardWithMAC) {
 
   job_ = job;
   narrator_.emplace(!product_.target.isESP());
-  setState(FlasherState::flashing);
-  setOutcome(std::nullopt);
   qint64 total = 0;
   for (const auto& image : product_.images) {
     if (image.enabled) total += image.size;
@@ -726,7 +724,11 @@ void FlasherModel::startRun(std::optional<std::string> leaveBoardWithMAC) {
   lastProgressPublish_.reset();
   progressFile_.clear();
   setProgress(0, std::max<qint64>(total, 1));
+  // The first stage is known before the run is said to be under way: whoever shows the state
+  // never meets a run without one.
   setStageText(qs(L10n::Stage::connecting()));
+  setState(FlasherState::flashing);
+  setOutcome(std::nullopt);
   appendLine(RunNarration::opening(product_.name, portLabel(selectedPath_).toStdString()));
 
   std::thread([job, weak] {
@@ -790,8 +792,6 @@ void FlasherModel::handle(const FlashEvent& event) {
 
 void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
                           const std::string& message) {
-  endRun(false);
-
   NarratedStep step;
   FlashStatistics statistics = statistics_;
   if (summary) {
@@ -809,6 +809,9 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
     step = RunNarration::failed(message, false);
   }
   setStatistics(statistics);
+  // The outcome is known before the run is said to be over, so whoever shows the state goes
+  // from the run straight to its end.
+  endRun(false);
   if (step.stage) setStageText(qs(*step.stage));
   if (step.line) appendLine(*step.line);
   if (step.note) appendLine(*step.note);

@@ -7,6 +7,7 @@
 
 #include "Localization/AccessibleTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Tarnwick/Views/Accessibility.hpp"
 
 namespace tarnwick {
 
@@ -90,7 +91,7 @@ void AddressField::setMarked(bool invalid) {
   // The mark is a button Qt makes for the action; it shows only while there is a problem.
   if (invalid)
     for (auto* button : findChildren<QToolButton*>(Qt::FindDirectChildrenOnly))
-      button->setAccessibleName(problem);
+      renameAccessibly(button, problem);
   if (accessibleDescription() != problem) setAccessibleDescription(problem);
 }
 

@@ -36,6 +36,7 @@
 #include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
+#include "Tarnwick/Views/Accessibility.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/TableFitting.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
@@ -425,19 +426,19 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
   if (auto* box = cellControl<QCheckBox>(row, enabledColumn)) {
     QSignalBlocker quiet(box);
     box->setChecked(image.enabled);
-    box->setAccessibleName(qt(L10n::Accessible::flashFile(name)));
+    renameAccessibly(box, qt(L10n::Accessible::flashFile(name)));
   }
   table_->item(row, enabledColumn)
       ->setData(Qt::AccessibleTextRole, qt(L10n::Accessible::flashThisFileAnswer(image.enabled)));
   if (auto* role = cellControl<QComboBox>(row, roleColumn)) {
     QSignalBlocker quiet(role);
     role->setCurrentIndex(role->findData(static_cast<int>(image.role)));
-    role->setAccessibleName(qt(L10n::Accessible::ofFile(L10n::Images::kind(), name)));
+    renameAccessibly(role, qt(L10n::Accessible::ofFile(L10n::Images::kind(), name)));
   }
   table_->item(row, roleColumn)->setData(Qt::AccessibleTextRole, roleName(image.role));
   if (auto* address = cellControl<AddressField>(row, addressColumn)) {
     address->setAddress(image.offset);
-    address->setAccessibleName(qt(L10n::Accessible::ofFile(L10n::Images::address(), name)));
+    renameAccessibly(address, qt(L10n::Accessible::ofFile(L10n::Images::address(), name)));
   }
   table_->item(row, addressColumn)
       ->setData(Qt::AccessibleTextRole, qt(formatAddress(image.offset)));

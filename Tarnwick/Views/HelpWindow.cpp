@@ -217,7 +217,7 @@ void HelpWindow::searchChanged() {
   if (!keep) {
     selected_.clear();
     page_->clear();
-    page_->setAccessibleName(nothing_->text());
+    renameAccessibly(page_, nothing_->text());
     return;
   }
   if (*keep != selected_) {
@@ -240,7 +240,7 @@ void HelpWindow::render(const HelpTopic& topic) {
   const double room =
       std::max(120.0, page_->viewport()->width() - scrollBar - 2 * document->documentMargin() - 6);
   renderedWidth_ = page_->viewport()->width();
-  page_->setAccessibleName(qt(topic.title));
+  renameAccessibly(page_, qt(topic.title));
   QTextCursor cursor(document);
   QTextBlockFormat body;
   body.setBottomMargin(8);

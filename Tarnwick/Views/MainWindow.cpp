@@ -120,7 +120,7 @@ void StatusDot::showState(bool flashing, const std::optional<FlashOutcome>& outc
   case Mark::failed: words = L10n::State::lastFlashFailed(); break;
   case Mark::stopped: words = L10n::Stage::stopped(); break;
   }
-  setAccessibleName(qt(words));
+  renameAccessibly(this, qt(words));
   setToolTip(qt(words));
   if (colour == color_ && mark == mark_) return;
   color_ = colour;
@@ -205,6 +205,7 @@ bool StatusText::event(QEvent* event) {
 }
 
 MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(parent), model_(model) {
+  installAccessibleInterfaces();
   setObjectName("mainWindow");
   setWindowIcon(QIcon(assets::iconPath));
   setAcceptDrops(false);

@@ -14,6 +14,7 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
 #include "Localization/MainWindowTexts.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Views/AccessibilityProbe.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/LogFindBar.hpp"
@@ -291,6 +292,148 @@ TEST_F(AccessibilityTest, EveryMenuEntryHasAMnemonicOfItsOwnInEveryLanguage) {
     check(contextMenu, QStringLiteral("file table"));
     EXPECT_EQ(faults, std::vector<std::string>{});
     window.reset();
+  }
+}
+
+/// What assistive technology is told while it listens: the changed names and values, with the
+/// text it then reads.
+class Announcements {
+public:
+  struct Heard {
+    QObject* object;
+    QAccessible::Event type;
+    QString text;
+  };
+
+  Announcements() {
+    listening = this;
+    previous_ = QAccessible::installUpdateHandler(&Announcements::hear);
+  }
+  ~Announcements() {
+    QAccessible::installUpdateHandler(previous_);
+    listening = nullptr;
+  }
+  Announcements(const Announcements&) = delete;
+  Announcements& operator=(const Announcements&) = delete;
+
+  /// The texts announced for `object` as changes of `type`, in order, repeats left out.
+  QStringList of(QObject* object, QAccessible::Event type) const {
+    QStringList texts;
+    for (const Heard& heard : heard_)
+      if (heard.object == object && heard.type == type &&
+          (texts.isEmpty() || texts.back() != heard.text))
+        texts << heard.text;
+    return texts;
+  }
+  void clear() { heard_.clear(); }
+
+private:
+  static void hear(QAccessibleEvent* event) {
+    if (listening == nullptr) return;
+    const QAccessible::Event type = event->type();
+    if (type != QAccessible::NameChanged && type != QAccessible::ValueChanged) return;
+    QAccessibleInterface* node = event->accessibleInterface();
+    if (node == nullptr) return;
+    listening->heard_.push_back(
+        {event->object(), type,
+         node->text(type == QAccessible::NameChanged ? QAccessible::Name : QAccessible::Value)});
+  }
+
+  static inline Announcements* listening = nullptr;
+  QAccessible::UpdateHandler previous_ = nullptr;
+  std::vector<Heard> heard_;
+};
+
+// Qt hands changes to listeners only while a platform bridge is active, which the offscreen
+// platform has none of: these tests run on a virtual display with the AT-SPI bus
+// (tests/support/accessibility-session.sh), as CTest runs them.
+class AccessibilityBusTest : public AccessibilityTest {
+protected:
+  void SetUp() override {
+    if (QGuiApplication::platformName() == QLatin1String("offscreen"))
+      GTEST_SKIP() << "needs the accessibility bus: run under tests/support/accessibility-session.sh";
+    AccessibilityTest::SetUp();
+    ASSERT_TRUE(QTest::qWaitFor([] { return QAccessible::isActive(); }, 10000))
+        << "Qt did not join the accessibility bus";
+  }
+};
+
+// A run reaches a screen reader as it happens: each stage and the end in the status line's name,
+// the progress with the file being written in the progress bar's value, the state in the dot's
+// name; a failed run with its reason; a new board that automatic flashing is about to take.
+TEST_F(AccessibilityBusTest, TheStagesAndTheEndOfARunAndANewBoardAreAnnounced) {
+  LanguageOverride english(Language::en);
+  simulator::SimulatedESPOptions paced;
+  paced.paceLine = true; // as long as a real line takes, so the progress is seen moving
+  simulator::SimulatedESP board(paced);
+  simulator::SimulatedESPOptions mute;
+  mute.silent = true;
+  simulator::SimulatedESP silent(mute);
+  MainWindow& w = open({board.path(), silent.path()});
+  model->setSelectedPath(QString::fromStdString(board.path()));
+  load(*model, espProduct(ESPChip::esp32, 64 * 1024));
+  {
+    Announcements heard;
+    QTest::keyClick(&w, Qt::Key_R, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntilIdle(*model, 60000));
+    const QStringList status = heard.of(w.statusText(), QAccessible::NameChanged);
+    ASSERT_GE(status.size(), 4) << status.join(" | ").toStdString();
+    EXPECT_EQ(status.front(), "Connecting to the bootloader…");
+    for (const char* stage : {"Writing bootloader.bin…", "Writing firmware.bin…",
+                              "Verifying firmware.bin…", "Restarting the board…"})
+      EXPECT_TRUE(status.contains(stage)) << stage << " in " << status.join(" | ").toStdString();
+    EXPECT_TRUE(status.back().startsWith("Last flash succeeded · ESP32 · "))
+        << status.back().toStdString();
+
+    const QStringList progress = heard.of(w.progressBar(), QAccessible::ValueChanged);
+    ASSERT_GE(progress.size(), 3) << progress.join(" | ").toStdString();
+    // The percentage alone until the first file is named.
+    static const QRegularExpression value(QStringLiteral("^(?:(\\S+), )?(\\d+) %$"));
+    int last = -1;
+    std::set<QString> files;
+    for (const QString& text : progress) {
+      const auto match = value.match(text);
+      ASSERT_TRUE(match.hasMatch()) << text.toStdString();
+      if (match.hasCaptured(1)) files.insert(match.captured(1));
+      EXPECT_GE(match.captured(2).toInt(), last) << text.toStdString();
+      last = match.captured(2).toInt();
+    }
+    EXPECT_EQ(last, 100);
+    EXPECT_TRUE(files.count("firmware.bin") == 1 && files.size() >= 2)
+        << progress.join(" | ").toStdString();
+    EXPECT_EQ(w.progressBar()->accessibleName(), "Progress");
+
+    EXPECT_EQ(heard.of(w.statusDot(), QAccessible::NameChanged),
+              (QStringList{"Flashing", "Last flash succeeded"}));
+  }
+
+  // A board that does not answer: the end names the reason.
+  {
+    model->setSelectedPath(QString::fromStdString(silent.path()));
+    Announcements heard;
+    model->startFlash();
+    ASSERT_TRUE(waitUntilIdle(*model, 60000));
+    const QStringList status = heard.of(w.statusText(), QAccessible::NameChanged);
+    ASSERT_FALSE(status.isEmpty());
+    EXPECT_TRUE(status.back().startsWith("Flashing failed: No connection with the bootloader."))
+        << status.back().toStdString();
+    EXPECT_EQ(heard.of(w.statusDot(), QAccessible::NameChanged).back(), "Last flash failed");
+  }
+
+  // Automatic flashing takes a board that is plugged in: it is said before its run starts.
+  {
+    model->setAutoFlash(true);
+    Announcements heard;
+    const QString path = model->plugInSimulatedBoard(Target::esp(ESPChip::esp32));
+    ASSERT_FALSE(path.isEmpty());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return model->isFlashing(); }, 10000));
+    ASSERT_TRUE(waitUntilIdle(*model, 60000));
+    const QStringList status = heard.of(w.statusText(), QAccessible::NameChanged);
+    const QString newBoard =
+        "New board on Simulated ESP32 (" + path + "): flashing automatically";
+    ASSERT_TRUE(status.contains(newBoard)) << status.join(" | ").toStdString();
+    EXPECT_EQ(status.indexOf(newBoard) + 1, status.indexOf("Connecting to the bootloader…"));
+    EXPECT_TRUE(status.back().startsWith("Last flash succeeded")) << status.back().toStdString();
   }
 }
 
