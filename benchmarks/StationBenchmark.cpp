@@ -3,7 +3,6 @@
 // Targets: N boards take at most 1.2 times as long as one, and each run's own thread uses under
 // 5 % of a core.
 
-#include <poll.h>
 #include <sys/resource.h>
 
 #include <chrono>
@@ -13,39 +12,22 @@
 #include <vector>
 
 #include "Simulator/SimulatedESP.hpp"
-#include "TarnwickCLI/Station.hpp"
+#include "FlashStation/PortSource.hpp"
+#include "FlashStation/Station.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
-using namespace tarnwick::cli;
+using namespace tarnwick::station;
 using namespace tarnwick::simulator;
 using Clock = std::chrono::steady_clock;
 
 namespace {
 
-// The boards are all there when the station starts; it takes them with --now.
-class FixedPorts : public PortSource {
-public:
-  explicit FixedPorts(std::vector<SerialPortInfo> ports) : ports_(std::move(ports)) {}
-  std::vector<SerialPortInfo> start() override { return ports_; }
-  std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
-    pollfd watched{wake, POLLIN, 0};
-    auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    ::poll(&watched, 1, static_cast<int>(std::max<std::int64_t>(left, 0)));
-    return ports_;
-  }
-
-private:
-  std::vector<SerialPortInfo> ports_;
-};
-
 class Outcomes : public StationReport {
 public:
-  void notice(const std::string&) override {}
+  void notice(const StationNotice&) override {}
   void started(const StationBoard&) override {}
-  void connected(const StationBoard&, const std::string&,
-                 const std::optional<std::string>&) override {}
-  void progress(const StationBoard&, std::int64_t, std::int64_t) override {}
+  void event(const StationBoard&, const FlashEvent&) override {}
   void skipped(const StationBoard&, const std::string&) override {}
   void finished(const BoardOutcome& outcome) override {
     std::lock_guard lock(mutex);
@@ -86,11 +68,13 @@ Figures flashAtOnce(int count, const ProductPackage& package) {
   }
   StationOptions options;
   options.now = true;
-  options.testDevices = true;
+  options.allowsTestDevices = true;
   options.limit = count;
   Outcomes outcomes;
   Station station(package, options, outcomes);
-  FixedPorts source(ports);
+  // The boards are all there when the station starts; it takes them as --now does.
+  PortFeed source;
+  source.deliver(ports);
   const double cpuStart = processCPUSeconds();
   const auto start = Clock::now();
   station.run(source);
