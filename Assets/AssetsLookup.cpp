@@ -3,10 +3,13 @@
 #include <QFile>
 
 namespace tarnwick::assets {
-QString screenshotPath(const QString& name) {
-  QString file = name.endsWith(QLatin1String(".png")) ? name : name + QLatin1String(".png");
-  QString path = QStringLiteral(":/tarnwick/screenshots/") + file;
-  return QFile::exists(path) ? path : QString();
+QString screenshotPath(const QString& name, const QString& language) {
+  const QString file = name.endsWith(QLatin1String(".png")) ? name : name + QLatin1String(".png");
+  for (const QString& taken : {language, QStringLiteral("en")}) {
+    const QString path = QStringLiteral(":/tarnwick/screenshots/") + taken + u'/' + file;
+    if (QFile::exists(path)) return path;
+  }
+  return {};
 }
 } // namespace tarnwick::assets
 

@@ -8,9 +8,10 @@ namespace tarnwick::assets {
 inline const QString logoPath = QStringLiteral(":/tarnwick/logo.svg");
 /// The application icon.
 inline const QString iconPath = QStringLiteral(":/tarnwick/tarnwick.svg");
-/// The resource path of a help screenshot by its name ("window-product" or "window-product.png");
-/// empty when no such image is compiled in.
-QString screenshotPath(const QString& name);
+/// The resource path of a help screenshot by its name ("window-product" or "window-product.png")
+/// as taken in `language` (a language code such as "de"), or in English when there is none in
+/// that language; empty when no such image is compiled in.
+QString screenshotPath(const QString& name, const QString& language);
 } // namespace tarnwick::assets
 
 namespace tarnwick::assets {

@@ -18,6 +18,7 @@ std::string commandLineHelp() {
              "                      default the product's own; with no firmware yet, a demo\n"
              "                      product for it is opened too; may be repeated\n"
              "  --screenshots DIR   save pictures of the window's main states in DIR and quit\n"
+             "  --dark              show the window in dark colours\n"
              "  --help              show this help and quit\n"
              "  --version           show the version and quit\n",
              "Gebruik: tarnwick [OPTIE]... [BESTAND.twflash]\n"
@@ -35,6 +36,7 @@ std::string commandLineHelp() {
              "                      herhaald worden\n"
              "  --screenshots MAP   afbeeldingen van de belangrijkste toestanden van het venster\n"
              "                      in MAP opslaan en stoppen\n"
+             "  --dark              het venster in donkere kleuren tonen\n"
              "  --help              deze hulp tonen en stoppen\n"
              "  --version           de versie tonen en stoppen\n",
              "Aufruf: tarnwick [OPTION]... [DATEI.twflash]\n"
@@ -53,6 +55,7 @@ std::string commandLineHelp() {
              "                      möglich\n"
              "  --screenshots ORDNER  Bilder der wichtigsten Zustände des Fensters in ORDNER\n"
              "                      speichern und beenden\n"
+             "  --dark              das Fenster in dunklen Farben zeigen\n"
              "  --help              diese Hilfe zeigen und beenden\n"
              "  --version           die Version zeigen und beenden\n",
              "Utilisation : tarnwick [OPTION]... [FICHIER.twflash]\n"
@@ -70,6 +73,7 @@ std::string commandLineHelp() {
              "                      peut être répété\n"
              "  --screenshots DOSSIER  enregistrer des images des principaux états de la\n"
              "                      fenêtre dans DOSSIER, puis quitter\n"
+             "  --dark              afficher la fenêtre en couleurs sombres\n"
              "  --help              afficher cette aide et quitter\n"
              "  --version           afficher la version et quitter\n",
              "Uso: tarnwick [OPCIÓN]... [ARCHIVO.twflash]\n"
@@ -87,6 +91,7 @@ std::string commandLineHelp() {
              "                      demostración; se puede repetir\n"
              "  --screenshots CARPETA  guardar imágenes de los estados principales de la\n"
              "                      ventana en CARPETA y salir\n"
+             "  --dark              mostrar la ventana en colores oscuros\n"
              "  --help              mostrar esta ayuda y salir\n"
              "  --version           mostrar la versión y salir\n"});
 }

@@ -48,23 +48,22 @@ std::vector<HelpTopic> topics() {
 }
 
 HelpIcon icon(std::string_view symbol) {
-  // The theme has no chip and no stack of boards; those three are drawn for the application.
+  // Drawn for the application in one style: icon themes differ, and a bare session has none.
   static constexpr struct {
     std::string_view symbol;
     std::string_view name;
-    bool own;
   } icons[] = {
-      {"play.circle", "media-playback-start", false},
-      {"shippingbox", "package-x-generic", false},
-      {"cpu", "tarnwick-help-cpu", true},
-      {"memorychip", "tarnwick-help-memorychip", true},
-      {"square.stack.3d.up", "tarnwick-help-series", true},
-      {"wrench.and.screwdriver", "applications-utilities", false},
-      {"lock.shield", "security-high", false},
-      {"keyboard", "input-keyboard", false},
+      {"play.circle", "tarnwick-help-start"},
+      {"shippingbox", "tarnwick-help-products"},
+      {"cpu", "tarnwick-help-cpu"},
+      {"memorychip", "tarnwick-help-memorychip"},
+      {"square.stack.3d.up", "tarnwick-help-series"},
+      {"wrench.and.screwdriver", "tarnwick-help-troubleshooting"},
+      {"lock.shield", "tarnwick-help-privacy"},
+      {"keyboard", "tarnwick-help-shortcuts"},
   };
   for (const auto& entry : icons)
-    if (entry.symbol == symbol) return {std::string(entry.name), entry.own};
+    if (entry.symbol == symbol) return {std::string(entry.name), true};
   return {"help-browser", false};
 }
 
@@ -91,5 +90,12 @@ std::string noTopicsFound() {
              "Aucune rubrique trouvée", "No se han encontrado temas"});
 }
 std::string tipLabel() { return tr({"Tip", "Tip", "Tipp", "Astuce", "Consejo"}); }
+std::string fullSizeHint() {
+  return tr({"Click to see the picture at full size",
+             "Klik om de afbeelding op ware grootte te zien",
+             "Klicken, um das Bild in voller Größe zu sehen",
+             "Cliquez pour voir l’image en taille réelle",
+             "Haz clic para ver la imagen a tamaño completo"});
+}
 
 } // namespace tarnwick::L10n::Help

@@ -70,8 +70,8 @@ struct HelpIcon {
   /// A name of the freedesktop icon naming scheme, or the file name (without extension) of one of
   /// the application's own icons.
   std::string name;
-  /// The theme has no fitting icon, so the application ships its own: `Assets/icons/` + `name`
-  /// + ".svg".
+  /// One of the application's own icons, `Assets/icons/` + `name` + ".svg"; otherwise a name of
+  /// the icon theme (the generic help icon of an unknown symbol).
   bool own = false;
   bool operator==(const HelpIcon&) const = default;
 };
@@ -98,5 +98,7 @@ std::string searchPlaceholder();
 std::string noTopicsFound();
 /// "Tip": the label of a highlighted tip.
 std::string tipLabel();
+/// The tooltip of a screenshot in the help, which opens at full size when clicked.
+std::string fullSizeHint();
 
 } // namespace tarnwick::L10n::Help

@@ -13,71 +13,74 @@ HelpTopic start() {
           paragraph(
               {"Tarnwick puts firmware onto ESP32 and ESP8266 boards and onto Arduino boards "
                "over a USB cable. Everything one kind of board needs (the firmware files, their "
-               "addresses and the settings) is kept together in a **product**.",
+               "addresses and the settings) is kept together in a *product*.",
                "Tarnwick zet firmware op ESP32- en ESP8266-boards en op Arduino-boards, via een "
                "USB-kabel. Alles wat één soort board nodig heeft (de firmwarebestanden, hun "
-               "adressen en de instellingen) staat bij elkaar in een **product**.",
+               "adressen en de instellingen) staat bij elkaar in een *product*.",
                "Tarnwick spielt Firmware über ein USB-Kabel auf ESP32- und ESP8266-Boards und auf "
                "Arduino-Boards. Alles, was eine Board-Sorte braucht (die Firmware-Dateien, ihre "
-               "Adressen und die Einstellungen), steht zusammen in einem **Produkt**.",
+               "Adressen und die Einstellungen), steht zusammen in einem *Produkt*.",
                "Tarnwick installe un firmware sur les cartes ESP32 et ESP8266 et sur les cartes "
                "Arduino, par un câble USB. Tout ce dont un type de carte a besoin (les fichiers "
-               "du firmware, leurs adresses et les réglages) est réuni dans un **produit**.",
+               "du firmware, leurs adresses et les réglages) est réuni dans un *produit*.",
                "Tarnwick graba firmware en placas ESP32 y ESP8266 y en placas Arduino a través de "
                "un cable USB. Todo lo que necesita un tipo de placa (los archivos de firmware, sus "
-               "direcciones y los ajustes) se guarda junto en un **producto**."}),
+               "direcciones y los ajustes) se guarda junto en un *producto*."}),
           heading({"Your first flash in four steps", "Je eerste flash in vier stappen",
                    "Das erste Flashen in vier Schritten", "Un premier flashage en quatre étapes",
                    "Tu primer flasheo en cuatro pasos"}),
           bullets({
-              {"**Connect the board** with a USB cable that carries data. A newly connected "
+              {"Connect the board with a USB cable that carries data. A newly connected "
                "board is chosen under **Serial port** by itself.",
-               "**Sluit het board aan** met een USB-kabel die data doorgeeft. Een nieuw "
+               "Sluit het board aan met een USB-kabel die data doorgeeft. Een nieuw "
                "aangesloten board wordt vanzelf gekozen bij **Seriële poort**.",
-               "**Schließe das Board an**, mit einem USB-Kabel, das Daten überträgt. Ein neu "
+               "Schließe das Board mit einem USB-Kabel an, das Daten überträgt. Ein neu "
                "angeschlossenes Board wird unter **Serielle Schnittstelle** von selbst gewählt.",
-               "**Branchez la carte** avec un câble USB qui transmet les données. Une carte "
+               "Branchez la carte avec un câble USB qui transmet les données. Une carte "
                "nouvellement branchée est choisie d’elle-même dans **Port série**.",
-               "**Conecta la placa** con un cable USB que transmita datos. Una placa recién "
+               "Conecta la placa con un cable USB que transmita datos. Una placa recién "
                "conectada se elige sola en **Puerto serie**."},
-              {"**Choose the target**: an Arduino board, a particular ESP chip, or **ESP (detect "
+              {"Choose the target: an Arduino board, a particular ESP chip, or **ESP (detect "
                "automatically)** when any ESP chip will do.",
-               "**Kies het doel**: een Arduino-board, een bepaalde ESP-chip, of **ESP "
+               "Kies het doel: een Arduino-board, een bepaalde ESP-chip, of **ESP "
                "(automatisch herkennen)** als elke ESP-chip goed is.",
-               "**Wähle das Ziel**: ein Arduino-Board, einen bestimmten ESP-Chip oder **ESP "
+               "Wähle das Ziel: ein Arduino-Board, einen bestimmten ESP-Chip oder **ESP "
                "(automatisch erkennen)**, wenn jeder ESP-Chip passt.",
-               "**Choisissez la cible**\u00A0: une carte Arduino, une puce ESP précise, ou **ESP "
+               "Choisissez la cible\u00A0: une carte Arduino, une puce ESP précise, ou **ESP "
                "(détection automatique)** si n’importe quelle puce ESP convient.",
-               "**Elige el destino**: una placa Arduino, un chip ESP concreto o **ESP (detectar "
+               "Elige el destino: una placa Arduino, un chip ESP concreto o **ESP (detectar "
                "automáticamente)** si sirve cualquier chip ESP."},
-              {"**Add the firmware**: click **Files…** or drag the `.bin` or `.hex` files onto "
+              {"Add the firmware: click **Files…** or drag the `.bin` or `.hex` files onto "
                "the list. A whole build folder of PlatformIO, the Arduino IDE or ESP-IDF works "
                "too (**Build Folder…**): each file is recognised and put at the right address.",
-               "**Voeg de firmware toe**: klik op **Bestanden…** of sleep de `.bin`- of "
+               "Voeg de firmware toe: klik op **Bestanden…** of sleep de `.bin`- of "
                "`.hex`-bestanden naar de lijst. Een hele buildmap van PlatformIO, de Arduino IDE "
                "of ESP-IDF kan ook (**Buildmap…**): elk bestand wordt herkend en op het juiste "
                "adres gezet.",
-               "**Füge die Firmware hinzu**: Klicke auf **Dateien…** oder ziehe die `.bin`- oder "
+               "Füge die Firmware hinzu: Klicke auf **Dateien …** oder ziehe die `.bin`- oder "
                "`.hex`-Dateien in die Liste. Auch ein ganzer Build-Ordner von PlatformIO, der "
-               "Arduino IDE oder ESP-IDF geht (**Build-Ordner…**): Jede Datei wird erkannt und an "
+               "Arduino IDE oder ESP-IDF geht (**Build-Ordner …**): Jede Datei wird erkannt und an "
                "die richtige Adresse gelegt.",
-               "**Ajoutez le firmware**\u00A0: cliquez sur **Fichiers…** ou glissez les fichiers "
-               "`.bin` ou `.hex` dans la liste. Un dossier de build complet de PlatformIO, de "
-               "l’IDE Arduino ou d’ESP-IDF convient aussi (**Dossier de build…**)\u00A0: chaque "
+               "Ajoutez le firmware\u00A0: cliquez sur **Fichiers…** ou glissez les fichiers "
+               "`.bin` ou `.hex` dans la liste. Un dossier de compilation complet de PlatformIO, "
+               "de "
+               "l’IDE Arduino ou d’ESP-IDF convient aussi (**Dossier de compilation…**)\u00A0: "
+               "chaque "
                "fichier est reconnu et placé à la bonne adresse.",
-               "**Añade el firmware**: pulsa **Archivos…** o arrastra los archivos `.bin` o "
+               "Añade el firmware: pulsa **Archivos…** o arrastra los archivos `.bin` o "
                "`.hex` a la lista. También sirve una carpeta de compilación entera de PlatformIO, "
                "el IDE de Arduino o ESP-IDF (**Carpeta de compilación…**): cada archivo se "
                "reconoce y se coloca en la dirección correcta."},
-              {"**Press Flash** (Ctrl+R). The status line shows each step; when it is done the "
+              {"Press **Flash** (Ctrl+R). The status line shows each step; when it is done the "
                "board restarts with the new firmware.",
-               "**Druk op Flashen** (Ctrl+R). De statusregel toont elke stap; daarna start het "
+               "Druk op **Flashen** (Ctrl+R). De statusregel toont elke stap; daarna start het "
                "board opnieuw op met de nieuwe firmware.",
-               "**Drücke auf Flashen** (Strg+R). Die Statuszeile zeigt jeden Schritt; am Ende "
+               "Drücke auf **Flashen** (Strg+R). Die Statuszeile zeigt jeden Schritt; am Ende "
                "startet das Board mit der neuen Firmware neu.",
-               "**Appuyez sur Flashage** (Ctrl+R). La ligne d’état affiche chaque étape\u00A0; à "
+               "Appuyez sur **Flashage** (Ctrl+R). La ligne d’état affiche chaque étape\u00A0; à "
                "la fin, la carte redémarre avec le nouveau firmware.",
-               "**Pulsa Flasheo** (Ctrl+R). La línea de estado muestra cada paso; al terminar, la "
+               "Pulsa **Flasheo** (Control+R). La línea de estado muestra cada paso; al terminar, "
+               "la "
                "placa se reinicia con el firmware nuevo."},
           }),
           tip({"No board at hand? **Try with a Simulated Board** in the **Help** menu plugs in a "
@@ -123,15 +126,16 @@ HelpTopic start() {
           paragraph(
               {"The progress bar shows how far the run has come. **Stop** (Ctrl+R) ends it, but "
                "a board stopped halfway does not start until it is flashed again.",
-               "De voortgangsbalk laat zien hoe ver het flashen is. **Stop** (Ctrl+R) breekt het "
+               "De voortgangsbalk laat zien hoe ver het flashen is. **Stoppen** (Ctrl+R) breekt "
+               "het "
                "af, maar een board dat halverwege gestopt is, start pas weer na opnieuw flashen.",
-               "Der Fortschrittsbalken zeigt, wie weit der Vorgang ist. **Stopp** (Strg+R) "
+               "Der Fortschrittsbalken zeigt, wie weit der Vorgang ist. **Stoppen** (Strg+R) "
                "bricht ihn ab, aber ein halb beschriebenes Board startet erst wieder, wenn es "
                "erneut geflasht wurde.",
                "La barre de progression indique où en est le flashage. **Arrêter** (Ctrl+R) "
                "l’interrompt, mais une carte arrêtée en cours de route ne démarre plus tant "
                "qu’elle n’a pas été reflashée.",
-               "La barra de progreso muestra cuánto falta. **Detener** (Ctrl+R) lo interrumpe, "
+               "La barra de progreso muestra cuánto falta. **Detener** (Control+R) lo interrumpe, "
                "pero una placa detenida a medias no arranca hasta que se vuelve a flashear."}),
           screenshot("window-flashing.png",
                      {"Flashing: the current step and the progress.",
@@ -153,7 +157,7 @@ HelpTopic start() {
                "nombre d’octets et la durée. **Afficher le journal** (Ctrl+L) l’ouvre\u00A0; il "
                "peut être enregistré comme fichier texte.",
                "Tras un flasheo correcto, el registro indica el chip, su dirección MAC (ESP), el "
-               "número de bytes y el tiempo empleado. **Mostrar registro** (Ctrl+L) lo abre; se "
+               "número de bytes y el tiempo empleado. **Mostrar registro** (Control+L) lo abre; se "
                "puede guardar como archivo de texto."}),
           screenshot("window-success.png", {"The board has been flashed and verified.",
                                             "Het board is geflasht en gecontroleerd.",
@@ -225,7 +229,7 @@ HelpTopic products() {
                "`.twflash`. Les fichiers de firmware y sont inclus, chacun avec sa somme de "
                "contrôle SHA-256\u00A0: le fichier peut ainsi être copié sur un autre ordinateur, "
                "et un fichier endommagé ou modifié est détecté à l’ouverture.",
-               "**Guardar producto** (Ctrl+S) lo escribe en un solo archivo con la extensión "
+               "**Guardar producto** (Control+S) lo escribe en un solo archivo con la extensión "
                "`.twflash`. Los archivos de firmware van dentro, cada uno con su suma SHA-256, "
                "así que el archivo se puede copiar a otro ordenador y un archivo dañado o "
                "modificado se detecta al abrirlo."}),
@@ -271,7 +275,8 @@ HelpTopic products() {
                "128 Mio (la plus grande mémoire flash qu’adresse une puce prise en charge) et "
                "128 Mio de firmware au total, un `product.json` de 1 Mio au plus, imbriqué sur "
                "16 niveaux au plus, et chaque fichier exactement de la taille indiquée par le "
-               "produit. Ces limites sont propres à l’app\u00A0; ce qui les dépasse est refusé, avec "
+               "produit. Ces limites sont propres à l’app\u00A0; ce qui les dépasse est refusé, "
+               "avec "
                "la raison, avant d’être lu.",
                "Un archivo de producto puede venir de cualquiera, así que la app solo abre lo "
                "que puede ser un producto real: como mucho 256 archivos, ninguno de más de "
@@ -284,11 +289,11 @@ HelpTopic products() {
                "file onto the list opens it.",
                "Je opent het met **Product openen…** (Ctrl+O), door te dubbelklikken in het "
                "bestandsbeheer of door het naar de lijst te slepen.",
-               "Geöffnet wird es mit **Produkt öffnen…** (Strg+O), per Doppelklick in der "
+               "Geöffnet wird es mit **Produkt öffnen …** (Strg+O), per Doppelklick in der "
                "Dateiverwaltung oder indem du die Datei in die Liste ziehst.",
                "On l’ouvre avec **Ouvrir un produit…** (Ctrl+O), par un double-clic dans le "
                "gestionnaire de fichiers ou en le glissant dans la liste.",
-               "Se abre con **Abrir producto…** (Ctrl+O), con un doble clic en el gestor de "
+               "Se abre con **Abrir producto…** (Control+O), con un doble clic en el gestor de "
                "archivos o arrastrándolo a la lista."},
               {"The work in progress is saved by itself and is back at the next start, even "
                "when it was never saved as a product.",
@@ -306,12 +311,12 @@ HelpTopic products() {
           paragraph(
               {"Each file has a kind (bootloader, partition table, OTA data, application, file "
                "system or other), an address and a checkbox: only checked files are flashed. "
-               "Addresses are hexadecimal; type `0x10000` or simply `10000`. **Delete** removes "
+               "Addresses are hexadecimal; type `0x10000` or simply `10000`. **Del** removes "
                "the selected files.",
                "Elk bestand heeft een soort (bootloader, partitietabel, OTA-gegevens, applicatie, "
                "bestandssysteem of overig), een adres en een vinkje: alleen aangevinkte bestanden "
                "worden geflasht. Adressen zijn hexadecimaal; typ `0x10000` of gewoon `10000`. "
-               "**Delete** verwijdert de geselecteerde bestanden.",
+               "**Del** verwijdert de geselecteerde bestanden.",
                "Jede Datei hat eine Art (Bootloader, Partitionstabelle, OTA-Daten, Anwendung, "
                "Dateisystem oder Sonstiges), eine Adresse und ein Häkchen: Nur angehakte Dateien "
                "werden geflasht. Adressen sind hexadezimal; tippe `0x10000` oder einfach "
@@ -324,7 +329,7 @@ HelpTopic products() {
                "Cada archivo tiene un tipo (bootloader, tabla de particiones, datos OTA, "
                "aplicación, sistema de archivos u otro), una dirección y una casilla: solo se "
                "flashean los archivos marcados. Las direcciones van en hexadecimal; escribe "
-               "`0x10000` o simplemente `10000`. **Supr** quita los archivos seleccionados."}),
+               "`0x10000` o simplemente `10000`. **Suprimir** quita los archivos seleccionados."}),
           tip({"Write the hardware revision or where the source code lives into **Notes**: they "
                "travel with the product file.",
                "Zet de hardwarerevisie of de plek van de broncode in **Notities**: die reizen "

@@ -142,16 +142,16 @@ HelpTopic esp() {
                 "El puerto USB propio del chip (USB-Serial/JTAG), sin chip adaptador."}},
               {{"Manual (BOOT button)", "Handmatig (BOOT-knop)", "Manuell (BOOT-Taste)",
                 "Manuel (bouton BOOT)", "Manual (botón BOOT)"},
-               {"For boards without DTR/RTS: hold **BOOT**, briefly press **RESET** (EN), then "
+               {"For boards without DTR/RTS: hold BOOT, briefly press RESET (EN), then "
                 "release BOOT. Tarnwick keeps trying for about half a minute.",
-                "Voor boards zonder DTR/RTS: houd **BOOT** ingedrukt, druk kort op **RESET** "
+                "Voor boards zonder DTR/RTS: houd BOOT ingedrukt, druk kort op RESET "
                 "(EN) en laat BOOT los. Tarnwick blijft het zo'n halve minuut proberen.",
-                "Für Boards ohne DTR/RTS: **BOOT** gedrückt halten, kurz **RESET** (EN) drücken, "
+                "Für Boards ohne DTR/RTS: BOOT gedrückt halten, kurz RESET (EN) drücken, "
                 "dann BOOT loslassen. Tarnwick versucht es etwa eine halbe Minute lang.",
-                "Pour les cartes sans DTR/RTS\u00A0: maintenez **BOOT**, appuyez brièvement sur "
-                "**RESET** (EN), puis relâchez BOOT. Tarnwick réessaie pendant environ une "
+                "Pour les cartes sans DTR/RTS\u00A0: maintenez BOOT, appuyez brièvement sur "
+                "RESET (EN), puis relâchez BOOT. Tarnwick réessaie pendant environ une "
                 "demi-minute.",
-                "Para placas sin DTR/RTS: mantén pulsado **BOOT**, pulsa brevemente **RESET** "
+                "Para placas sin DTR/RTS: mantén pulsado BOOT, pulsa brevemente RESET "
                 "(EN) y suelta BOOT. Tarnwick lo sigue intentando durante medio minuto."}},
           }),
           heading({"Settings", "Instellingen", "Einstellungen", "Réglages", "Ajustes"}),
@@ -244,23 +244,23 @@ HelpTopic arduino() {
       {
           paragraph(
               {"An Arduino board takes one sketch per product: the `.hex` file from the Arduino "
-               "IDE or PlatformIO **without** bootloader (not `….with_bootloader.hex`), or a "
+               "IDE or PlatformIO *without* bootloader (not `….with_bootloader.hex`), or a "
                "`.bin`. Tarnwick writes it through the bootloader already on the board, so no "
                "programmer is needed.",
                "Een Arduino-board krijgt één sketch per product: het `.hex`-bestand uit de "
-               "Arduino IDE of PlatformIO **zonder** bootloader (niet `….with_bootloader.hex`), "
+               "Arduino IDE of PlatformIO *zonder* bootloader (niet `….with_bootloader.hex`), "
                "of een `.bin`. Tarnwick schrijft het via de bootloader die al op het board "
                "staat; een programmer is niet nodig.",
                "Ein Arduino-Board bekommt einen Sketch pro Produkt: die `.hex`-Datei aus der "
-               "Arduino IDE oder PlatformIO **ohne** Bootloader (nicht `….with_bootloader.hex`) "
+               "Arduino IDE oder PlatformIO *ohne* Bootloader (nicht `….with_bootloader.hex`) "
                "oder eine `.bin`. Tarnwick schreibt ihn über den Bootloader, der schon auf dem "
                "Board ist; ein Programmiergerät ist nicht nötig.",
                "Une carte Arduino reçoit un seul sketch par produit\u00A0: le fichier `.hex` de "
-               "l’IDE Arduino ou de PlatformIO **sans** bootloader (pas "
+               "l’IDE Arduino ou de PlatformIO *sans* bootloader (pas "
                "`….with_bootloader.hex`), ou un `.bin`. Tarnwick l’écrit par le bootloader déjà "
                "présent sur la carte\u00A0: aucun programmateur n’est nécessaire.",
                "Una placa Arduino lleva un solo sketch por producto: el archivo `.hex` del IDE de "
-               "Arduino o de PlatformIO **sin** bootloader (no `….with_bootloader.hex`), o un "
+               "Arduino o de PlatformIO *sin* bootloader (no `….with_bootloader.hex`), o un "
                "`.bin`. Tarnwick lo escribe a través del bootloader que ya tiene la placa, así "
                "que no hace falta un programador."}),
           table({

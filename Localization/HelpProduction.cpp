@@ -24,7 +24,8 @@ HelpTopic production() {
                "branchez, **Flashage** (Ctrl+R), débranchez, la suivante. Une carte nouvellement "
                "branchée est choisie d’elle-même.",
                "Abre el producto una vez y flashea una placa tras otra: conectar, **Flasheo** "
-               "(Ctrl+R), desconectar, la siguiente. Una placa recién conectada se elige sola."}),
+               "(Control+R), desconectar, la siguiente. Una placa recién conectada se elige "
+               "sola."}),
           heading({"Flashing automatically", "Automatisch flashen", "Automatisch flashen",
                    "Flashage automatique", "Flasheo automático"}),
           bullets({
@@ -37,7 +38,7 @@ HelpTopic production() {
                "Schalte **Automatisch** ein (oder **Beim Anschließen automatisch flashen** in "
                "den Einstellungen): Jedes neu angeschlossene USB-Board wird etwa eine Sekunde "
                "nach dem Erscheinen geflasht, ohne Klick.",
-               "Activez **Automatique** (ou **Flasher automatiquement au branchement** dans les "
+               "Activez **Automatique** (ou **Flasher automatiquement à la connexion** dans les "
                "réglages)\u00A0: chaque carte USB nouvellement branchée est flashée environ une "
                "seconde après son apparition, sans clic.",
                "Activa **Automático** (o **Flashear automáticamente al conectar** en los "
@@ -79,7 +80,7 @@ HelpTopic production() {
                "naar het scherm te kijken.",
                "Mit **Ton bei Erfolg oder Fehler** hörst du, ob ein Board gelungen ist, ohne auf "
                "den Bildschirm zu sehen.",
-               "Avec **Son en fin de flashage ou en cas d’échec**, vous entendez si une carte a "
+               "Avec **Son en cas de réussite ou d’échec**, vous entendez si une carte a "
                "réussi sans regarder l’écran.",
                "Con **Sonido al terminar o fallar** activado, oyes si una placa salió bien sin "
                "mirar la pantalla."},
@@ -88,11 +89,11 @@ HelpTopic production() {
                "De statusregel telt de boards: **Geflasht** en **Mislukt**. **Logboek wissen** "
                "(Ctrl+K) zet beide tellers weer op nul.",
                "Die Statuszeile zählt die Boards: **Geflasht** und **Fehlgeschlagen**. "
-               "**Protokoll leeren** (Strg+K) setzt beide Zähler auf null zurück.",
+               "**Protokoll löschen** (Strg+K) setzt beide Zähler auf null zurück.",
                "La ligne d’état compte les cartes\u00A0: **Flashées** et **Échecs**. **Effacer "
                "le journal** (Ctrl+K) remet les deux compteurs à zéro.",
                "La línea de estado cuenta las placas: **Flasheadas** y **Fallidas**. **Borrar "
-               "registro** (Ctrl+K) pone los dos contadores a cero."},
+               "registro** (Control+K) pone los dos contadores a cero."},
           }),
           tip({"Save the log (Ctrl+Alt+S) at the end of a batch: it lists every board with its "
                "chip, MAC address and result.",
@@ -102,7 +103,7 @@ HelpTopic production() {
                "Chip, MAC-Adresse und Ergebnis auf.",
                "Enregistrez le journal (Ctrl+Alt+S) à la fin d’une série\u00A0: il recense "
                "chaque carte avec sa puce, son adresse MAC et le résultat.",
-               "Guarda el registro (Ctrl+Alt+S) al final de una tanda: recoge cada placa con su "
+               "Guarda el registro (Control+Alt+S) al final de una tanda: recoge cada placa con su "
                "chip, su dirección MAC y el resultado."}),
           heading({"Many boards at once: the flashing station",
                    "Veel boards tegelijk: het flashstation",
@@ -171,7 +172,7 @@ HelpTopic production() {
                "are taken; so it is when the program reading the station's output ends, and "
                "either way the station ends with exit status 1. Leonardo, Micro and Pro Micro "
                "boards are flashed one at a time, because their bootloader appears as a new "
-               "port. The first Ctrl+C lets running boards finish; a second one stops them.",
+               "port. The first `Ctrl+C` lets running boards finish; a second one stops them.",
                "Een poort achter een USB-seriële chip (CP210x, CH340, FTDI, de USB-chip van een "
                "Uno) die verdwijnt en terugkomt, heeft een nieuw board: dat wordt meteen "
                "geflasht. Een board met eigen USB (ESP32-S3/C3/C6, Leonardo, Micro, Pro Micro) "
@@ -185,7 +186,7 @@ HelpTopic production() {
                "programma stopt dat de uitvoer van het station leest, en in beide gevallen "
                "eindigt het station met afsluitcode 1. Leonardo-, Micro- en Pro Micro-boards "
                "worden één voor één geflasht, omdat hun bootloader als nieuwe poort verschijnt. "
-               "De eerste Ctrl+C laat lopende boards afmaken; een tweede stopt ze.",
+               "De eerste `Ctrl+C` laat lopende boards afmaken; een tweede stopt ze.",
                "Eine Schnittstelle hinter einem USB-Seriell-Chip (CP210x, CH340, FTDI, der "
                "USB-Chip eines Uno), die verschwindet und wiederkommt, hat ein neues Board: Es "
                "wird sofort geflasht. Ein Board mit eigenem USB (ESP32-S3/C3/C6, Leonardo, "
@@ -199,7 +200,7 @@ HelpTopic production() {
                "Boards mehr angenommen; ebenso, wenn sich das Programm beendet, das die Ausgabe "
                "der Station liest, und in beiden Fällen endet die Station mit dem Exit-Status 1. "
                "Leonardo, Micro und Pro Micro werden nacheinander geflasht, weil ihr Bootloader "
-               "als neue Schnittstelle erscheint. Das erste Strg+C lässt laufende Boards fertig "
+               "als neue Schnittstelle erscheint. Das erste `Strg+C` lässt laufende Boards fertig "
                "werden, ein zweites bricht sie ab.",
                "Un port derrière une puce USB-série (CP210x, CH340, FTDI, la puce USB d’une Uno) "
                "qui disparaît puis revient porte une nouvelle carte\u00A0: elle est flashée "
@@ -214,7 +215,7 @@ HelpTopic production() {
                "il en va de même quand le programme qui lit la sortie de la station s’arrête, "
                "et dans les deux cas la station se termine avec le code de sortie 1. Les "
                "Leonardo, Micro et Pro Micro sont flashées une par une, car leur bootloader "
-               "apparaît comme un nouveau port. Un premier Ctrl+C laisse finir les cartes en "
+               "apparaît comme un nouveau port. Un premier `Ctrl+C` laisse finir les cartes en "
                "cours\u00A0; un second les arrête.",
                "Un puerto detrás de un chip USB-serie (CP210x, CH340, FTDI, el chip USB de una "
                "Uno) que desaparece y vuelve tiene una placa nueva: se flashea enseguida. Una "
@@ -228,7 +229,7 @@ HelpTopic production() {
                "termina el programa que lee la salida de la estación, y en ambos casos la "
                "estación termina con el código de salida 1. Las Leonardo, Micro y Pro Micro se "
                "flashean de una en una, porque su bootloader aparece como un puerto nuevo. El "
-               "primer Ctrl+C deja terminar las placas en curso; un segundo las detiene."}),
+               "primer `Ctrl+C` deja terminar las placas en curso; un segundo las detiene."}),
       }};
 }
 
@@ -240,23 +241,23 @@ HelpTopic privacy() {
       "lock.shield",
       {
           paragraph(
-              {"Tarnwick uses **no network** at all: nothing is collected or sent. It opens only "
+              {"Tarnwick uses *no network* at all: nothing is collected or sent. It opens only "
                "the serial port you pick and the files and folders you choose, save or drop "
                "yourself; besides those it keeps your settings and the work in progress in your "
                "own home folder.",
-               "Tarnwick gebruikt **geen netwerk**: er wordt niets verzameld of verstuurd. Het "
+               "Tarnwick gebruikt *geen netwerk*: er wordt niets verzameld of verstuurd. Het "
                "opent alleen de seriële poort die je kiest en de bestanden en mappen die je zelf "
                "kiest, opslaat of erheen sleept; verder bewaart het je instellingen en je lopende "
                "werk in je eigen thuismap.",
-               "Tarnwick nutzt **kein Netzwerk**: Nichts wird gesammelt oder gesendet. Es öffnet "
+               "Tarnwick nutzt *kein Netzwerk*: Nichts wird gesammelt oder gesendet. Es öffnet "
                "nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
                "du selbst auswählst, speicherst oder hineinziehst; außerdem legt es deine "
                "Einstellungen und die laufende Arbeit in deinem eigenen Home-Ordner ab.",
-               "Tarnwick n’utilise **aucun réseau**\u00A0: rien n’est collecté ni envoyé. Il "
+               "Tarnwick n’utilise *aucun réseau*\u00A0: rien n’est collecté ni envoyé. Il "
                "n’ouvre que le port série que vous choisissez et les fichiers et dossiers que "
                "vous sélectionnez, enregistrez ou glissez vous-même\u00A0; il conserve en outre "
                "vos réglages et le travail en cours dans votre dossier personnel.",
-               "Tarnwick no usa **ninguna red**: no se recoge ni se envía nada. Solo abre el "
+               "Tarnwick no usa *ninguna red*: no se recoge ni se envía nada. Solo abre el "
                "puerto serie que eliges y los archivos y carpetas que tú mismo seleccionas, "
                "guardas o arrastras; aparte de eso, guarda tus ajustes y el trabajo en curso en "
                "tu propia carpeta personal."}),
@@ -304,34 +305,45 @@ HelpTopic shortcuts() {
       "keyboard",
       {
           table({
-              {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Ctrl+R"},
+              {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Control+R"},
                {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
                 "Flashear / detener"}},
               {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
-                "Ctrl+N / Ctrl+O"},
+                "Control+N / Control+O"},
                {"New product / open product", "Nieuw product / product openen",
                 "Neues Produkt / Produkt öffnen", "Nouveau produit / ouvrir un produit",
                 "Producto nuevo / abrir producto"}},
               {{"Ctrl+S / Ctrl+Shift+S", "Ctrl+S / Ctrl+Shift+S", "Strg+S / Strg+Umschalt+S",
-                "Ctrl+S / Ctrl+Maj+S", "Ctrl+S / Ctrl+Mayús+S"},
+                "Ctrl+S / Ctrl+Maj+S", "Control+S / Control+Mayúsculas+S"},
                {"Save product / save as", "Product opslaan / opslaan als",
                 "Produkt speichern / speichern unter", "Enregistrer le produit / enregistrer sous",
                 "Guardar producto / guardar como"}},
-              {{"Delete", "Delete", "Entf", "Suppr", "Supr"},
+              {{"Del", "Del", "Entf", "Suppr", "Suprimir"},
                {"Remove the selected files", "Geselecteerde bestanden verwijderen",
                 "Ausgewählte Dateien entfernen", "Retirer les fichiers sélectionnés",
                 "Quitar los archivos seleccionados"}},
-              {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Ctrl+L"},
+              {{"Ctrl+L", "Ctrl+L", "Strg+L", "Ctrl+L", "Control+L"},
                {"Show or hide the log", "Logboek tonen of verbergen",
                 "Protokoll ein- oder ausblenden", "Afficher ou masquer le journal",
                 "Mostrar u ocultar el registro"}},
-              {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Ctrl+Alt+S"},
+              {{"Ctrl+Alt+S", "Ctrl+Alt+S", "Strg+Alt+S", "Ctrl+Alt+S", "Control+Alt+S"},
                {"Save log", "Logboek opslaan", "Protokoll speichern", "Enregistrer le journal",
                 "Guardar el registro"}},
-              {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Ctrl+K"},
+              {{"Ctrl+F", "Ctrl+F", "Strg+F", "Ctrl+F", "Control+F"},
+               {"Find in the log", "Zoeken in het logboek", "Im Protokoll suchen",
+                "Rechercher dans le journal", "Buscar en el registro"}},
+              {{"F3 / Shift+F3", "F3 / Shift+F3", "F3 / Umschalt+F3", "F3 / Maj+F3",
+                "F3 / Mayúsculas+F3"},
+               {"Next / previous match in the log", "Volgende / vorige overeenkomst in het logboek",
+                "Nächster / vorheriger Treffer im Protokoll",
+                "Occurrence suivante / précédente dans le journal",
+                "Coincidencia siguiente / anterior en el registro"}},
+              {{"Ctrl+K", "Ctrl+K", "Strg+K", "Ctrl+K", "Control+K"},
                {"Clear log and counters", "Logboek en tellers wissen",
                 "Protokoll und Zähler leeren", "Effacer le journal et les compteurs",
                 "Borrar el registro y los contadores"}},
+              {{"Ctrl+Q", "Ctrl+Q", "Strg+Q", "Ctrl+Q", "Control+Q"},
+               {"Quit", "Afsluiten", "Beenden", "Quitter", "Salir"}},
               {same("F1"),
                {"Open this help", "Deze help openen", "Diese Hilfe öffnen", "Ouvrir cette aide",
                 "Abrir esta ayuda"}},

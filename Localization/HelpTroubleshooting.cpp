@@ -28,6 +28,14 @@ HelpTopic troubleshooting() {
                "Cuando un flasheo falla, la línea de estado indica **Error al flashear** seguido "
                "del motivo, y el registro lo muestra en rojo con lo que pasó antes. Busca el "
                "mensaje aquí abajo."}),
+          screenshot(
+              "window-failure.png",
+              {"A failed run: the reason in the status line and in the log.",
+               "Een mislukte flash: de reden in de statusregel en in het logboek.",
+               "Ein fehlgeschlagener Durchlauf: der Grund in der Statuszeile und im "
+               "Protokoll.",
+               "Un flashage échoué\u00A0: la raison dans la ligne d’état et dans le journal.",
+               "Un flasheo fallido: el motivo en la línea de estado y en el registro."}),
 
           heading({"No board in the port list", "Geen board in de poortenlijst",
                    "Kein Board in der Schnittstellenliste", "Aucune carte dans la liste des ports",
@@ -158,20 +166,20 @@ HelpTopic troubleshooting() {
                    "Keine Verbindung zum Bootloader", "Pas de connexion avec le bootloader",
                    "No hay conexión con el bootloader"}),
           bullets({
-              {"Hold **BOOT** (also called IO0 or FLASH), briefly press **RESET** (EN or RST), "
+              {"Hold BOOT (also called IO0 or FLASH), briefly press RESET (EN or RST), "
                "release BOOT and flash again. For boards that never start the bootloader by "
                "themselves choose the reset method **Manual (BOOT button)**.",
-               "Houd **BOOT** (ook IO0 of FLASH genoemd) ingedrukt, druk kort op **RESET** (EN of "
+               "Houd BOOT (ook IO0 of FLASH genoemd) ingedrukt, druk kort op RESET (EN of "
                "RST), laat BOOT los en flash opnieuw. Kies voor boards die de bootloader nooit "
                "zelf starten de resetmethode **Handmatig (BOOT-knop)**.",
-               "Halte **BOOT** (auch IO0 oder FLASH genannt) gedrückt, drücke kurz **RESET** (EN "
+               "Halte BOOT (auch IO0 oder FLASH genannt) gedrückt, drücke kurz RESET (EN "
                "oder RST), lass BOOT los und flashe erneut. Für Boards, die den Bootloader nie "
                "von selbst starten, wähle die Reset-Methode **Manuell (BOOT-Taste)**.",
-               "Maintenez **BOOT** (aussi appelé IO0 ou FLASH), appuyez brièvement sur **RESET** "
+               "Maintenez BOOT (aussi appelé IO0 ou FLASH), appuyez brièvement sur RESET "
                "(EN ou RST), relâchez BOOT et relancez le flashage. Pour les cartes qui ne lancent "
                "jamais le bootloader d’elles-mêmes, choisissez la méthode **Manuel (bouton "
                "BOOT)**.",
-               "Mantén pulsado **BOOT** (también llamado IO0 o FLASH), pulsa brevemente **RESET** "
+               "Mantén pulsado BOOT (también llamado IO0 o FLASH), pulsa brevemente RESET "
                "(EN o RST), suelta BOOT y vuelve a flashear. Para placas que nunca arrancan el "
                "bootloader por sí solas, elige el método **Manual (botón BOOT)**."},
               {"Check that the port belongs to this board and that the target matches it: an "
@@ -611,7 +619,8 @@ HelpTopic troubleshooting() {
                "(Strg+Alt+S) und häng es an, wenn du jemanden um Hilfe bittest.",
                "Le journal (Ctrl+L) montre chaque étape d’un flashage. Enregistrez-le "
                "(Ctrl+Alt+S) et joignez-le quand vous demandez de l’aide.",
-               "El registro (Ctrl+L) muestra cada paso de un flasheo. Guárdalo (Ctrl+Alt+S) y "
+               "El registro (Control+L) muestra cada paso de un flasheo. Guárdalo (Control+Alt+S) "
+               "y "
                "adjúntalo cuando pidas ayuda."}),
       }};
 }

@@ -107,11 +107,11 @@ std::string flashTooltip() {
              "Zet het product op het aangesloten board (Ctrl+R)",
              "Das Produkt auf das angeschlossene Board bringen (Strg+R)",
              "Installer le produit sur la carte connectée (Ctrl+R)",
-             "Grabar el producto en la placa conectada (Ctrl+R)"});
+             "Grabar el producto en la placa conectada (Control+R)"});
 }
 std::string stopTooltip() {
   return tr({"Stop (Ctrl+R)", "Stoppen (Ctrl+R)", "Stoppen (Strg+R)", "Arrêter (Ctrl+R)",
-             "Detener (Ctrl+R)"});
+             "Detener (Control+R)"});
 }
 std::string waitUntilFlashingFinished() {
   return tr({"Wait until flashing has finished", "Wacht tot het flashen klaar is",
@@ -156,7 +156,7 @@ std::string showLog() {
 std::string showLogTooltip() {
   return tr({"Show or hide the log (Ctrl+L)", "Logboek tonen of verbergen (Ctrl+L)",
              "Protokoll ein- oder ausblenden (Strg+L)", "Afficher ou masquer le journal (Ctrl+L)",
-             "Mostrar u ocultar el registro (Ctrl+L)"});
+             "Mostrar u ocultar el registro (Control+L)"});
 }
 std::string counters(std::int64_t flashed, std::int64_t failed) {
   const std::string good = std::to_string(flashed), bad = std::to_string(failed);
@@ -182,7 +182,7 @@ std::string saveTooltip() {
              "Logboek opslaan als tekstbestand (Ctrl+Alt+S)",
              "Protokoll als Textdatei speichern (Strg+Alt+S)",
              "Enregistrer le journal dans un fichier texte (Ctrl+Alt+S)",
-             "Guardar el registro como archivo de texto (Ctrl+Alt+S)"});
+             "Guardar el registro como archivo de texto (Control+Alt+S)"});
 }
 std::string clearLog() {
   return tr({"Clear log", "Logboek wissen", "Protokoll löschen", "Effacer le journal",
@@ -192,7 +192,7 @@ std::string clearLogTooltip() {
   return tr({"Clear the log and counters (Ctrl+K)", "Logboek en tellers wissen (Ctrl+K)",
              "Protokoll und Zähler löschen (Strg+K)",
              "Effacer le journal et les compteurs (Ctrl+K)",
-             "Borrar el registro y los contadores (Ctrl+K)"});
+             "Borrar el registro y los contadores (Control+K)"});
 }
 } // namespace tarnwick::L10n::Footer
 

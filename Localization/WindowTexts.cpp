@@ -5,7 +5,7 @@
 namespace tarnwick::L10n::Window {
 
 std::string fileMenu() { return tr({"&File", "&Bestand", "&Datei", "&Fichier", "&Archivo"}); }
-std::string boardMenu() { return tr({"&Board", "B&ord", "&Board", "&Carte", "&Placa"}); }
+std::string boardMenu() { return tr({"&Board", "B&oard", "&Board", "&Carte", "&Placa"}); }
 std::string viewMenu() { return tr({"&View", "Beel&d", "&Ansicht", "&Affichage", "&Ver"}); }
 std::string helpMenu() { return tr({"&Help", "&Help", "&Hilfe", "Ai&de", "Ay&uda"}); }
 std::string openRecent() {
@@ -34,6 +34,12 @@ std::string textFileFilter() {
 }
 
 std::string close() { return tr({"Close", "Sluiten", "Schließen", "Fermer", "Cerrar"}); }
+std::string opensAfterRun(const std::string& file) {
+  return file +
+         tr({" opens when this run has finished.", " wordt geopend zodra het flashen klaar is.",
+             " wird geöffnet, sobald das Flashen abgeschlossen ist.",
+             " s’ouvrira à la fin du flashage.", " se abrirá cuando termine el flasheo."});
+}
 
 std::string trySimulatedBoard() {
   return tr({"Try with a Simulated Board", "Uitproberen met een gesimuleerd board",
@@ -69,3 +75,39 @@ std::string unplugSimulatedBoard(const std::string& board, const std::string& pa
 }
 
 } // namespace tarnwick::L10n::Window
+
+namespace tarnwick::L10n::Find {
+std::string findInLog() {
+  return tr({"Find in Log…", "Zoeken in logboek…", "Im Protokoll suchen …",
+             "Rechercher dans le journal…", "Buscar en el registro…"});
+}
+std::string findNext() {
+  return tr({"Find Next", "Volgende zoeken", "Weitersuchen", "Rechercher le suivant",
+             "Buscar siguiente"});
+}
+std::string findPrevious() {
+  return tr({"Find Previous", "Vorige zoeken", "Rückwärts suchen", "Rechercher le précédent",
+             "Buscar anterior"});
+}
+std::string placeholder() {
+  return tr({"Find in the log", "Zoeken in het logboek", "Im Protokoll suchen",
+             "Rechercher dans le journal", "Buscar en el registro"});
+}
+std::string previousTooltip() {
+  return tr({"Previous match (Shift+F3)", "Vorige overeenkomst (Shift+F3)",
+             "Vorheriger Treffer (Umschalt+F3)", "Occurrence précédente (Maj+F3)",
+             "Coincidencia anterior (Mayúsculas+F3)"});
+}
+std::string nextTooltip() {
+  return tr({"Next match (F3)", "Volgende overeenkomst (F3)", "Nächster Treffer (F3)",
+             "Occurrence suivante (F3)", "Coincidencia siguiente (F3)"});
+}
+std::string matchOf(std::int64_t current, std::int64_t total) {
+  return std::to_string(current) + tr({" of ", " van ", " von ", " sur ", " de "}) +
+         std::to_string(total);
+}
+std::string noMatches() {
+  return tr({"No matches", "Geen overeenkomsten", "Keine Treffer", "Aucune occurrence",
+             "Sin coincidencias"});
+}
+} // namespace tarnwick::L10n::Find

@@ -2,6 +2,7 @@
 // Texts of the desktop window that the shared catalogue does not hold: the menu titles, the
 // recent-documents menu, the product panel's buttons, the file dialogs' filters and "Close".
 
+#include <cstdint>
 #include <string>
 
 namespace tarnwick::L10n::Window {
@@ -24,4 +25,20 @@ std::string trySimulatedBoard();
 std::string trySimulatedBoardTooltip();
 /// The submenu's entry that pulls one simulated board out again.
 std::string unplugSimulatedBoard(const std::string& board, const std::string& path);
+/// A log line: the file handed over during a run opens when the run has finished.
+std::string opensAfterRun(const std::string& file);
 } // namespace tarnwick::L10n::Window
+
+namespace tarnwick::L10n::Find {
+/// View menu: open the find bar of the log.
+std::string findInLog();
+std::string findNext();
+std::string findPrevious();
+/// The find bar's field.
+std::string placeholder();
+std::string previousTooltip();
+std::string nextTooltip();
+/// Which match is shown: "3 of 12".
+std::string matchOf(std::int64_t current, std::int64_t total);
+std::string noMatches();
+} // namespace tarnwick::L10n::Find

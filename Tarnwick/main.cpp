@@ -7,9 +7,11 @@
 
 #include "Assets/AssetsLookup.hpp"
 #include "Localization/DesktopTexts.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/ModelVersion.hpp"
 #include "Tarnwick/Views/CommandLine.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/QtTranslations.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
 
 int main(int argc, char** argv) {
@@ -37,6 +39,11 @@ int main(int argc, char** argv) {
   QApplication::setApplicationVersion(QString::fromLatin1(tarnwick::applicationVersion()));
   QApplication::setDesktopFileName(QStringLiteral("tarnwick"));
   QApplication::setWindowIcon(QIcon(tarnwick::assets::iconPath));
+  tarnwick::installQtTranslations(tarnwick::currentLanguage());
+  if (line.dark) {
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    QApplication::setPalette(tarnwick::darkPalette());
+  }
 
   tarnwick::TarnwickApp app(line);
   if (!line.screenshotFolder.empty()) {

@@ -1,14 +1,35 @@
 #!/usr/bin/env bash
-# Captures the window's main states against a simulated ESP32, under a virtual display.
-# Usage: scripts/screenshots.sh [OUTPUT_FOLDER] (default Assets/screenshots). LANGUAGE, LANG and
-# QT_SCALE_FACTOR are passed on, so the same script shows every language and scale.
-# Expects a finished build (scripts/build.sh).
+# Takes the help's pictures: the window driven through its main states against a simulated
+# ESP32, under a virtual display.
+# Usage: scripts/screenshots.sh                   every language, into Assets/screenshots/LANGUAGE
+#        scripts/screenshots.sh [--dark] FOLDER    the language of LANGUAGE (or LANG) into FOLDER,
+#                                                  with --dark under the dark palette
+# QT_SCALE_FACTOR is passed on, so the same script shows other scales. Expects a finished build
+# (scripts/build.sh).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-out=${1:-Assets/screenshots}
 
-source scripts/simboard.sh
-start_simboard esp32 --pace
+options=()
+if [ "${1:-}" = "--dark" ]; then
+  options=(--dark)
+  shift
+fi
 
-xvfb-run -a -s "-screen 0 1400x900x24" \
-  build/Tarnwick/tarnwick --screenshots "$out" --test-device "$port" "$work/project"
+# One tour against a board of its own, which goes when the tour has ended.
+tour() {
+  (
+    source scripts/simboard.sh
+    start_simboard esp32 --pace
+    xvfb-run -a -s "-screen 0 1400x900x24" \
+      build/Tarnwick/tarnwick --screenshots "$1" "${options[@]}" --test-device "$port" \
+      "$work/project"
+  )
+}
+
+if [ $# -gt 0 ]; then
+  tour "$1"
+else
+  for language in en nl de fr es; do
+    LANGUAGE=$language tour "Assets/screenshots/$language"
+  done
+fi

@@ -907,17 +907,21 @@ void FlasherModel::saveLog() {
   QSaveFile file(qs(location->string()));
   QByteArray text = output_->plainText().toUtf8();
   if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit()) {
+    // Qt keeps the system's reason to itself; the places around the file tell it again.
+    const QFileInfo target(file.fileName());
+    const QFileInfo folder(target.absolutePath());
     int cause = EIO;
-    switch (file.error()) {
-    case QFileDevice::PermissionsError: cause = EACCES; break;
-    case QFileDevice::ResourceError: cause = ENOSPC; break;
-    case QFileDevice::OpenError: {
-      const QFileInfo folder(QFileInfo(file.fileName()).absolutePath());
-      cause = folder.isDir() ? EACCES : folder.exists() ? ENOTDIR : ENOENT;
-      break;
-    }
-    default: break;
-    }
+    if (target.isDir())
+      cause = EISDIR;
+    else if (!folder.exists())
+      cause = ENOENT;
+    else if (!folder.isDir())
+      cause = ENOTDIR;
+    else if (file.error() == QFileDevice::ResourceError)
+      cause = ENOSPC;
+    else if (file.error() == QFileDevice::PermissionsError ||
+             file.error() == QFileDevice::OpenError)
+      cause = EACCES;
     setErrorMessage(qs(L10n::Errors::savingFailedAt(location->string(), cause)));
   }
 }

@@ -6,6 +6,8 @@
 #include <QTextBlock>
 #include <QTextCursor>
 
+#include "Tarnwick/Model/Colours.hpp"
+
 namespace tarnwick {
 
 namespace {
@@ -15,17 +17,6 @@ using Kind = LogSegment::Kind;
 // The segment's kind travels with its text, so a palette change can recolour text already in
 // the log without parsing it again.
 constexpr int kindProperty = QTextFormat::UserProperty + 1;
-
-QColor blend(const QColor& front, const QColor& back, double frontShare) {
-  auto mix = [&](double f, double b) { return frontShare * f + (1.0 - frontShare) * b; };
-  return QColor::fromRgbF(static_cast<float>(mix(front.redF(), back.redF())),
-                          static_cast<float>(mix(front.greenF(), back.greenF())),
-                          static_cast<float>(mix(front.blueF(), back.blueF())));
-}
-
-bool isDark(const QPalette& palette) {
-  return palette.color(QPalette::Active, QPalette::Base).lightnessF() < 0.5;
-}
 
 QFont fixedFont(double points, QFont::Weight weight) {
   QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
@@ -39,18 +30,23 @@ QFont fixedFont(double points, QFont::Weight weight) {
 QColor logColour(Kind kind, const QPalette& palette) {
   const QColor text = palette.color(QPalette::Active, QPalette::Text);
   const QColor base = palette.color(QPalette::Active, QPalette::Base);
-  // Deeper accents on a light background and lighter ones on a dark background, each readable at
-  // 4.5:1 or better against the base and window colours; the tertiary grey is fainter on purpose.
+  const QColor window = palette.color(QPalette::Active, QPalette::Window);
+  // Deeper accents on a light background and lighter ones on a dark background; whatever the
+  // palette, each reads at 4.5:1 or better on the base and window colours the log may show.
+  // The tertiary grey is the faintest that still does.
+  auto readable = [&](const QColor& colour) {
+    return readableOn(readableOn(colour, base), window);
+  };
   const bool dark = isDark(palette);
   switch (kind) {
   case Kind::text:
   case Kind::response: return text;
-  case Kind::timestamp: return blend(text, base, 0.68);
-  case Kind::meta: return blend(text, base, 0.48);
-  case Kind::request: return dark ? QColor(0x78, 0xAE, 0xF5) : QColor(0x1A, 0x5F, 0xB4);
-  case Kind::warning: return dark ? QColor(0xFF, 0xA3, 0x48) : QColor(0xA8, 0x4B, 0x00);
-  case Kind::error: return dark ? QColor(0xFF, 0x7B, 0x72) : QColor(0xC0, 0x1C, 0x28);
-  case Kind::system: return dark ? QColor(0x4F, 0xD1, 0xD9) : QColor(0x00, 0x72, 0x7A);
+  case Kind::timestamp: return readable(blend(text, base, 0.7));
+  case Kind::meta: return readable(blend(text, base, 0.45));
+  case Kind::request: return readable(dark ? QColor(0x78, 0xAE, 0xF5) : QColor(0x1A, 0x5F, 0xB4));
+  case Kind::warning: return readable(dark ? QColor(0xFF, 0xA3, 0x48) : QColor(0xA8, 0x4B, 0x00));
+  case Kind::error: return readable(dark ? QColor(0xFF, 0x7B, 0x72) : QColor(0xC0, 0x1C, 0x28));
+  case Kind::system: return readable(dark ? QColor(0x4F, 0xD1, 0xD9) : QColor(0x00, 0x72, 0x7A));
   }
   return text;
 }

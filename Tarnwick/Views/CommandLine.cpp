@@ -64,6 +64,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
       line.help = true;
     } else if (name == "--version") {
       line.version = true;
+    } else if (name == "--dark") {
+      line.dark = true;
     } else if (name == "--test-device") {
       if (takeValue()) line.testDevices.push_back(value);
     } else if (name == "--simulated-board") {
@@ -75,8 +77,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
     } else {
       line.error = L10n::Cli::unknownOption(name);
     }
-    if (line.error.empty() && hasValue && (line.help || line.version) &&
-        (name == "--help" || name == "--version"))
+    if (line.error.empty() && hasValue &&
+        (name == "--help" || name == "--version" || name == "--dark"))
       line.error = L10n::Cli::unexpectedValue(name);
   }
   return line;

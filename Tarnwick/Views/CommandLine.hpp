@@ -17,6 +17,9 @@ struct CommandLine {
   std::vector<std::string> simulatedBoards;
   /// Where --screenshots saves its pictures; empty when not asked.
   std::string screenshotFolder;
+  /// Dark colours (the Fusion style with a dark palette), for desktops whose dark mode Qt
+  /// does not follow, and for the screenshots' dark pass.
+  bool dark = false;
   bool help = false;
   bool version = false;
   /// A message for a command line that cannot be followed; empty when it can.

@@ -1,6 +1,8 @@
 #include "Tarnwick/Views/FileListPanel.hpp"
 
+#include <QAbstractTextDocumentLayout>
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDragEnterEvent>
@@ -10,9 +12,14 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QPainter>
 #include <QPushButton>
 #include <QStackedWidget>
+#include <QStyledItemDelegate>
 #include <QTableWidget>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
 #include <QVBoxLayout>
 #include <set>
 
@@ -24,7 +31,9 @@
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/TableFitting.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
@@ -53,6 +62,77 @@ bool isProductLocation(const std::filesystem::path& location) {
   return extension == "." + std::string(ProductPackage::fileExtension);
 }
 
+/// Per line of a "Location and checks" cell, the kind of text it is: plain, warning or error.
+constexpr int lineKindsRole = Qt::UserRole + 1;
+
+/// Draws each line of a "Location and checks" cell in its own colour, wrapped to the column.
+class FindingsDelegate : public QStyledItemDelegate {
+public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    // The item's own text: the option's has its line breaks turned into line separators.
+    const QString text = index.data(Qt::DisplayRole).toString();
+    item.text.clear();
+    const QWidget* widget = option.widget;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, widget);
+    const QRect area = textArea(option);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    std::unique_ptr<QTextDocument> document = layout(text, index, option, selected, area.width());
+    painter->save();
+    const qreal height = document->size().height();
+    painter->translate(area.left(), area.top() + std::max<qreal>(0, (area.height() - height) / 2));
+    painter->setClipRect(QRectF(0, 0, area.width(), area.height()));
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.palette = option.palette;
+    document->documentLayout()->draw(painter, context);
+    painter->restore();
+  }
+
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const int width = option.rect.width() > 0 ? textArea(option).width() : 100000;
+    auto document = layout(index.data(Qt::DisplayRole).toString(), index, item, false, width);
+    const QSize margins = option.rect.size() - textArea(option).size();
+    return QSize(static_cast<int>(document->idealWidth()) + margins.width(),
+                 static_cast<int>(std::ceil(document->size().height())) + 4);
+  }
+
+private:
+  static QRect textArea(const QStyleOptionViewItem& option) {
+    const QWidget* widget = option.widget;
+    QStyle* style = widget ? widget->style() : QApplication::style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, widget) + 1;
+    return option.rect.adjusted(margin, 0, -margin, 0);
+  }
+
+  static std::unique_ptr<QTextDocument> layout(const QString& text, const QModelIndex& index,
+                                               const QStyleOptionViewItem& option, bool selected,
+                                               int width) {
+    auto document = std::make_unique<QTextDocument>();
+    document->setDefaultFont(option.font);
+    document->setDocumentMargin(0);
+    const QVariantList kinds = index.data(lineKindsRole).toList();
+    QTextCursor cursor(document.get());
+    const QStringList lines = text.split(u'\n');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+      if (i > 0) cursor.insertBlock();
+      QTextCharFormat format;
+      const auto kind = static_cast<LogSegment::Kind>(
+          i < kinds.size() ? kinds[i].toInt() : static_cast<int>(LogSegment::Kind::text));
+      format.setForeground(findingColour(kind, option.palette, selected));
+      cursor.insertText(lines[i], format);
+    }
+    document->setTextWidth(width);
+    return document;
+  }
+};
+
 std::vector<std::filesystem::path> localFiles(const QMimeData* data) {
   std::vector<std::filesystem::path> locations;
   if (data == nullptr || !data->hasUrls()) return locations;
@@ -72,6 +152,26 @@ DropAction dropActionFor(const std::vector<std::filesystem::path>& locations) {
       return {DropAction::Kind::importFolder, locations};
   }
   return {DropAction::Kind::addFiles, locations};
+}
+
+QColor findingColour(LogSegment::Kind kind, const QPalette& palette, bool selected) {
+  const QColor background = palette.color(selected ? QPalette::Highlight : QPalette::Base);
+  if (kind != LogSegment::Kind::warning && kind != LogSegment::Kind::error)
+    return palette.color(selected ? QPalette::HighlightedText : QPalette::Text);
+  // The log's colour for the same kind of news, kept readable on this background.
+  return readableOn(logColour(kind, palette), background);
+}
+
+QPalette withSoftSelection(QPalette palette) {
+  // A selected row keeps the normal text colour on a tint of the selection colour, so warnings
+  // and errors keep their colours on it.
+  for (auto group : {QPalette::Active, QPalette::Inactive}) {
+    const QColor base = palette.color(group, QPalette::Base);
+    palette.setColor(group, QPalette::Highlight,
+                     blend(palette.color(group, QPalette::Highlight), base, 0.3));
+    palette.setColor(group, QPalette::HighlightedText, palette.color(group, QPalette::Text));
+  }
+  return palette;
 }
 
 FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
@@ -157,19 +257,38 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
                                        {"address", {100, 160}},
                                        {"size", {70, 120}},
                                        {"location", {120, 100000}}});
+  table_->setItemDelegateForColumn(locationColumn, new FindingsDelegate(table_));
+  table_->setPalette(withSoftSelection(QApplication::palette(table_)));
   connect(table_, &QWidget::customContextMenuRequested, this, &FileListPanel::showContextMenu);
   stack_->addWidget(table_);
 
-  // Delete removes the selected files while the list has the focus.
-  auto* remove = new QAction(qt(L10n::Images::remove()), table_);
-  remove->setShortcuts(QKeySequence::Delete);
-  remove->setShortcutContext(Qt::WidgetWithChildrenShortcut);
-  connect(remove, &QAction::triggered, this, &FileListPanel::removeSelected);
-  table_->addAction(remove);
+  // Delete removes the selected files while the list has the focus; the context menu shows the
+  // same action, so it names the key.
+  removeAction_ = new QAction(qt(L10n::Images::remove()), table_);
+  removeAction_->setShortcut(Shortcuts::removeFiles());
+  removeAction_->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+  connect(removeAction_, &QAction::triggered, this, &FileListPanel::removeSelected);
+  table_->addAction(removeAction_);
+  anotherFileAction_ = new QAction(qt(L10n::Images::chooseAnotherFile()), table_);
+  connect(anotherFileAction_, &QAction::triggered, this, [this] {
+    std::vector<UUID> ids = selectedIDs();
+    if (ids.size() == 1) chooseAnotherFile(ids.front());
+  });
 
   connect(&model_, &FlasherModel::productChanged, this, &FileListPanel::refresh);
   connect(&model_, &FlasherModel::filesChanged, this, &FileListPanel::refresh);
   refresh();
+}
+
+QWidget* FileListPanel::centred(QWidget* control, Qt::Alignment alignment) {
+  // In a cell of its own a control would grow to the row's height, which a long finding in
+  // another column sets; inside a holder it keeps its own.
+  auto* holder = new QWidget;
+  auto* layout = new QHBoxLayout(holder);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setAlignment(alignment);
+  layout->addWidget(control);
+  return holder;
 }
 
 std::vector<UUID> FileListPanel::selectedIDs() const {
@@ -244,15 +363,10 @@ void FileListPanel::rebuildRows() {
 
     auto* box = new QCheckBox;
     box->setToolTip(qt(L10n::Images::flashThisFile()));
-    auto* boxCell = new QWidget;
-    auto* boxLayout = new QHBoxLayout(boxCell);
-    boxLayout->setContentsMargins(0, 0, 0, 0);
-    boxLayout->setAlignment(Qt::AlignCenter);
-    boxLayout->addWidget(box);
     connect(box, &QCheckBox::toggled, this, [editImage](bool on) {
       editImage([on](FirmwareImage& image) { image.enabled = on; });
     });
-    table_->setCellWidget(row, enabledColumn, boxCell);
+    table_->setCellWidget(row, enabledColumn, centred(box, Qt::AlignCenter));
 
     auto* role = new QComboBox;
     for (FirmwareImage::Role each : allRoles)
@@ -261,7 +375,7 @@ void FileListPanel::rebuildRows() {
       auto chosen = static_cast<FirmwareImage::Role>(role->itemData(index).toInt());
       editImage([chosen](FirmwareImage& image) { image.role = chosen; });
     });
-    table_->setCellWidget(row, roleColumn, role);
+    table_->setCellWidget(row, roleColumn, centred(role));
 
     auto* address = new AddressField;
     address->setToolTip(qt(L10n::Images::addressTooltip()));
@@ -269,7 +383,7 @@ void FileListPanel::rebuildRows() {
     connect(address, &AddressField::addressEdited, this, [editImage](std::uint32_t value) {
       editImage([value](FirmwareImage& image) { image.offset = value; });
     });
-    table_->setCellWidget(row, addressColumn, address);
+    table_->setCellWidget(row, addressColumn, centred(address));
 
     for (int column : {int(fileColumn), int(sizeColumn), int(locationColumn)})
       table_->setItem(row, column, new QTableWidgetItem);
@@ -284,16 +398,15 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
   if (found == product.images.end()) return;
   const FirmwareImage& image = *found;
 
-  if (auto* cell = table_->cellWidget(row, enabledColumn)) {
-    auto* box = cell->findChild<QCheckBox*>();
+  if (auto* box = cellControl<QCheckBox>(row, enabledColumn)) {
     QSignalBlocker quiet(box);
     box->setChecked(image.enabled);
   }
-  if (auto* role = qobject_cast<QComboBox*>(table_->cellWidget(row, roleColumn))) {
+  if (auto* role = cellControl<QComboBox>(row, roleColumn)) {
     QSignalBlocker quiet(role);
     role->setCurrentIndex(role->findData(static_cast<int>(image.role)));
   }
-  if (auto* address = qobject_cast<AddressField*>(table_->cellWidget(row, addressColumn)))
+  if (auto* address = cellControl<AddressField>(row, addressColumn))
     address->setAddress(image.offset);
   table_->item(row, fileColumn)->setText(qt(image.fileName));
   table_->item(row, fileColumn)->setToolTip(qt(image.fileName));
@@ -316,22 +429,18 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
         break;
       }
   }
-  bool error = false;
-  bool warning = false;
+  QVariantList kinds(lines.size(), static_cast<int>(LogSegment::Kind::text));
   for (const ProductIssue& issue : issues)
     if (issue.imageID == image.id) {
+      // The mark says the severity as well as the colour does.
       lines << QString::fromUtf8(issue.isError() ? "✕ " : "⚠ ") + qt(issue.message());
-      (issue.isError() ? error : warning) = true;
+      kinds << static_cast<int>(issue.isError() ? LogSegment::Kind::error
+                                                : LogSegment::Kind::warning);
     }
   QTableWidgetItem* location = table_->item(row, locationColumn);
   location->setText(lines.join(u'\n'));
   location->setToolTip(lines.join(u'\n'));
-  if (error)
-    location->setForeground(QColor(0xD7, 0x30, 0x27));
-  else if (warning)
-    location->setForeground(QColor(0xE0, 0x82, 0x0A));
-  else
-    location->setData(Qt::ForegroundRole, QVariant());
+  location->setData(lineKindsRole, kinds);
 }
 
 void FileListPanel::chooseFiles() {
@@ -365,19 +474,29 @@ void FileListPanel::showContextMenu(const QPoint& position) {
   std::vector<UUID> ids = selectedIDs();
   if (ids.empty()) return;
   QMenu menu(this);
-  menu.addAction(qt(L10n::Images::remove()), this, &FileListPanel::removeSelected);
-  QAction* another = menu.addAction(qt(L10n::Images::chooseAnotherFile()), this,
-                                    [this, id = ids.front()] { chooseAnotherFile(id); });
-  another->setEnabled(ids.size() == 1);
+  menu.addAction(removeAction_);
+  menu.addAction(anotherFileAction_);
+  anotherFileAction_->setEnabled(ids.size() == 1);
   menu.exec(table_->viewport()->mapToGlobal(position));
 }
 
+void FileListPanel::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange)
+    table_->setPalette(withSoftSelection(QApplication::palette(table_)));
+  QWidget::changeEvent(event);
+}
+
 void FileListPanel::setDragHighlight(bool on) {
-  QPalette shade = palette();
-  shade.setColor(QPalette::Window, on ? palette().color(QPalette::Highlight).lighter(170)
-                                      : QPalette().color(QPalette::Window));
-  setBackgroundRole(QPalette::Window);
-  setPalette(on ? shade : QPalette());
+  if (!on) {
+    setPalette(QPalette());
+    return;
+  }
+  // The whole list lights up: the table or the empty view, and the strip with the buttons.
+  QPalette tint = QApplication::palette(this);
+  const QColor highlight = tint.color(QPalette::Highlight);
+  for (auto role : {QPalette::Window, QPalette::Base})
+    tint.setColor(role, blend(highlight, tint.color(role), 0.22));
+  setPalette(tint);
 }
 
 void FileListPanel::dragEnterEvent(QDragEnterEvent* event) {

@@ -2,6 +2,8 @@
 // The product's files: a table with enable boxes, roles, live addresses, sizes and what the
 // product check says of each, or an empty view; both take dropped files and folders.
 
+#include <QPalette>
+#include <QTableWidget>
 #include <QWidget>
 #include <filesystem>
 #include <optional>
@@ -10,11 +12,12 @@
 #include "FlashCore/ESPImage.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashCore/UUID.hpp"
+#include "FlashEngine/RunNarration.hpp"
 
+class QAction;
 class QLabel;
 class QPushButton;
 class QStackedWidget;
-class QTableWidget;
 class QMimeData;
 
 namespace tarnwick {
@@ -34,6 +37,10 @@ struct DropAction {
 /// product file opens; anything else is added as firmware files.
 DropAction dropActionFor(const std::vector<std::filesystem::path>& locations);
 
+/// The colour of one line of a "Location and checks" cell: a warning or an error in its own
+/// colour, readable on the row's background (selected or not), other lines in the text colour.
+QColor findingColour(LogSegment::Kind kind, const QPalette& palette, bool selected);
+
 class FileListPanel : public QWidget {
   Q_OBJECT
 public:
@@ -42,6 +49,11 @@ public:
   explicit FileListPanel(FlasherModel& model, QWidget* parent = nullptr);
 
   QTableWidget* table() const { return table_; }
+  /// The control of type T in a row's cell (enable box, kind, address); null when none.
+  template <typename T> T* cellControl(int row, int column) const {
+    QWidget* cell = table_->cellWidget(row, column);
+    return cell ? cell->findChild<T*>() : nullptr;
+  }
   /// The ids of the selected rows.
   std::vector<UUID> selectedIDs() const;
   /// Asks for firmware files / a build folder and hands them to the model.
@@ -50,6 +62,7 @@ public:
   void removeSelected();
 
 protected:
+  void changeEvent(QEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragLeaveEvent(QDragLeaveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
@@ -63,6 +76,7 @@ private:
   void showContextMenu(const QPoint& position);
   void chooseAnotherFile(const UUID& id);
   void setDragHighlight(bool on);
+  static QWidget* centred(QWidget* control, Qt::Alignment alignment = Qt::AlignVCenter);
 
   FlasherModel& model_;
   QWidget* topButtons_;
@@ -71,6 +85,8 @@ private:
   QLabel* emptyTitle_;
   QLabel* emptyHint_;
   TableFitting* fitting_;
+  QAction* removeAction_;
+  QAction* anotherFileAction_;
   std::vector<UUID> rowIDs_;
   bool arduino_ = false;
 };

@@ -1,11 +1,15 @@
 #include "Tarnwick/Views/HelpWindow.hpp"
 
+#include <QDialog>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QStyle>
@@ -18,6 +22,7 @@
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
+#include "Localization/Language.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 
 namespace tarnwick {
@@ -33,8 +38,8 @@ QIcon topicIcon(const std::string& symbol, const QStyle* style) {
   return QIcon::fromTheme(name, style->standardIcon(QStyle::SP_MessageBoxInformation));
 }
 
-/// Screenshots are shown at most this wide, in device-independent pixels.
-constexpr int screenshotWidth = 560;
+/// How much wider or narrower the page must become before its pictures are laid out again.
+constexpr int relayoutStep = 24;
 } // namespace
 
 HelpWindow::HelpWindow(QWidget* parent)
@@ -69,6 +74,8 @@ HelpWindow::HelpWindow(QWidget* parent)
   page_ = new QTextBrowser;
   page_->setObjectName("helpPage");
   page_->setOpenExternalLinks(false);
+  page_->setOpenLinks(false);
+  connect(page_, &QTextBrowser::anchorClicked, this, &HelpWindow::showPicture);
   page_->setFrameShape(QFrame::NoFrame);
   page_->document()->setDocumentMargin(18);
   splitter->addWidget(page_);
@@ -85,8 +92,60 @@ HelpWindow::HelpWindow(QWidget* parent)
     selected_ = topic.id;
     render(topic);
   });
+  // Wide enough for the pictures to show at the size they were taken, where the screen allows.
+  QSize wanted(1200, 780);
+  if (const QScreen* shown = screen()) wanted = wanted.boundedTo(shown->availableSize() * 9 / 10);
+  resize(wanted);
+  splitter->setSizes({230, wanted.width() - 230});
   searchChanged();
-  resize(880, 640);
+}
+
+void HelpWindow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  rerenderForWidth();
+}
+
+void HelpWindow::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  rerenderForWidth();
+}
+
+void HelpWindow::rerenderForWidth() {
+  if (selected_.empty() || std::abs(page_->viewport()->width() - renderedWidth_) < relayoutStep)
+    return;
+  for (const HelpTopic& topic : index_.topics())
+    if (topic.id == selected_) {
+      QScrollBar* bar = page_->verticalScrollBar();
+      const double at = bar->maximum() > 0 ? double(bar->value()) / bar->maximum() : 0;
+      render(topic);
+      bar->setValue(static_cast<int>(at * bar->maximum()));
+    }
+}
+
+void HelpWindow::showPicture(const QUrl& url) {
+  if (url.scheme() != QLatin1String("help-image")) return;
+  const QImage image =
+      page_->document()->resource(QTextDocument::ImageResource, url).value<QImage>();
+  if (image.isNull()) return;
+  if (picture_) picture_->close();
+  picture_ = new QDialog(this);
+  picture_->setAttribute(Qt::WA_DeleteOnClose);
+  picture_->setWindowTitle(captions_.value(url.toString()));
+  auto* layout = new QVBoxLayout(picture_);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setAlignment(Qt::AlignCenter);
+  auto* shown = new QLabel;
+  shown->setObjectName("fullSizePicture");
+  shown->setPixmap(QPixmap::fromImage(image));
+  area->setWidget(shown);
+  layout->addWidget(area);
+  QSize wanted = image.size() + QSize(4, 4);
+  if (const QScreen* screen = this->screen())
+    wanted = wanted.boundedTo(screen->availableSize() * 9 / 10);
+  picture_->resize(wanted);
+  picture_->show();
 }
 
 void HelpWindow::selectTopic(const std::string& id) {
@@ -135,6 +194,17 @@ void HelpWindow::searchChanged() {
 void HelpWindow::render(const HelpTopic& topic) {
   QTextDocument* document = page_->document();
   document->clear();
+  captions_.clear();
+  const QString languageCode = QString::fromLatin1(
+      code(currentLanguage()).data(), static_cast<qsizetype>(code(currentLanguage()).size()));
+  // The width the page gives a picture, framed, with room for a scroll bar that a long topic
+  // brings in.
+  const int scrollBar = page_->verticalScrollBar()->isVisible()
+                            ? 0
+                            : style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, page_);
+  const double room =
+      std::max(120.0, page_->viewport()->width() - scrollBar - 2 * document->documentMargin() - 6);
+  renderedWidth_ = page_->viewport()->width();
   QTextCursor cursor(document);
   QTextBlockFormat body;
   body.setBottomMargin(8);
@@ -220,22 +290,36 @@ void HelpWindow::render(const HelpTopic& topic) {
             cursor.insertFragment(HelpText::fragment(content.text));
             cursor.movePosition(QTextCursor::End);
           } else if constexpr (std::is_same_v<Block, HelpBlock::screenshot>) {
-            QString path = assets::screenshotPath(QString::fromStdString(content.name));
+            const QString name = QString::fromStdString(content.name);
+            const QString path = assets::screenshotPath(name, languageCode);
             if (!path.isEmpty()) {
               QImage image(path);
-              QTextBlockFormat centred = body;
-              centred.setAlignment(Qt::AlignHCenter);
-              cursor.insertBlock(centred, plain);
-              QString url = QStringLiteral("help-image://") + QString::fromStdString(content.name);
+              const QString url = QStringLiteral("help-image:") + name;
               document->addResource(QTextDocument::ImageResource, QUrl(url), image);
               QTextImageFormat picture;
               picture.setName(url);
-              // Wide captures are scaled down to fit the page; the pixels stay in the resource, so
-              // a high-density screen still shows them sharp.
-              double width = std::min<double>(screenshotWidth, image.width());
+              // As large as taken, so its text reads as in the window, unless the page is
+              // narrower; a click opens it whole either way.
+              const double width = std::min<double>(image.width(), room);
               picture.setWidth(width);
               picture.setHeight(width * image.height() / std::max(1, image.width()));
-              cursor.insertImage(picture);
+              picture.setAnchor(true);
+              picture.setAnchorHref(url);
+              picture.setToolTip(qt(L10n::Help::fullSizeHint()));
+              // Centred in a thin frame that tells the picture from the page around it.
+              cursor.insertBlock(body, plain);
+              QTextTableFormat frame;
+              frame.setAlignment(Qt::AlignHCenter);
+              frame.setBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+              frame.setBorder(1);
+              frame.setBorderBrush(palette().color(QPalette::Mid));
+              frame.setCellPadding(0);
+              frame.setCellSpacing(0);
+              frame.setBorderCollapse(true);
+              QTextTable* holder = cursor.insertTable(1, 1, frame);
+              holder->cellAt(0, 0).firstCursorPosition().insertImage(picture);
+              cursor.movePosition(QTextCursor::End);
+              captions_[url] = HelpText::plainText(content.caption);
             }
             QTextBlockFormat caption = body;
             caption.setAlignment(Qt::AlignHCenter);

@@ -1,6 +1,9 @@
 #pragma once
 // The help window: topics with a search field on the left, the chosen topic on the right.
 
+#include <QDialog>
+#include <QHash>
+#include <QPointer>
 #include <QWidget>
 #include <string>
 #include <vector>
@@ -27,10 +30,20 @@ public:
   const std::string& selectedID() const { return selected_; }
   /// Shows the topic with `id`, clearing a search that hides it.
   void selectTopic(const std::string& id);
+  /// The window showing a screenshot at full size, while it is open.
+  QDialog* pictureViewer() const { return picture_; }
+  /// Opens the screenshot a link of the page points to at full size.
+  void showPicture(const QUrl& url);
+
+protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
 private:
   void searchChanged();
   void render(const HelpTopic& topic);
+  /// Lays the topic out again when the page's width has changed enough to matter to pictures.
+  void rerenderForWidth();
 
   HelpText::Index index_;
   QLineEdit* search_;
@@ -39,6 +52,10 @@ private:
   QLabel* nothing_;
   QTextBrowser* page_;
   std::string selected_;
+  int renderedWidth_ = 0;
+  /// The caption of each picture on the page, by its link.
+  QHash<QString, QString> captions_;
+  QPointer<QDialog> picture_;
 };
 
 } // namespace tarnwick

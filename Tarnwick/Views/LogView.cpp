@@ -36,7 +36,10 @@ LogView::LogView(OutputBuffer& buffer, QWidget* parent) : QTextEdit(parent) {
                          connect(storage, &QTextDocument::contentsChanged, viewport(),
                                  qOverload<>(&QWidget::update));
                        },
-                       [this] { verticalScrollBar()->setValue(verticalScrollBar()->maximum()); }});
+                       [this] {
+                         if (!scrollingHeld_)
+                           verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+                       }});
 }
 
 void LogView::renderLogo() {

@@ -11,6 +11,8 @@ class LogView : public QTextEdit {
   Q_OBJECT
 public:
   explicit LogView(OutputBuffer& buffer, QWidget* parent = nullptr);
+  /// While held, new lines do not scroll the view to the end (a match being read stays put).
+  void holdScrolling(bool held) { scrollingHeld_ = held; }
 
 protected:
   void paintEvent(QPaintEvent* event) override;
@@ -20,6 +22,7 @@ private:
   void renderLogo();
   QPixmap logo_;
   QSize logoFor_;
+  bool scrollingHeld_ = false;
 };
 
 } // namespace tarnwick

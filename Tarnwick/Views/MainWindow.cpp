@@ -26,6 +26,7 @@
 #include <QStandardPaths>
 #include <QStyle>
 #include <QToolButton>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
@@ -39,8 +40,10 @@
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/LogFindBar.hpp"
 #include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
@@ -59,17 +62,29 @@ QString targetName(const Target& target) {
   return qt(L10n::Product::espDetectAutomatically());
 }
 
-QColor dotColor(const FlasherModel& model) {
-  if (model.isFlashing()) return QColor(0xF2, 0xC0, 0x1E);
-  if (const auto& outcome = model.outcome()) {
-    if (std::holds_alternative<FlashOutcome::Success>(outcome->value))
-      return QColor(0x2E, 0xB8, 0x4B);
-    if (std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-      return QColor(0xE0, 0x3A, 0x3A);
-  }
-  return QColor(0x9A, 0x9A, 0x9A);
+/// The banner's warm tint, light or dark as the palette is.
+QPalette bannerPalette(QPalette palette) {
+  palette.setColor(QPalette::Window, palette.color(QPalette::Window).value() > 128
+                                         ? QColor(0xFF, 0xF4, 0xD6)
+                                         : QColor(0x4A, 0x3B, 0x12));
+  return palette;
 }
 } // namespace
+
+QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& outcome) {
+  if (flashing) return {0xF2, 0xC0, 0x1E};
+  if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value))
+    return {0x2E, 0xB8, 0x4B};
+  if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
+    return {0xE0, 0x3A, 0x3A};
+  return {0x9A, 0x9A, 0x9A};
+}
+
+QColor StatusDot::ringColour(const QColor& fill, const QPalette& palette) {
+  // A symbol, not text (the status line says the same in words): its ring stands 3:1 from the
+  // window, so a light dot on a light window or a dark one on a dark window still shows.
+  return readableOn(fill.darker(130), palette.color(QPalette::Window), 3.0);
+}
 
 StatusDot::StatusDot(QWidget* parent) : QWidget(parent) { setFixedSize(14, 14); }
 
@@ -82,9 +97,37 @@ void StatusDot::setColor(const QColor& color) {
 void StatusDot::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(color_.darker(130), 1));
+  painter.setPen(QPen(ringColour(color_, palette()), 1.5));
   painter.setBrush(color_);
   painter.drawEllipse(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5));
+}
+
+QSize StatusText::minimumSizeHint() const {
+  // A few words, the rest in the tooltip.
+  return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
+}
+
+bool StatusText::isElided() const {
+  return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+}
+
+void StatusText::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const QRect area = contentsRect();
+  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
+  style()->drawItemText(&painter, area, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
+                        shown, foregroundRole());
+}
+
+bool StatusText::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip) {
+    if (isElided())
+      QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
+    else
+      QToolTip::hideText();
+    return true;
+  }
+  return QLabel::event(event);
 }
 
 MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(parent), model_(model) {
@@ -111,13 +154,15 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   log_->setMinimumHeight(80);
   splitter_ = new QSplitter(Qt::Vertical);
   splitter_->addWidget(top);
-  auto* bottom = new QWidget;
-  auto* bottomLayout = new QVBoxLayout(bottom);
+  bottom_ = new QWidget;
+  auto* bottomLayout = new QVBoxLayout(bottom_);
   bottomLayout->setContentsMargins(0, 0, 0, 0);
   bottomLayout->setSpacing(0);
   bottomLayout->addWidget(buildStatusLine());
   bottomLayout->addWidget(log_, 1);
-  splitter_->addWidget(bottom);
+  findBar_ = new LogFindBar(log_);
+  bottomLayout->addWidget(findBar_);
+  splitter_->addWidget(bottom_);
   splitter_->setStretchFactor(0, 3);
   splitter_->setStretchFactor(1, 2);
   splitter_->setChildrenCollapsible(false);
@@ -228,11 +273,7 @@ QWidget* MainWindow::buildBanner() {
   banner_->setObjectName("noBoardBanner");
   banner_->setFrameShape(QFrame::StyledPanel);
   banner_->setAutoFillBackground(true);
-  QPalette shade = banner_->palette();
-  shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
-                                       ? QColor(0xFF, 0xF4, 0xD6)
-                                       : QColor(0x4A, 0x3B, 0x12));
-  banner_->setPalette(shade);
+  banner_->setPalette(bannerPalette(banner_->palette()));
   auto* layout = new QHBoxLayout(banner_);
   layout->setContentsMargins(12, 6, 12, 6);
   auto* symbol = new QLabel;
@@ -264,6 +305,9 @@ QWidget* MainWindow::buildProductPanel() {
   productName_ = new QLineEdit;
   productName_->setObjectName("productName");
   productName_->setPlaceholderText(qt(L10n::Product::newProduct()));
+  // However narrow the window, a name of a few words stays readable; the window's minimum size
+  // follows from the controls' own.
+  productName_->setMinimumWidth(productName_->fontMetrics().averageCharWidth() * 22);
   nameLabel->setBuddy(productName_);
   connect(productName_, &QLineEdit::textEdited, this, [this](const QString& text) {
     Product product = model_.product();
@@ -319,9 +363,8 @@ QWidget* MainWindow::buildStatusLine() {
   line->setFrameShape(QFrame::StyledPanel);
   auto* layout = new QHBoxLayout(line);
   layout->setContentsMargins(10, 4, 10, 4);
-  statusText_ = new QLabel;
+  statusText_ = new StatusText;
   statusText_->setObjectName("statusText");
-  statusText_->setMinimumWidth(120);
   progress_ = new QProgressBar;
   progress_->setRange(0, 1000);
   progress_->setTextVisible(false);
@@ -334,11 +377,10 @@ QWidget* MainWindow::buildStatusLine() {
   logToggle_->setText(qt(L10n::Log::log()));
   logToggle_->setToolTip(qt(L10n::Footer::showLogTooltip()));
   connect(logToggle_, &QToolButton::clicked, this, &MainWindow::setLogShown);
-  logOptions_ = new QToolButton;
+  logOptions_ = new QPushButton(qt(L10n::Footer::logOptions()));
   logOptions_->setObjectName("logOptions");
-  logOptions_->setText(qt(L10n::Footer::logOptions()));
   logOptions_->setToolTip(qt(L10n::Footer::logOptions()));
-  logOptions_->setPopupMode(QToolButton::InstantPopup);
+  logOptions_->setAutoDefault(false);
   layout->addWidget(statusText_, 1);
   layout->addWidget(progress_, 2);
   layout->addWidget(counters_);
@@ -357,26 +399,24 @@ void MainWindow::buildMenus() {
     return action;
   };
   editActions_ << add(
-      file, L10n::Menu::newProduct(), [this] { model_.newProduct(); },
-      QKeySequence(QKeySequence::New));
+      file, L10n::Menu::newProduct(), [this] { model_.newProduct(); }, Shortcuts::newProduct());
   editActions_ << add(
       file, L10n::Menu::openProduct(), [this] { model_.openProductWithPanel(); },
-      QKeySequence(QKeySequence::Open));
+      Shortcuts::openProduct());
   recentMenu_ = file->addMenu(qt(W::openRecent()));
   editActions_ << recentMenu_->menuAction();
   file->addSeparator();
   add(
-      file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); },
-      QKeySequence(QKeySequence::Save));
+      file, L10n::Menu::saveProduct(), [this] { model_.saveProduct(); }, Shortcuts::saveProduct());
   add(
       file, L10n::Menu::saveProductAs(), [this] { model_.saveProductAs(); },
-      QKeySequence(QKeySequence::SaveAs));
+      Shortcuts::saveProductAs());
   saveLogAction_ = add(
       file, L10n::Menu::saveLog(), [this] { model_.saveLog(); }, Shortcuts::saveLog());
   saveLogAction_->setToolTip(qt(L10n::Footer::saveTooltip()));
   file->addSeparator();
   QAction* quit = add(
-      file, W::quit(), [this] { close(); }, QKeySequence(QKeySequence::Quit));
+      file, W::quit(), [this] { close(); }, Shortcuts::quit());
   quit->setMenuRole(QAction::QuitRole);
 
   QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
@@ -397,6 +437,27 @@ void MainWindow::buildMenus() {
       view, L10n::Menu::clearLog(), [this] { model_.clearLog(); }, Shortcuts::clearLog());
   clearLogAction_->setToolTip(qt(L10n::Footer::clearLogTooltip()));
   view->addSeparator();
+  // Each finds in the log, which is shown for it.
+  struct FindCommand {
+    std::string text;
+    QKeySequence keys;
+    void (*find)(LogFindBar&);
+  };
+  const FindCommand commands[] = {
+      {L10n::Find::findInLog(), Shortcuts::findInLog(), [](LogFindBar& bar) { bar.open(); }},
+      {L10n::Find::findNext(), Shortcuts::findNext(), [](LogFindBar& bar) { bar.next(); }},
+      {L10n::Find::findPrevious(), Shortcuts::findPrevious(),
+       [](LogFindBar& bar) { bar.previous(); }},
+  };
+  for (const FindCommand& command : commands)
+    add(
+        view, command.text,
+        [this, find = command.find] {
+          setLogShown(true);
+          find(*findBar_);
+        },
+        command.keys);
+  view->addSeparator();
   autoscrollAction_ = view->addAction(qt(L10n::Footer::autoscroll()));
   autoscrollAction_->setCheckable(true);
   connect(autoscrollAction_, &QAction::triggered, &model_, &FlasherModel::setAutoscroll);
@@ -406,8 +467,7 @@ void MainWindow::buildMenus() {
 
   QMenu* help = menuBar()->addMenu(qt(W::helpMenu()));
   add(
-      help, L10n::Help::windowTitle(), [this] { showHelp(); },
-      QKeySequence(QKeySequence::HelpContents));
+      help, L10n::Help::windowTitle(), [this] { showHelp(); }, Shortcuts::help());
   help->addSeparator();
   simulatedMenu_ = help->addMenu(qt(W::trySimulatedBoard()));
   simulatedMenu_->setObjectName("simulatedBoardMenu");
@@ -437,11 +497,16 @@ void MainWindow::buildMenus() {
   QAction* saveLog =
       options->addAction(qt(L10n::Footer::save()), this, [this] { model_.saveLog(); });
   saveLog->setToolTip(saveLogAction_->toolTip());
+  // An empty log has nothing to save, wherever the command is given.
+  connect(saveLogAction_, &QAction::enabledChanged, saveLog, &QAction::setEnabled);
   QAction* clearLog =
       options->addAction(qt(L10n::Footer::clearLog()), this, [this] { model_.clearLog(); });
   clearLog->setToolTip(clearLogAction_->toolTip());
   options->setToolTipsVisible(true);
   logOptions_->setMenu(options);
+  // The style fits text and arrow edge to edge; a little more width parts them.
+  logOptions_->setMinimumWidth(logOptions_->sizeHint().width() +
+                               2 * logOptions_->fontMetrics().averageCharWidth());
 }
 
 SettingsSheet* MainWindow::settingsSheet() {
@@ -499,6 +564,9 @@ bool MainWindow::logShown() const { return log_->isVisible() || !log_->isHidden(
 void MainWindow::setLogShown(bool shown) {
   bool wasShown = !log_->isHidden();
   log_->setVisible(shown);
+  if (!shown && findBar_->isVisible()) findBar_->dismiss();
+  // Without the log the lower pane is just the status line; the files get the rest.
+  bottom_->setMaximumHeight(shown ? QWIDGETSIZE_MAX : bottom_->layout()->minimumSize().height());
   if (shown && !wasShown) {
     // The log opens at a useful height: about two fifths of the window.
     int total = splitter_->height();
@@ -573,7 +641,7 @@ void MainWindow::refreshProduct() {
 }
 
 void MainWindow::refreshStatus() {
-  statusDot_->setColor(dotColor(model_));
+  statusDot_->setColor(StatusDot::colourFor(model_.isFlashing(), model_.outcome()));
   const FlashStatistics& counts = model_.statistics();
   counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();
@@ -611,9 +679,8 @@ void MainWindow::refreshStatus() {
       }
       range = L10n::Panel::addressRange(formatAddress(first), formatAddress(end > 0 ? end - 1 : 0));
     }
-    const QString port = model_.selectedPath().isEmpty()
-                             ? qt(L10n::Panel::noPort())
-                             : model_.portLabel(model_.selectedPath());
+    const QString port = model_.selectedPath().isEmpty() ? qt(L10n::Panel::noPort())
+                                                         : model_.portLabel(model_.selectedPath());
     const QString state = model_.selectedPath().isEmpty() || !model_.canFlash()
                               ? qt(L10n::State::ready())
                               : qt(L10n::Panel::readyToFlash());
@@ -622,10 +689,6 @@ void MainWindow::refreshStatus() {
                                       port.toStdString()));
   }
   statusText_->setText(text);
-  if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-    statusText_->setToolTip(qt(std::get<FlashOutcome::Failure>(outcome->value).message));
-  else
-    statusText_->setToolTip(QString());
 }
 
 void MainWindow::refreshBanner() {
@@ -719,7 +782,8 @@ MainWindow::chooseProductSaveLocation(const QString& proposedName) {
       QFileDialog::getSaveFileName(this, qt(L10n::Menu::saveProductAs()),
                                    folder + u'/' + proposedName, qt(W::productFileFilter()));
   if (file.isEmpty()) return std::nullopt;
-  const QString extension = QString::fromStdString("." + std::string(ProductPackage::fileExtension));
+  const QString extension =
+      QString::fromStdString("." + std::string(ProductPackage::fileExtension));
   if (!file.endsWith(extension, Qt::CaseInsensitive)) file += extension;
   return std::filesystem::path(file.toStdString());
 }
@@ -767,11 +831,8 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::changeEvent(QEvent* event) {
   // The banner's tint is picked for the palette; a switch between light and dark repaints it.
   if (event->type() == QEvent::PaletteChange && banner_ != nullptr) {
-    QPalette shade = QApplication::palette();
-    shade.setColor(QPalette::Window, shade.color(QPalette::Window).value() > 128
-                                         ? QColor(0xFF, 0xF4, 0xD6)
-                                         : QColor(0x4A, 0x3B, 0x12));
-    banner_->setPalette(shade);
+    banner_->setPalette(bannerPalette(QApplication::palette()));
+    refreshStatus();
   }
   QMainWindow::changeEvent(event);
 }

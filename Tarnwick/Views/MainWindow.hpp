@@ -2,6 +2,7 @@
 // The main window over the flasher model: header with port and run controls, the no-board
 // notice, product and files, status line and log; the menus; the model's dialogs.
 
+#include <QLabel>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
@@ -14,7 +15,6 @@ class QAction;
 class QCheckBox;
 class QComboBox;
 class QFrame;
-class QLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -25,6 +25,7 @@ namespace tarnwick {
 
 class FileListPanel;
 class HelpWindow;
+class LogFindBar;
 class LogView;
 class SettingsSheet;
 
@@ -33,6 +34,11 @@ class StatusDot : public QWidget {
   Q_OBJECT
 public:
   explicit StatusDot(QWidget* parent = nullptr);
+  /// Yellow while flashing; after a run green, red, or grey when it was stopped; grey before
+  /// any.
+  static QColor colourFor(bool flashing, const std::optional<FlashOutcome>& outcome);
+  /// The ring around a dot of colour `fill`, dark enough to show on the palette's window.
+  static QColor ringColour(const QColor& fill, const QPalette& palette);
   void setColor(const QColor& color);
   QColor color() const { return color_; }
   QSize sizeHint() const override { return {14, 14}; }
@@ -42,6 +48,21 @@ protected:
 
 private:
   QColor color_;
+};
+
+/// The status line's text: cut with an ellipsis when the window is too narrow for it, the whole
+/// text then in its tooltip.
+class StatusText : public QLabel {
+  Q_OBJECT
+public:
+  using QLabel::QLabel;
+  QSize minimumSizeHint() const override;
+  /// Whether the text is cut at the current width.
+  bool isElided() const;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  bool event(QEvent* event) override;
 };
 
 class MainWindow : public QMainWindow, public FlasherDialogs {
@@ -65,9 +86,10 @@ public:
   SettingsSheet* settingsSheet();
   HelpWindow* helpWindow();
   StatusDot* statusDot() const { return statusDot_; }
-  QLabel* statusText() const { return statusText_; }
+  StatusText* statusText() const { return statusText_; }
   /// The alert showing `errorMessage`, while it is open.
   QMessageBox* alertBox() const { return alert_; }
+  LogFindBar* findBar() const { return findBar_; }
   bool logShown() const;
   void setLogShown(bool shown);
 
@@ -116,13 +138,15 @@ private:
   QToolButton* notesButton_ = nullptr;
   QList<QWidget*> productButtons_;
   FileListPanel* fileList_ = nullptr;
-  QLabel* statusText_ = nullptr;
+  StatusText* statusText_ = nullptr;
   QProgressBar* progress_ = nullptr;
   QLabel* counters_ = nullptr;
   QToolButton* logToggle_ = nullptr;
-  QToolButton* logOptions_ = nullptr;
+  QPushButton* logOptions_ = nullptr;
   LogView* log_ = nullptr;
+  LogFindBar* findBar_ = nullptr;
   QSplitter* splitter_ = nullptr;
+  QWidget* bottom_ = nullptr;
   QAction* flashAction_ = nullptr;
   QAction* autoFlashAction_ = nullptr;
   QAction* showLogAction_ = nullptr;

@@ -5,8 +5,10 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QHash>
 #include <QListWidget>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 
@@ -36,6 +38,40 @@ bool waitFor(const std::function<bool()>& done, int timeoutMilliseconds) {
 void settle() {
   waitFor([] { return false; }, 250);
 }
+
+/// The picture with at most 256 colours, a third of the file. A window has few colours of its
+/// own: the most frequent ones are kept exactly, skipping those next to one already kept so that
+/// the rare colours of icons get a place too; the rest (the edges of letters) take the nearest.
+QImage withFewColours(const QImage& picture) {
+  const QImage rgb = picture.convertToFormat(QImage::Format_RGB32);
+  QHash<QRgb, int> counts;
+  for (int y = 0; y < rgb.height(); ++y) {
+    const auto* line = reinterpret_cast<const QRgb*>(rgb.constScanLine(y));
+    for (int x = 0; x < rgb.width(); ++x)
+      ++counts[line[x]];
+  }
+  QList<std::pair<int, QRgb>> byCount;
+  for (auto it = counts.cbegin(); it != counts.cend(); ++it)
+    byCount.append({it.value(), it.key()});
+  std::sort(byCount.begin(), byCount.end(), std::greater<>());
+  auto near = [](QRgb a, QRgb b) {
+    return std::abs(qRed(a) - qRed(b)) + std::abs(qGreen(a) - qGreen(b)) +
+               std::abs(qBlue(a) - qBlue(b)) <
+           24;
+  };
+  QList<QRgb> table;
+  QList<QRgb> skipped;
+  for (const auto& [count, colour] : byCount) {
+    if (table.size() == 256) break;
+    if (std::any_of(table.begin(), table.end(), [&](QRgb kept) { return near(kept, colour); }))
+      skipped.append(colour);
+    else
+      table.append(colour);
+  }
+  for (qsizetype i = 0; table.size() < 256 && i < skipped.size(); ++i)
+    table.append(skipped[i]);
+  return rgb.convertToFormat(QImage::Format_Indexed8, table, Qt::ThresholdDither);
+}
 } // namespace
 
 int TarnwickApp::takeScreenshots() {
@@ -49,7 +85,7 @@ int TarnwickApp::takeScreenshots() {
   auto save = [&](QWidget* widget, const char* name) {
     settle();
     QString path = folder.filePath(QString::fromLatin1(name));
-    if (widget->grab().save(path)) {
+    if (withFewColours(widget->grab().toImage()).save(path, "PNG", 0)) {
       std::printf("%s\n", L10n::Desktop::savedScreenshot(path.toStdString()).c_str());
     } else {
       std::fprintf(stderr, "%s\n",
@@ -60,7 +96,8 @@ int TarnwickApp::takeScreenshots() {
 
   MainWindow& window = *window_;
   FlasherModel& model = *model_;
-  window.resize(1000, 700);
+  // As wide as the help's page shows a picture at its own size, or the window's least width.
+  window.resize(std::max(900, window.minimumSizeHint().width()), 660);
   window.setLogShown(false);
   window.show();
   model.clearLog();
@@ -124,6 +161,7 @@ int TarnwickApp::takeScreenshots() {
   model.setProduct(product);
 
   HelpWindow* help = window.helpWindow();
+  help->resize(900, 640);
   help->selectTopic("start");
   help->show();
   save(help, "help.png");

@@ -7,9 +7,12 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <utility>
 
+#include "Localization/WindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
+#include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
@@ -106,8 +109,15 @@ void TarnwickApp::start() {
     options.autosaveLocation = scratch_->filePath(QStringLiteral("Current.twflash")).toStdString();
     options.sounds = std::make_shared<SilentSounds>();
   }
+  start(std::move(options));
+}
+
+void TarnwickApp::start(FlasherModel::Options options) {
   model_ = std::make_unique<FlasherModel>(std::move(options));
   window_ = std::make_unique<MainWindow>(*model_);
+  // Queued: the question about unsaved changes is not asked from inside the end of the run.
+  connect(model_.get(), &FlasherModel::stateChanged, this, &TarnwickApp::openAfterRun,
+          Qt::QueuedConnection);
   // The screenshot mode takes its file itself, between two pictures.
   if (line_.screenshotFolder.empty()) openFiles(absoluteFiles(line_.files));
   // After the files: a product given on the command line is what the board is for, and only
@@ -125,17 +135,36 @@ void TarnwickApp::openFiles(const QStringList& files) {
   if (!model_ || pending_.isEmpty()) return;
   QString first = pending_.front();
   pending_.clear();
-  // A run in progress keeps its product; the file can be opened again when it is done.
-  if (model_->isFlashing()) return;
+  // A run in progress keeps its product; the latest file handed over waits for its end.
+  if (model_->isFlashing()) {
+    waiting_ = first;
+    model_->appendLog({{LogSegment::Kind::meta,
+                        L10n::Window::opensAfterRun(QFileInfo(first).fileName().toStdString())}});
+    return;
+  }
+  open(first);
+}
+
+void TarnwickApp::openAfterRun() {
+  if (waiting_.isEmpty() || model_->isFlashing()) return;
+  QString file = std::exchange(waiting_, QString());
+  // The file came while the user was busy with a run: work changed since is not dropped unasked.
+  if (dropActionFor({file.toStdString()}).kind == DropAction::Kind::openProduct &&
+      !model_->confirmDiscard())
+    return;
+  open(file);
+}
+
+void TarnwickApp::open(const QString& file) {
   // A build folder or a firmware file given instead of a product is taken as a drop would be.
-  DropAction action = dropActionFor({first.toStdString()});
+  DropAction action = dropActionFor({file.toStdString()});
   if (action.kind == DropAction::Kind::importFolder)
     model_->importFolder(action.locations.front());
-  else if (first.endsWith(QLatin1String(".bin"), Qt::CaseInsensitive) ||
-           first.endsWith(QLatin1String(".hex"), Qt::CaseInsensitive))
+  else if (file.endsWith(QLatin1String(".bin"), Qt::CaseInsensitive) ||
+           file.endsWith(QLatin1String(".hex"), Qt::CaseInsensitive))
     model_->addFiles(action.locations);
   else
-    model_->openProduct(first.toStdString());
+    model_->openProduct(file.toStdString());
 }
 
 } // namespace tarnwick

@@ -6,6 +6,7 @@
 #include <QString>
 #include <memory>
 
+#include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/CommandLine.hpp"
 
 class QLocalServer;
@@ -13,7 +14,6 @@ class QTemporaryDir;
 
 namespace tarnwick {
 
-class FlasherModel;
 class MainWindow;
 
 class TarnwickApp : public QObject {
@@ -30,6 +30,8 @@ public:
   bool claimInstance();
   /// Creates the model and the window and opens the first file given.
   void start();
+  /// The same with a model made from `options` (tests: scratch folders, test devices).
+  void start(FlasherModel::Options options);
   /// Drives the window through its main states and saves a picture of each; the exit code.
   int takeScreenshots();
 
@@ -39,14 +41,20 @@ public:
   MainWindow* window() const { return window_.get(); }
 
   /// Opens the first of `files` as a product handed over by the desktop: no unsaved-changes
-  /// question. Files that arrive before the model exists wait for it.
+  /// question. Files that arrive before the model exists wait for it; during a run the last one
+  /// handed over waits for its end and then asks about unsaved changes as File ▸ Open does.
   void openFiles(const QStringList& files);
+  /// The file waiting for the run to end; empty when none is.
+  const QString& waitingFile() const { return waiting_; }
 
 private:
   void acceptConnection();
+  void openAfterRun();
+  void open(const QString& file);
 
   CommandLine line_;
   QStringList pending_;
+  QString waiting_;
   std::unique_ptr<QLocalServer> server_;
   std::unique_ptr<QTemporaryDir> scratch_;
   std::unique_ptr<FlasherModel> model_;

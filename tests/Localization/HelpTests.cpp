@@ -110,15 +110,16 @@ TEST(Help, TopicsKeepIdsSymbolsAndShapeInEveryLanguage) {
 
 TEST(Help, WindowTextsIconsAndScreenshots) {
   const std::vector<std::function<std::string()>> texts = {
-      Help::windowTitle, Help::searchPlaceholder, Help::noTopicsFound, Help::tipLabel};
+      Help::windowTitle, Help::searchPlaceholder, Help::noTopicsFound, Help::tipLabel,
+      Help::fullSizeHint};
   std::vector<std::string> english;
   {
     LanguageOverride override(Language::en);
     for (const auto& text : texts)
       english.push_back(text());
   }
-  EXPECT_EQ(english,
-            (std::vector<std::string>{"Tarnwick Help", "Search help", "No topics found", "Tip"}));
+  EXPECT_EQ(english, (std::vector<std::string>{"Tarnwick Help", "Search help", "No topics found",
+                                               "Tip", "Click to see the picture at full size"}));
   for (Language language : allLanguages)
     for (std::size_t i = 0; i < texts.size(); ++i) {
       LanguageOverride override(language);
@@ -138,10 +139,10 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
 
   // The screenshots the window captures; the help names each once, whatever the language.
   const std::vector<std::string> names = Help::screenshotNames();
-  EXPECT_EQ(names,
-            (std::vector<std::string>{"window-empty.png", "window-product.png",
-                                      "window-flashing.png", "window-success.png",
-                                      "settings-esp.png", "settings-arduino.png", "help.png"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"window-empty.png", "window-product.png",
+                                             "window-flashing.png", "window-success.png",
+                                             "settings-esp.png", "settings-arduino.png",
+                                             "window-failure.png", "help.png"}));
 }
 
 TEST(Help, BlockTextJoinsEverythingTheReaderSees) {

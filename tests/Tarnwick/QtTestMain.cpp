@@ -15,8 +15,9 @@ using TestApplication = QGuiApplication;
 
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  // The tests read English unless one asks for another language, whatever the machine's locale:
-  // a run's messages are made on its worker thread, where a test's LanguageOverride does not reach.
+  // A run's messages are made on its worker thread, which a test's LanguageOverride does not
+  // reach: the process speaks English whatever the user's locale, and tests pick other
+  // languages themselves.
   qputenv("LANGUAGE", "en");
   QStandardPaths::setTestModeEnabled(true);
   TestApplication app(argc, argv);

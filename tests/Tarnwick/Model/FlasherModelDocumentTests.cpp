@@ -350,19 +350,45 @@ TEST_F(ModelTest, SavingTheLog) {
   std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
   EXPECT_EQ(QString::fromStdString(text), model->output().plainText());
   EXPECT_NE(text.find("second line\n"), std::string::npos);
+}
 
+// A product or a log that cannot be saved says where and why in the user's language, never
+// only the system's English.
+TEST_F(ModelTest, SavingFailuresNameTheFileAndTheCause) {
+  auto model = makeModel();
+  load(*model, espProduct(ESPChip::esp32, 4096));
+  model->appendLog({{LogSegment::Kind::text, "line"}});
   writeBytes(path("blocker"), {1});
-  dialogs.saveAnswers = {path("blocker") / "log.txt"};
-  LanguageOverride english(Language::en);
-  model->saveLog();
-  EXPECT_EQ(model->errorMessage().toStdString(),
-            "Saving failed: " + (path("blocker") / "log.txt").string() +
-                ": part of the path is not a folder.");
-  LanguageOverride spanish(Language::es);
-  dialogs.saveAnswers = {path("blocker") / "log.txt"};
-  model->saveLog();
-  EXPECT_TRUE(model->errorMessage().endsWith("log.txt: una parte de la ruta no es una carpeta."))
-      << model->errorMessage().toStdString();
+  std::filesystem::create_directories(path("folder") / "inside");
+  struct Case {
+    Language language;
+    std::filesystem::path location;
+    std::string cause;
+    /// A product replaces a folder in its place (an older product saved as a folder).
+    bool product = true;
+  };
+  const std::vector<Case> cases = {
+      {Language::en, path("missing") / "x", ": the folder does not exist."},
+      {Language::en, path("blocker") / "x", ": part of the path is not a folder."},
+      {Language::en, path("folder"), ": a folder of that name is in the way.", false},
+      {Language::de, path("missing") / "x", ": der Ordner existiert nicht."},
+  };
+  for (const Case& c : cases) {
+    LanguageOverride language(c.language);
+    const std::string start =
+        c.language == Language::de ? "Speichern fehlgeschlagen: " : "Saving failed: ";
+    const std::string expected = start + c.location.string() + c.cause;
+    if (c.product) {
+      model->saveProductTo(c.location);
+      EXPECT_EQ(model->errorMessage().toStdString(), expected) << "product";
+      EXPECT_TRUE(model->hasUnsavedChanges());
+      model->clearErrorMessage();
+    }
+    dialogs.saveAnswers = {c.location};
+    model->saveLog();
+    EXPECT_EQ(model->errorMessage().toStdString(), expected) << "log";
+    model->clearErrorMessage();
+  }
 }
 
 TEST_F(ModelTest, NamesFromProductFilesAndDevicesReachTheLogAndLabelsEscaped) {

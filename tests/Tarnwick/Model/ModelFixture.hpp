@@ -73,7 +73,9 @@ protected:
   }
   std::filesystem::path autosavePath() const { return path("Current.twflash"); }
 
-  std::unique_ptr<FlasherModel> makeModel(std::vector<std::string> testDevices = {}) {
+  /// What a model of this fixture is made from: the scratch folder, the recorded sounds, the
+  /// fixture's delays.
+  FlasherModel::Options modelOptions(std::vector<std::string> testDevices = {}) {
     FlasherModel::Options options;
     options.testDevices = std::move(testDevices);
     options.sounds = sounds;
@@ -83,7 +85,11 @@ protected:
     options.quietSeconds = quietSeconds;
     options.progressIntervalSeconds = progressInterval;
     options.paceSimulatedBoards = false;
-    auto model = std::make_unique<FlasherModel>(std::move(options));
+    return options;
+  }
+
+  std::unique_ptr<FlasherModel> makeModel(std::vector<std::string> testDevices = {}) {
+    auto model = std::make_unique<FlasherModel>(modelOptions(std::move(testDevices)));
     model->setDialogs(&dialogs);
     return model;
   }

@@ -6,9 +6,9 @@
 #include <QTextDocument>
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <memory>
 
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 
 using namespace tarnwick;
@@ -26,31 +26,15 @@ QTextCharFormat formatAt(QTextDocument* document, int position) {
   return cursor.charFormat();
 }
 
-double luminance(const QColor& colour) {
-  auto channel = [](double c) {
-    return c <= 0.03928 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * channel(colour.redF()) + 0.7152 * channel(colour.greenF()) +
-         0.0722 * channel(colour.blueF());
-}
-
-double contrast(const QColor& a, const QColor& b) {
-  double la = luminance(a), lb = luminance(b);
-  return (std::max(la, lb) + 0.05) / (std::min(la, lb) + 0.05);
-}
-
-QPalette paletteOf(QColor text, QColor base, QColor window) {
-  QPalette palette;
-  palette.setColor(QPalette::Text, text);
-  palette.setColor(QPalette::WindowText, text);
-  palette.setColor(QPalette::Base, base);
-  palette.setColor(QPalette::Window, window);
+// Made on first use, once the application (whose palette is the light one) exists.
+const QPalette& light() {
+  static const QPalette palette = QGuiApplication::palette();
   return palette;
 }
-
-const QPalette lightPalette = paletteOf(Qt::black, Qt::white, QColor(0xEF, 0xEF, 0xEF));
-const QPalette darkPalette =
-    paletteOf(QColor(0xE6, 0xE6, 0xE6), QColor(0x1E, 0x1E, 0x1E), QColor(0x35, 0x35, 0x35));
+const QPalette& dark() {
+  static const QPalette palette = darkPalette();
+  return palette;
+}
 
 // Restores the application palette even when an assertion fails half way.
 struct PaletteGuard {
@@ -62,7 +46,7 @@ struct PaletteGuard {
 
 TEST(OutputBuffer, EachKindHasItsColourAndFont) {
   PaletteGuard guard;
-  QGuiApplication::setPalette(lightPalette);
+  QGuiApplication::setPalette(light());
   OutputBuffer buffer;
   EXPECT_TRUE(buffer.autoscroll());
   EXPECT_EQ(buffer.maxCharacters(), 2'000'000);
@@ -72,8 +56,8 @@ TEST(OutputBuffer, EachKindHasItsColourAndFont) {
       {{Kind::timestamp, "12:00:01.250  "}, {Kind::request, "→ app.bin to 0x10000 (1 MB)"}});
   EXPECT_EQ(buffer.plainText(), "12:00:01.250  → app.bin to 0x10000 (1 MB)\n");
   QTextDocument* document = buffer.storage();
-  EXPECT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::timestamp, lightPalette));
-  EXPECT_EQ(formatAt(document, 14).foreground().color(), logColour(Kind::request, lightPalette));
+  EXPECT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::timestamp, light()));
+  EXPECT_EQ(formatAt(document, 14).foreground().color(), logColour(Kind::request, light()));
 
   buffer.clear();
   for (Kind kind : allKinds)
@@ -81,7 +65,7 @@ TEST(OutputBuffer, EachKindHasItsColourAndFont) {
   QTextBlock block = document->begin();
   for (Kind kind : allKinds) {
     QTextCharFormat format = formatAt(document, block.position());
-    EXPECT_EQ(format.foreground().color(), logColour(kind, lightPalette)) << int(kind);
+    EXPECT_EQ(format.foreground().color(), logColour(kind, light())) << int(kind);
     QFont font = format.font();
     // What the program asks for: the system's fixed font. Whether fontconfig's pick for it
     // reports itself as fixed-pitch depends on the fonts installed, not on the program.
@@ -92,24 +76,18 @@ TEST(OutputBuffer, EachKindHasItsColourAndFont) {
     block = block.next();
   }
 
-  // Plain and answered text wear the palette's text colour; the others stand apart from it and
-  // stay readable on the backgrounds of both appearances.
-  for (const QPalette& palette : {lightPalette, darkPalette}) {
+  // Plain and answered text wear the palette's text colour; the others stand apart from it (how
+  // well they read on the window's backgrounds is checked with the window's other colours).
+  for (const QPalette& palette : {light(), dark()}) {
     const QColor text = palette.color(QPalette::Text);
     EXPECT_EQ(logColour(Kind::text, palette), text);
     EXPECT_EQ(logColour(Kind::response, palette), text);
     for (Kind kind :
-         {Kind::timestamp, Kind::meta, Kind::request, Kind::warning, Kind::error, Kind::system}) {
+         {Kind::timestamp, Kind::meta, Kind::request, Kind::warning, Kind::error, Kind::system})
       EXPECT_NE(logColour(kind, palette), text) << int(kind);
-      const double least = kind == Kind::meta ? 3.0 : 4.5;
-      for (auto role : {QPalette::Base, QPalette::Window}) {
-        EXPECT_GE(contrast(logColour(kind, palette), palette.color(role)), least)
-            << int(kind) << " on " << palette.color(role).name().toStdString();
-      }
-    }
     // Secondary text is the stronger of the two faint ones.
-    EXPECT_GT(contrast(logColour(Kind::timestamp, palette), palette.color(QPalette::Base)),
-              contrast(logColour(Kind::meta, palette), palette.color(QPalette::Base)));
+    EXPECT_GT(contrastRatio(logColour(Kind::timestamp, palette), palette.color(QPalette::Base)),
+              contrastRatio(logColour(Kind::meta, palette), palette.color(QPalette::Base)));
   }
 }
 
@@ -206,23 +184,22 @@ TEST(OutputBuffer, ViewAttachedLateShowsEverythingAndScrollsWhenAsked) {
 
 TEST(OutputBuffer, FollowsAPaletteChange) {
   PaletteGuard guard;
-  QGuiApplication::setPalette(lightPalette);
+  QGuiApplication::setPalette(light());
   OutputBuffer buffer;
   buffer.append({{Kind::error, "✕ No answer"}});
   buffer.append({{Kind::timestamp, "09:00:00.000  "}, {Kind::system, "--- Done in 3.4 s ---"}});
   QTextDocument* document = buffer.storage();
   const int second = document->begin().next().position();
-  ASSERT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::error, lightPalette));
+  ASSERT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::error, light()));
 
-  QGuiApplication::setPalette(darkPalette);
-  EXPECT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::error, darkPalette));
-  EXPECT_EQ(formatAt(document, second).foreground().color(),
-            logColour(Kind::timestamp, darkPalette));
+  QGuiApplication::setPalette(dark());
+  EXPECT_EQ(formatAt(document, 0).foreground().color(), logColour(Kind::error, dark()));
+  EXPECT_EQ(formatAt(document, second).foreground().color(), logColour(Kind::timestamp, dark()));
   const QTextCharFormat system = formatAt(document, second + 14);
-  EXPECT_EQ(system.foreground().color(), logColour(Kind::system, darkPalette));
+  EXPECT_EQ(system.foreground().color(), logColour(Kind::system, dark()));
   EXPECT_EQ(system.font().weight(), QFont::Medium);
   // New lines take the new colours as well.
   buffer.append({{Kind::warning, "✕ Stopped."}});
   EXPECT_EQ(formatAt(document, document->lastBlock().previous().position()).foreground().color(),
-            logColour(Kind::warning, darkPalette));
+            logColour(Kind::warning, dark()));
 }

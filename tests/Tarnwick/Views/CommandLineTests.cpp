@@ -22,7 +22,11 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
          l.files = {"a.twflash"};
          l.testDevices = {"/dev/pts/3", "/dev/pts/4"};
        }},
-      {{"--screenshots", "shots"}, [](CommandLine& l) { l.screenshotFolder = "shots"; }},
+      {{"--screenshots", "shots", "--dark"},
+       [](CommandLine& l) {
+         l.screenshotFolder = "shots";
+         l.dark = true;
+       }},
       {{"--version"}, [](CommandLine& l) { l.version = true; }},
       {{"-h"}, [](CommandLine& l) { l.help = true; }},
       {{"--", "--odd name.twflash"}, [](CommandLine& l) { l.files = {"--odd name.twflash"}; }},
@@ -47,6 +51,11 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
        [](CommandLine& l) {
          l.error = "“esp33” is no board that can be simulated; choose one of esp8266, esp32, "
                    "esp32s2, esp32s3, esp32c3, esp32c6, uno, nano, nanoOldBootloader, mega2560.";
+       }},
+      {{"--dark=yes"},
+       [](CommandLine& l) {
+         l.dark = true;
+         l.error = "--dark takes no value.";
        }},
       {{"--version=2"},
        [](CommandLine& l) {

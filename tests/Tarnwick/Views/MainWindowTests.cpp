@@ -8,10 +8,10 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
-#include <fstream>
 
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/Language.hpp"
@@ -20,8 +20,7 @@
 #include "Tarnwick/Model/ModelFixture.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
-#include "Tarnwick/Views/FileListPanel.hpp"
-#include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/WindowFixture.hpp"
 #include "support/BuildFolders.hpp"
 
 namespace tarnwick::testing {
@@ -29,58 +28,6 @@ namespace {
 
 using simulator::SimulatedESP;
 using simulator::SimulatedESPOptions;
-
-class WindowTest : public ModelTest {
-protected:
-  MainWindow& open(std::vector<std::string> testDevices = {}) {
-    model = makeModel(std::move(testDevices));
-    window = std::make_unique<MainWindow>(*model);
-    // The real dialogs would wait for a person; the scripted ones answer at once.
-    model->setDialogs(&dialogs);
-    window->show();
-    window->activateWindow();
-    EXPECT_TRUE(QTest::qWaitForWindowActive(window.get()));
-    return *window;
-  }
-  void TearDown() override {
-    window.reset();
-    model.reset();
-    ModelTest::TearDown();
-  }
-
-  void drop(const std::vector<std::filesystem::path>& locations) {
-    QMimeData data;
-    QList<QUrl> urls;
-    for (const auto& location : locations)
-      urls << QUrl::fromLocalFile(QString::fromStdString(location.string()));
-    data.setUrls(urls);
-    FileListPanel* target = window->fileList();
-    QPoint middle = target->rect().center();
-    QDragEnterEvent enter(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &enter);
-    ASSERT_TRUE(enter.isAccepted());
-    QDropEvent event(middle, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(target, &event);
-  }
-
-  std::filesystem::path writeFile(const std::string& name, const Bytes& bytes) {
-    auto location = path(name);
-    std::ofstream(location, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
-    return location;
-  }
-
-  std::vector<std::string> fileNames() const {
-    std::vector<std::string> names;
-    for (const auto& image : model->product().images)
-      names.push_back(image.fileName);
-    return names;
-  }
-
-  std::unique_ptr<FlasherModel> model;
-  std::unique_ptr<MainWindow> window;
-};
 
 SerialPortInfo port(const std::string& path, std::optional<int> vendor) {
   return {path, vendor ? std::optional<std::string>("USB Serial") : std::nullopt, vendor,
@@ -177,6 +124,17 @@ TEST_F(WindowTest, DropsAddFilesImportBuildFoldersAndOpenProductsWithoutAsking) 
   EXPECT_EQ(fileNames(), (std::vector<std::string>{"a.bin", "b.bin", "c.bin"}));
   EXPECT_EQ(w.fileList()->table()->rowCount(), 3);
 
+  // The table lights up while a drag is over it, and no longer once it has left.
+  const QColor plain = w.fileList()->table()->palette().color(QPalette::Base);
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(QString::fromStdString(bins.front().string()))});
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  QCoreApplication::sendEvent(w.fileList(), &enter);
+  EXPECT_NE(w.fileList()->table()->palette().color(QPalette::Base), plain);
+  QDragLeaveEvent leave;
+  QCoreApplication::sendEvent(w.fileList(), &leave);
+  EXPECT_EQ(w.fileList()->table()->palette().color(QPalette::Base), plain);
+
   auto project = path("project");
   platformIOBuild("esp32dev", ChipIDs::esp32, Layouts::arduinoDefault()).writeTo(project);
   drop({project / ".pio" / "build" / "esp32dev"});
@@ -206,7 +164,7 @@ TEST_F(WindowTest, AddressesAreTypedIntoTheTableAndDeleteRemovesFiles) {
   load(*model, espProduct(ESPChip::esp32, 8 * 1024));
   QTableWidget* table = w.fileList()->table();
   int last = table->rowCount() - 1;
-  auto* field = qobject_cast<AddressField*>(table->cellWidget(last, FileListPanel::addressColumn));
+  auto* field = w.fileList()->cellControl<AddressField>(last, FileListPanel::addressColumn);
   ASSERT_NE(field, nullptr);
   QTest::mouseClick(field, Qt::LeftButton);
   field->selectAll();
@@ -219,7 +177,7 @@ TEST_F(WindowTest, AddressesAreTypedIntoTheTableAndDeleteRemovesFiles) {
   EXPECT_EQ(field->text(), "0x3F0000");
 
   // The enable box of the first row.
-  auto* box = table->cellWidget(0, FileListPanel::enabledColumn)->findChild<QCheckBox*>();
+  auto* box = w.fileList()->cellControl<QCheckBox>(0, FileListPanel::enabledColumn);
   QTest::mouseClick(box, Qt::LeftButton);
   EXPECT_FALSE(model->product().images.front().enabled);
 
@@ -342,7 +300,7 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   struct Case {
     const char* what;
     ProductWithFiles product;
-    QString status;
+    std::string status;
   };
   const std::vector<Case> cases = {
       {"two sketches for one Arduino", twoSketches, "An Arduino board takes one sketch."},
@@ -351,7 +309,7 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   for (const Case& c : cases) {
     load(*model, c.product);
     EXPECT_FALSE(w.flashButton()->isEnabled()) << c.what;
-    EXPECT_EQ(w.statusText()->text(), c.status) << c.what;
+    EXPECT_EQ(w.statusText()->text().toStdString(), c.status) << c.what;
   }
 
   load(*model, espProduct(ESPChip::esp32, 4096));
@@ -360,6 +318,33 @@ TEST_F(WindowTest, TheStatusLineSaysWhyFlashIsOffAndWhyARunFailed) {
   EXPECT_TRUE(w.statusText()->text().startsWith("Flashing failed: No connection with the "
                                                 "bootloader."))
       << w.statusText()->text().toStdString();
+}
+
+// However small the window is made, in the language with the longest words as in English, every
+// control keeps the room its text needs and the product name stays readable.
+TEST_F(WindowTest, TheSmallestWindowKeepsEveryControlUsable) {
+  for (Language language : {Language::en, Language::de}) {
+    SCOPED_TRACE(std::string(code(language)));
+    LanguageOverride guard(language);
+    MainWindow& w = open();
+    load(*model, espProduct(ESPChip::esp32, 4096));
+    w.setLogShown(true);
+    w.resize(400, 300);
+    QCoreApplication::processEvents();
+    EXPECT_GE(w.width(), w.minimumWidth());
+    for (QWidget* control : w.findChildren<QWidget*>()) {
+      const bool usable = control->inherits("QAbstractButton") || control->inherits("QComboBox") ||
+                          control->inherits("QLineEdit");
+      if (!control->isVisible() || !usable) continue;
+      EXPECT_GE(control->width(), control->minimumSizeHint().width())
+          << control->metaObject()->className() << " " << control->objectName().toStdString();
+      EXPECT_GE(control->height(), control->minimumSizeHint().height())
+          << control->metaObject()->className() << " " << control->objectName().toStdString();
+    }
+    auto* name = w.findChild<QLineEdit*>("productName");
+    EXPECT_GE(name->width(), name->fontMetrics().horizontalAdvance("Sensor board rev B"));
+    window.reset();
+  }
 }
 
 TEST_F(WindowTest, AFailedActionShowsOneAlertThatOKDismisses) {
