@@ -45,8 +45,8 @@ std::optional<std::vector<SerialPortInfo>> ScannerPortSource::wait(Clock::time_p
   return withTestDevices(last_);
 }
 
-std::vector<SerialPortInfo> ScannerPortSource::withTestDevices(
-    std::vector<SerialPortInfo> ports) const {
+std::vector<SerialPortInfo>
+ScannerPortSource::withTestDevices(std::vector<SerialPortInfo> ports) const {
   for (const auto& path : testDevices_) {
     struct stat info {};
     const bool listed = std::ranges::any_of(ports, [&](const auto& p) { return p.path == path; });

@@ -22,8 +22,7 @@ public:
   virtual std::vector<SerialPortInfo> start() = 0;
   /// Waits until the ports may have changed, `wake` becomes readable or `deadline` passes, and
   /// returns the new list if there is one. Never reads `wake`.
-  virtual std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline,
-                                                         int wake) = 0;
+  virtual std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) = 0;
 };
 
 /// The port scanner as a port source, with the test devices named on the command line (which

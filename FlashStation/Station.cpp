@@ -243,8 +243,8 @@ void Station::start(const SerialPortInfo& port, std::optional<std::string> leave
       // Stopped before the board answered, nothing was written.
       std::lock_guard lock(self->mutex);
       outcome.message = !error.isCancelled() ? error.message()
-                        : self->chip        ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
-                                            : L10n::Log::stopped() + " " + L10n::Log::notWritten();
+                        : self->chip ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
+                                     : L10n::Log::stopped() + " " + L10n::Log::notWritten();
     } catch (const FlashPortError& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.message();
@@ -356,8 +356,7 @@ std::int64_t Station::run(PortSource& source) {
   }
   report_.notice({StationNotice::Kind::ready, static_cast<std::int64_t>(settling_.size())});
   for (const auto& path : options_.onlyPorts) {
-    if (!present_.contains(path))
-      report_.notice({StationNotice::Kind::waitingForPort, 0, 0, path});
+    if (!present_.contains(path)) report_.notice({StationNotice::Kind::waitingForPort, 0, 0, path});
   }
   if (oneAtATime_) report_.notice({StationNotice::Kind::oneAtATime});
 

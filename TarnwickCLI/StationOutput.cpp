@@ -110,7 +110,8 @@ std::vector<std::string> noticeLines(const StationNotice& notice, const std::str
 
 StationOutput::StationOutput(std::FILE* out, std::FILE* errors,
                              std::unique_ptr<StationRecord> record, std::string productName)
-    : out_(out), errors_(errors), record_(std::move(record)), productName_(std::move(productName)) {}
+    : out_(out), errors_(errors), record_(std::move(record)), productName_(std::move(productName)) {
+}
 
 void StationOutput::notice(const StationNotice& notice) {
   for (const auto& line : noticeLines(notice, productName_))
@@ -209,7 +210,7 @@ void StationConsole::connected(const StationBoard& board, const std::string& chi
                                const std::optional<std::string>& mac) {
   std::lock_guard lock(mutex_);
   lineLocked(L10n::Station::aboutBoard(board.name, mac ? L10n::Log::chipAndMAC(chip, *mac)
-                                                        : L10n::Log::chip(chip)));
+                                                       : L10n::Log::chip(chip)));
 }
 
 void StationConsole::progress(const StationBoard& board, std::int64_t done, std::int64_t total) {

@@ -11,9 +11,9 @@
 #include <mutex>
 #include <vector>
 
-#include "Simulator/SimulatedESP.hpp"
 #include "FlashStation/PortSource.hpp"
 #include "FlashStation/Station.hpp"
+#include "Simulator/SimulatedESP.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -116,6 +116,7 @@ int main() {
                 f.lineSeconds, 100 * f.meanCPUShare, 100 * f.maxCPUShare, f.processCPU,
                 f.done == count ? "" : "  (boards failed)");
   }
-  std::printf("targets (ratio <= 1.2, CPU per run < 5 %% of a core): %s\n", met ? "met" : "NOT met");
+  std::printf("targets (ratio <= 1.2, CPU per run < 5 %% of a core): %s\n",
+              met ? "met" : "NOT met");
   return met ? 0 : 1;
 }

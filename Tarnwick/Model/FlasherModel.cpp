@@ -34,6 +34,7 @@
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
 #include "Localization/StationTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
@@ -227,7 +228,10 @@ QString FlasherModel::windowTitle() const {
 
 bool FlasherModel::runTriesUSBJTAGFirst() const { return job_ && job_->usbJTAGFirst; }
 
-QString FlasherModel::quitRefusedText() { return qs(L10n::Notice::waitUntilFinished()); }
+QString FlasherModel::quitRefusedText() const {
+  return qs(isStationRunning() ? L10n::StationWindow::stopBeforeQuitting()
+                               : L10n::Notice::waitUntilFinished());
+}
 
 void FlasherModel::emitDerived() {
   emit canFlashChanged();
@@ -258,6 +262,9 @@ bool FlasherModel::requestQuit() {
 // MARK: - Product
 
 void FlasherModel::setProduct(const Product& product) {
+  // The station flashes board after board with this product: it stays as it is until the
+  // station stops.
+  if (isStationRunning()) return;
   if (product == product_) return;
   product_ = product;
   emit productChanged();
@@ -293,6 +300,7 @@ void FlasherModel::setFiles(FileBytesMap files) {
 }
 
 void FlasherModel::newProduct() {
+  if (isStationRunning()) return;
   if (!confirmDiscard()) return;
   setFiles({});
   setProductURL(std::nullopt);
@@ -302,11 +310,13 @@ void FlasherModel::newProduct() {
 }
 
 void FlasherModel::openProductWithPanel() {
+  if (isStationRunning()) return;
   if (!confirmDiscard() || !dialogs_) return;
   if (auto location = dialogs_->chooseProductToOpen()) openProduct(*location);
 }
 
 void FlasherModel::openProduct(const std::filesystem::path& location) {
+  if (isStationRunning()) return;
   ProductPackage package;
   std::string name = fileNameOf(location);
   try {
@@ -332,6 +342,7 @@ void FlasherModel::openProduct(const std::filesystem::path& location) {
 }
 
 void FlasherModel::openRecent(const QString& location) {
+  if (isStationRunning()) return;
   if (!confirmDiscard()) return;
   openProduct(std::filesystem::path(location.toStdString()));
 }
@@ -404,6 +415,7 @@ bool FlasherModel::confirmDiscard() {
 // MARK: - Images
 
 void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations) {
+  if (isStationRunning()) return;
   std::vector<FirmwareImport::Imported> list;
   for (const auto& image : product_.images) {
     auto bytes = files_.find(image.id);
@@ -435,6 +447,7 @@ void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations)
 }
 
 void FlasherModel::importFolder(const std::filesystem::path& folder) {
+  if (isStationRunning()) return;
   std::string name = fileNameOf(folder);
   FirmwareImport::BuildFolder found;
   try {
@@ -458,6 +471,7 @@ void FlasherModel::importFolder(const std::filesystem::path& folder) {
 }
 
 void FlasherModel::setImages(const std::vector<FirmwareImport::Imported>& images) {
+  if (isStationRunning()) return;
   FileBytesMap files;
   Product product = product_;
   product.images.clear();
@@ -471,6 +485,7 @@ void FlasherModel::setImages(const std::vector<FirmwareImport::Imported>& images
 }
 
 void FlasherModel::replaceFile(const UUID& id, const std::filesystem::path& location) {
+  if (isStationRunning()) return;
   auto entry = std::ranges::find_if(product_.images,
                                     [&](const FirmwareImage& image) { return image.id == id; });
   if (entry == product_.images.end()) return;
@@ -497,6 +512,7 @@ void FlasherModel::replaceFile(const UUID& id, const std::filesystem::path& loca
 }
 
 void FlasherModel::removeImages(const std::set<UUID>& ids) {
+  if (isStationRunning()) return;
   Product product = product_;
   std::erase_if(product.images, [&](const FirmwareImage& image) { return ids.contains(image.id); });
   FileBytesMap files = files_;
@@ -557,7 +573,7 @@ void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   }
   auto previous = std::move(knownPaths_);
   knownPaths_ = PortChoice::pathsOf(ports_);
-  if (state_ == FlasherState::flashing) return;
+  if (state_ != FlasherState::idle) return;
 
   auto now = Clock::now();
   // A port that comes back right after a run is told by what it is, the board's USB serial
@@ -687,6 +703,26 @@ void FlasherModel::openDemoProduct(const Target& target) {
   setOutcome(std::nullopt);
 }
 
+// MARK: - The station
+
+bool FlasherModel::beginStation() {
+  if (state_ != FlasherState::idle) return false;
+  setState(FlasherState::station);
+  return true;
+}
+
+void FlasherModel::endStation() {
+  if (state_ != FlasherState::station) return;
+  setState(FlasherState::idle);
+  // The boards the station left on their ports are no new boards for automatic flashing.
+  knownPaths_ = PortChoice::pathsOf(ports_);
+}
+
+void FlasherModel::playRunSound(bool succeeded) {
+  if (playSounds_)
+    options_.sounds->play(succeeded ? SoundSink::successSound : SoundSink::failureSound);
+}
+
 // MARK: - Flashing
 
 void FlasherModel::startFlash() { startRun(std::nullopt); }
@@ -808,9 +844,7 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
   if (step.line) appendLine(*step.line);
   if (step.note) appendLine(*step.note);
   narrator_.reset();
-  if (playSounds_ && !cancelled) {
-    options_.sounds->play(summary ? SoundSink::successSound : SoundSink::failureSound);
-  }
+  if (!cancelled) playRunSound(summary.has_value());
 }
 
 void FlasherModel::endRun(bool provedSame) {

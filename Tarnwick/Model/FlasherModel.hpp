@@ -40,7 +40,9 @@ class FlashJob;
 class OutputBuffer;
 class SoundSink;
 
-enum class FlasherState { idle, flashing };
+/// Idle; one board being flashed; or the flashing station at work, which has the ports and the
+/// product to itself.
+enum class FlasherState { idle, flashing, station };
 
 /// How the last run ended.
 struct FlashOutcome {
@@ -184,6 +186,11 @@ public:
   QString selectedPath() const { return selectedPath_; }
   FlasherState state() const { return state_; }
   bool isFlashing() const { return state_ == FlasherState::flashing; }
+  bool isStationRunning() const { return state_ == FlasherState::station; }
+  /// The product cannot be changed or replaced while boards are being flashed with it.
+  bool productLocked() const { return state_ != FlasherState::idle; }
+  /// The paths given with --test-device.
+  const std::vector<std::string>& testDevices() const { return options_.testDevices; }
   qint64 progressDone() const { return progressDone_; }
   qint64 progressTotal() const { return progressTotal_; }
   QString stageText() const { return stageText_; }
@@ -220,8 +227,8 @@ public:
   bool runTriesUSBJTAGFirst() const;
   /// Quitting is refused while a run is going.
   bool canQuit() const { return state_ == FlasherState::idle; }
-  /// "Wait until flashing has finished. …"
-  static QString quitRefusedText();
+  /// "Wait until flashing has finished. …", or while the station runs, to stop it first.
+  QString quitRefusedText() const;
   /// The simulated boards plugged in, in that order.
   std::vector<SimulatedPort> simulatedBoards() const;
   bool isSimulatedBoard(const QString& path) const;
@@ -235,6 +242,14 @@ public:
   /// Pulls the simulated board on `path` out: its port leaves the list, and a run on it fails as
   /// one does when a cable is pulled.
   void unplugSimulatedBoard(const QString& path);
+
+  // The flashing station.
+  /// The station takes over: no runs of single boards, no automatic flashing, no changes to the
+  /// product and no quitting until `endStation`. False while a single board is being flashed.
+  bool beginStation();
+  void endStation();
+  /// The end-of-run sound of a board, when sounds are on.
+  void playRunSound(bool succeeded);
 
 public slots:
   // Life cycle.

@@ -117,10 +117,10 @@ private:
 inline std::string describe(Recorder& recorder) {
   std::string text;
   for (const auto& e : recorder.entries())
-    text += e.kind + " " + e.path + " " + e.text +
-            (e.kind == "notice" ? " " + std::to_string(e.count) + "/" + std::to_string(e.failed)
-                                : "") +
-            "\n";
+    text +=
+        e.kind + " " + e.path + " " + e.text +
+        (e.kind == "notice" ? " " + std::to_string(e.count) + "/" + std::to_string(e.failed) : "") +
+        "\n";
   return text;
 }
 

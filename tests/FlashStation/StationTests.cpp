@@ -124,8 +124,7 @@ TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
 
   Recorder& r = running.recorder;
   // The second board started before the first was done: they ran at the same time.
-  EXPECT_LT(r.indexOf("started", second.path()), r.indexOf("done", first.path()))
-      << describe(r);
+  EXPECT_LT(r.indexOf("started", second.path()), r.indexOf("done", first.path())) << describe(r);
   EXPECT_EQ(r.count("done", first.path()), 1);
   EXPECT_EQ(r.count("done", second.path()), 1);
   EXPECT_EQ(r.count("started", flicker.path()), 0);
@@ -345,7 +344,6 @@ TEST(Station, CaterinaBoardsOneAtATime) {
   std::vector<std::string> order;
   for (const auto& e : r.entries())
     if (e.kind == "started" || e.kind == "done") order.push_back(e.kind);
-  EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"}))
-      << describe(r);
+  EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"})) << describe(r);
   EXPECT_EQ(r.count("notice", "oneAtATime"), 1) << describe(r);
 }

@@ -60,8 +60,8 @@ TEST(StationCommand, JSONEventsAndTheRecordFile) {
   ProductPackage::writeDirectory({p.product, p.files, {}}, root / "Sensor.twflash");
   std::ifstream recordFile(root / "Sensor.twflash" / "product.json", std::ios::binary);
   const std::string record((std::istreambuf_iterator<char>(recordFile)), {});
-  const std::string digest =
-      Digest::sha256Hex(ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
+  const std::string digest = Digest::sha256Hex(
+      ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
 
   SimulatedESP good;
   SimulatedESPOptions failing;
@@ -69,10 +69,9 @@ TEST(StationCommand, JSONEventsAndTheRecordFile) {
   SimulatedESP silent(failing);
   const std::string log = (root / "boards.jsonl").string();
   std::ofstream(log) << "{\"earlier\":true}\n"; // appended to, never replaced
-  Result result =
-      runCLI({"station", (root / "Sensor.twflash").string(), "--test-device", "--port",
-              good.path(), "-p", silent.path(), "--json", "--record", log},
-             R"("event":"failed")");
+  Result result = runCLI({"station", (root / "Sensor.twflash").string(), "--test-device", "--port",
+                          good.path(), "-p", silent.path(), "--json", "--record", log},
+                         R"("event":"failed")");
   EXPECT_EQ(result.status, 1) << result.out << result.err;
 
   const std::regex isoTime(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z)");
@@ -180,8 +179,8 @@ TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
   EXPECT_GE(mentioned, 5);
 
   auto arguments = cli::parseArguments({"station", "-p", "/dev/ttyUSB1", "--port=/dev/ttyUSB0",
-                                        "--now", "--limit", "12", "--json", "--record",
-                                        "b.jsonl", "--no-verify", "P.twflash"});
+                                        "--now", "--limit", "12", "--json", "--record", "b.jsonl",
+                                        "--no-verify", "P.twflash"});
   EXPECT_EQ(arguments.ports, (std::vector<std::string>{"/dev/ttyUSB1", "/dev/ttyUSB0"}));
   EXPECT_EQ(arguments.limit, 12);
   EXPECT_EQ(arguments.record, "b.jsonl");
@@ -393,14 +392,14 @@ TEST(StationCommand, AReaderThatGoesAway) {
     fs::remove(log);
     const fs::path slot = product.root / "later";
     fs::remove(slot);
-    std::vector<std::string> words = {"station", product.path(), "--test-device", "-p",
-                                      board.path(), "-p", slot.string(), "--record", log};
+    std::vector<std::string> words = {"station",     product.path(), "--test-device",
+                                      "-p",          board.path(),   "-p",
+                                      slot.string(), "--record",     log};
     if (c.json) words.push_back("--json");
     RunOptions options;
     options.when = c.when;
     options.then = RunOptions::Then::closeOutput;
-    if (c.boardComesLater)
-      options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
+    if (c.boardComesLater) options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
     Result result = runCLI(words, options);
     EXPECT_EQ(result.status, 1) << result.err;
     EXPECT_NE(result.err.find("The station’s output was closed (the program reading it ended). "
