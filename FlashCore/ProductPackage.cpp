@@ -4,6 +4,7 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <fstream>
 #include <fcntl.h>
 #include <random>
 #include <set>
@@ -49,6 +50,7 @@ std::string PackageError::message() const {
     std::string operator()(const UnstorableName& e) const {
       return L10n::Errors::unstorableName(visible(e.fileName));
     }
+    std::string operator()(const FolderInTheWay&) const { return L10n::Errors::folderInTheWay(); }
   };
   return std::visit(Visitor{}, value);
 }
@@ -722,8 +724,47 @@ Bytes ProductPackage::encode(const ProductPackage& package) {
   return encodeArchive(package, prepare(package), "product");
 }
 
+bool ProductPackage::isProductDirectory(const fs::path& path) {
+  std::error_code error;
+  if (!fs::is_directory(fs::symlink_status(path, error))) return false;
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    const std::string name = it->path().filename().string();
+    const auto type = it->symlink_status(error).type();
+    if (!((name == "product.json" && type == fs::file_type::regular) ||
+          (name == "files" && type == fs::file_type::directory))) {
+      return false;
+    }
+  }
+  if (error || !fs::is_regular_file(fs::symlink_status(path / "product.json", error))) return false;
+  std::ifstream in(path / "product.json", std::ios::binary);
+  std::string record;
+  char chunk[4096];
+  while (in.read(chunk, sizeof chunk) || in.gcount() > 0) {
+    record.append(chunk, static_cast<std::size_t>(in.gcount()));
+    if (record.size() > maximumRecordSize) return false;
+  }
+  try {
+    decodeProduct(record);
+    return true;
+  } catch (const ProductDecodingError&) {
+    return false;
+  }
+}
+
+namespace {
+// A save replaces a file or a product folder, never a folder of someone's other files.
+void refuseForeignFolder(const Place& place) {
+  std::error_code error;
+  if (fs::is_directory(fs::symlink_status(place.target, error)) &&
+      !ProductPackage::isProductDirectory(place.target)) {
+    throw PackageError{PackageError::FolderInTheWay{}};
+  }
+}
+} // namespace
+
 void ProductPackage::write(const ProductPackage& package, const fs::path& location) {
   Place place = placeOf(location);
+  refuseForeignFolder(place);
   const Bytes encoded = encodeArchive(package, prepare(package), place.target);
   removeLeftovers(place);
   auto temporary = claimTemporary(place, false);
@@ -740,6 +781,7 @@ void ProductPackage::write(const ProductPackage& package, const fs::path& locati
 void ProductPackage::writeDirectory(const ProductPackage& package, const fs::path& location) {
   std::string record = prepare(package);
   Place place = placeOf(location);
+  refuseForeignFolder(place);
   removeLeftovers(place);
   auto temporary = claimTemporary(place, true);
   try {

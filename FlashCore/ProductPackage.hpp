@@ -63,8 +63,13 @@ struct PackageError {
     bool operator==(const UnstorableName&) const = default;
   };
 
+  /// Saving would replace a folder that holds no product: someone's other files.
+  struct FolderInTheWay {
+    bool operator==(const FolderInTheWay&) const = default;
+  };
+
   std::variant<MissingFile, DamagedFile, NewerVersion, NotAPackage, WrongSize, TooLarge,
-               TooMuchFirmware, TooDeep, TooManyImages, UnstorableName>
+               TooMuchFirmware, TooDeep, TooManyImages, UnstorableName, FolderInTheWay>
       value;
 
   /// The message in the interface language; it begins in lower case and ends with a full stop.
@@ -109,6 +114,9 @@ struct ProductPackage {
   /// before anything is written) or std::filesystem::filesystem_error; on failure the previous
   /// product is left as it was. Temporary files of an earlier, interrupted save are removed.
   static void write(const ProductPackage& package, const std::filesystem::path& location);
+  /// Whether `path` is a product in the directory form: a readable product.json and nothing but
+  /// its files/ folder beside it. Saving replaces no other directory.
+  static bool isProductDirectory(const std::filesystem::path& path);
 
   /// Writes the package as a directory, for programs that read only that form; otherwise as
   /// `write`.

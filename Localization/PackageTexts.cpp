@@ -88,6 +88,18 @@ std::string tooManyImages(std::size_t limit) {
              "le produit répertorie plus de " + n + " fichiers ; aucun produit réel n’en a autant.",
              "el producto incluye más de " + n + " archivos; ningún producto real tiene tantos."});
 }
+std::string folderInTheWay() {
+  return tr({"a folder of that name is in the way, and it holds no product; nothing in it was "
+             "changed.",
+             "er staat een map met die naam in de weg, en die bevat geen product; er is niets in "
+             "gewijzigd.",
+             "ein Ordner mit diesem Namen ist im Weg und enthält kein Produkt; darin wurde nichts "
+             "geändert.",
+             "un dossier portant ce nom est déjà là et ne contient pas de produit ; rien n’y a été "
+             "modifié.",
+             "ya hay una carpeta con ese nombre que no contiene ningún producto; no se ha cambiado "
+             "nada en ella."});
+}
 std::string unstorableName(const std::string& fileName) {
   return tr({"the file name “" + fileName +
                  "” contains a character that a product cannot store (a control character, a "

@@ -15,4 +15,5 @@ std::string tooMuchFirmware(std::uintmax_t limit);
 std::string nestedTooDeeply(int limit);
 std::string tooManyImages(std::size_t limit);
 std::string unstorableName(const std::string& fileName);
+std::string folderInTheWay();
 } // namespace tarnwick::L10n::Errors

@@ -37,8 +37,8 @@ std::string portBusy(const std::string& path) {
     return path + " is al in gebruik door een ander programma. Sluit dat programma en probeer "
                   "opnieuw.";
   case Language::de:
-    return path + " wird bereits von einem anderen Programm verwendet. Beenden Sie dieses "
-                  "Programm und versuchen Sie es erneut.";
+    return path + " wird bereits von einem anderen Programm verwendet. Beende dieses Programm "
+                  "und versuche es erneut.";
   case Language::fr:
     return path + " est déjà utilisé par un autre programme. Fermez ce programme et réessayez.";
   case Language::es:
@@ -58,7 +58,7 @@ std::string portBusyWith(const std::string& path, const std::string& program, in
            "). Sluit dat programma en probeer opnieuw.";
   case Language::de:
     return path + " wird bereits von " + program + " (Prozess " + id +
-           ") verwendet. Beenden Sie dieses Programm und versuchen Sie es erneut.";
+           ") verwendet. Beende dieses Programm und versuche es erneut.";
   case Language::fr:
     return path + " est déjà utilisé par " + program + " (processus " + id +
            "). Fermez ce programme et réessayez.";
@@ -81,9 +81,9 @@ std::string portAccessDenied(const std::string& path, const std::string& group) 
            "’ hebben er toegang toe. Voeg jezelf aan die groep toe met ‘" + command +
            "’ en meld je daarna af en weer aan.";
   case Language::de:
-    return "Sie dürfen " + path + " nicht öffnen: Nur Mitglieder der Gruppe „" + group +
-           "“ haben Zugriff darauf. Treten Sie der Gruppe mit „" + command +
-           "“ bei und melden Sie sich danach ab und wieder an.";
+    return "Du darfst " + path + " nicht öffnen: Nur Mitglieder der Gruppe „" + group +
+           "“ haben Zugriff darauf. Tritt der Gruppe mit „" + command +
+           "“ bei und melde dich danach ab und wieder an.";
   case Language::fr:
     return "Vous n’avez pas le droit d’ouvrir " + path + " : seuls les membres du groupe « " +
            group + " » peuvent l’utiliser. Ajoutez-vous à ce groupe avec « " + command +

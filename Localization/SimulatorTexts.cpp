@@ -124,9 +124,9 @@ std::string missingValue(const std::string& option) {
 std::string missingBoard() {
   return tr({"Which board? Name one, for example esp32 or uno.",
              "Welk board? Noem er een, bijvoorbeeld esp32 of uno.",
-             "Welches Board? Nennen Sie eines, zum Beispiel esp32 oder uno.",
+             "Welches Board? Nenne eines, zum Beispiel esp32 oder uno.",
              "Quelle carte ? Nommez-en une, par exemple esp32 ou uno.",
-             "¿Qué placa? Indique una, por ejemplo esp32 o uno."});
+             "¿Qué placa? Indica una, por ejemplo esp32 o uno."});
 }
 
 std::string seeHelp() {

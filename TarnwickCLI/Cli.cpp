@@ -109,29 +109,7 @@ bool isReplaceableProduct(const fs::path& path) {
     }
     return startsAsProduct(path);
   }
-  if (!fs::is_directory(status)) return false;
-  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
-    const std::string name = it->path().filename().string();
-    const auto type = it->symlink_status(error).type();
-    if (!((name == "product.json" && type == fs::file_type::regular) ||
-          (name == "files" && type == fs::file_type::directory))) {
-      return false;
-    }
-  }
-  if (error || !fs::is_regular_file(fs::symlink_status(path / "product.json", error))) return false;
-  std::ifstream in(path / "product.json", std::ios::binary);
-  std::string record;
-  char chunk[4096];
-  while (in.read(chunk, sizeof chunk) || in.gcount() > 0) {
-    record.append(chunk, static_cast<std::size_t>(in.gcount()));
-    if (record.size() > ProductPackage::maximumRecordSize) return false;
-  }
-  try {
-    decodeProduct(record);
-    return true;
-  } catch (const ProductDecodingError&) {
-    return false;
-  }
+  return ProductPackage::isProductDirectory(path);
 }
 
 // A product file, whichever of its forms: a directory holding product.json, or a file with the

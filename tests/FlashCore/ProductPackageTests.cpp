@@ -155,6 +155,26 @@ TEST_F(ProductFile, FailedWritesLeaveThePreviousFileUntouched) {
   put(root / "plain", "x");
   EXPECT_THROW(ProductPackage::write(package, root / "plain" / "P.twflash"), fs::filesystem_error);
 
+  // A folder that holds anything but a product is never replaced, in either form: one of
+  // photos, or one whose product.json cannot be read; a product folder is (checked above).
+  fs::create_directories(root / "Photos.twflash" / "files");
+  put(root / "Photos.twflash" / "holiday.jpg", "jpeg");
+  put(root / "Broken.twflash" / "product.json", "{");
+  for (const auto& save : {&ProductPackage::write, &ProductPackage::writeDirectory}) {
+    for (const char* folder : {"Photos.twflash", "Broken.twflash"}) {
+      try {
+        save(package, root / folder);
+        ADD_FAILURE() << folder << " was replaced";
+      } catch (const PackageError& error) {
+        EXPECT_EQ(error, (PackageError{PackageError::FolderInTheWay{}}));
+      }
+    }
+  }
+  EXPECT_EQ(slurp(root / "Photos.twflash" / "holiday.jpg"), "jpeg");
+  EXPECT_EQ(slurp(root / "Broken.twflash" / "product.json"), "{");
+  fs::remove_all(root / "Photos.twflash");
+  fs::remove_all(root / "Broken.twflash");
+
   EXPECT_EQ(slurp(location / "product.json"), before);
   EXPECT_EQ(ProductPackage::read(location), package);
   EXPECT_FALSE(fs::exists(root / "escape.bin"));
@@ -178,6 +198,7 @@ TEST_F(ProductFile, EveryReadingErrorOnRealDirectories) {
   EXPECT_THROW(ProductPackage::read(location), ProductDecodingError);
 
   ProductPackage package = sample();
+  fs::remove_all(location); // no product, so no save replaces it
   ProductPackage::writeDirectory(package, location);
   const FirmwareImage& first = package.product.images[0];
   fs::path stored = location / "files" / ProductPackage::storedName(first);
@@ -205,6 +226,7 @@ TEST_F(ProductFile, EveryReadingErrorOnRealDirectories) {
 TEST_F(ProductFile, UntrustedFilesNeverReachOutside) {
   using E = PackageError;
   ProductPackage package = sample();
+  fs::remove_all(location); // no product, so no save replaces it
   ProductPackage::writeDirectory(package, location);
   const FirmwareImage& first = package.product.images[0];
   fs::path stored = location / "files" / ProductPackage::storedName(first);

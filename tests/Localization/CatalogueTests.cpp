@@ -56,6 +56,7 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Errors::nestedTooDeeply(16); },
       [] { return L::Errors::tooManyImages(256); },
       [] { return L::Errors::unstorableName("a.bin"); },
+      [] { return L::Errors::folderInTheWay(); },
       [] { return L::Issue::nothingToFlash(); },
       [] { return L::Issue::fileMissing(); },
       [] { return L::Issue::oneSketchOnly(); },
