@@ -143,6 +143,18 @@ std::string leftAlone() {
       {"Left alone", "Niet aangeraakt", "Nicht angerührt", "Laissée telle quelle", "No se toca"});
 }
 
+std::string percent(std::int64_t value) {
+  // German, French and Spanish set a space before the percent sign, French a no-break one.
+  switch (currentLanguage()) {
+  case Language::en:
+  case Language::nl: return std::to_string(value) + "%";
+  case Language::de:
+  case Language::es: return std::to_string(value) + " %";
+  case Language::fr: return std::to_string(value) + NBSP "%";
+  }
+  return {};
+}
+
 std::string flashedCount() {
   return tr({"Flashed", "Geflasht", "Geflasht", "Flashées", "Flasheadas"});
 }

@@ -51,6 +51,8 @@ std::string done();
 std::string failed();
 std::string stopped();
 std::string leftAlone();
+/// A board's share done: "45%", "45 %" where the language sets a space before the sign.
+std::string percent(std::int64_t value);
 /// The tally's four figures.
 std::string flashedCount();
 std::string failedCount();

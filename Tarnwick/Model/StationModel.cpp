@@ -190,6 +190,12 @@ StationModel::StationModel(FlasherModel& model, Options options, QObject* parent
     scheduleTallyExpiry();
   });
   connect(&model_, &FlasherModel::productURLChanged, this, &StationModel::productPathChanged);
+  // What was said about the last product (why it could not start, the last counts) is not said
+  // about the next.
+  for (auto signal : {&FlasherModel::productChanged, &FlasherModel::filesChanged})
+    connect(&model_, signal, this, [this] {
+      if (!isRunning()) setNotice({});
+    });
   connect(&model_, &FlasherModel::portListChanged, this, &StationModel::portsChanged);
   productPathChanged();
 }
@@ -244,6 +250,7 @@ void StationModel::start() {
     return;
   }
   setRecordProblem({});
+  setNotice({});
   productName_ = product.name.empty() ? L10n::Product::newProduct() : product.name;
   avrTarget_ = !product.target.isESP();
   flashed_ = 0;
@@ -361,11 +368,15 @@ void StationModel::apply(Update& update) {
   for (auto& item : update.items) {
     if (auto* started = std::get_if<Update::Started>(&item)) {
       StationRow& row = rowFor(started->board.path);
-      row.boardName = model_.portLabel(qs(row.path));
+      row.run = ++runsStarted_;
+      const QString label = model_.portLabel(qs(row.path));
+      // The port has a column of its own: "Simulated ESP32", not "Simulated ESP32 (/dev/pts/4)".
+      row.boardName = label;
+      row.boardName.remove(QStringLiteral(" (") + qs(row.path) + u')');
       row.serialNumber = started->board.serialNumber;
       row.stage = qs(L10n::Stage::connecting());
       narrators_.insert_or_assign(row.path, RunNarrator(avrTarget_));
-      appendBoardLine(row, RunNarration::opening(productName_, row.boardName.toStdString()));
+      appendBoardLine(row, RunNarration::opening(productName_, label.toStdString()));
     } else if (auto* reported = std::get_if<Update::Event>(&item)) {
       StationRow* row = findRow(reported->path);
       auto narrator = narrators_.find(reported->path);
@@ -438,7 +449,8 @@ void StationModel::apply(Update& update) {
     } else if (auto* notice = std::get_if<Update::Notice>(&item)) {
       using Kind = station::StationNotice::Kind;
       const auto& said = notice->notice;
-      std::string text;
+      // Every notice goes to the log; those that change what the station does are shown too.
+      std::string text, shown;
       LogSegment::Kind kind = LogSegment::Kind::meta;
       switch (said.kind) {
       case Kind::ready:
@@ -447,20 +459,21 @@ void StationModel::apply(Update& update) {
         break;
       case Kind::waitingForPort: text = L10n::Station::waitingForPort(said.text); break;
       case Kind::oneAtATime: text = L10n::Station::oneAtATime(); break;
-      case Kind::finishing: text = L10n::StationWindow::finishing(said.count); break;
-      case Kind::stopping: text = L10n::Station::stopping(); break;
-      case Kind::limitReached: text = L10n::Station::limitReached(said.count); break;
+      case Kind::finishing: shown = text = L10n::StationWindow::finishing(said.count); break;
+      case Kind::stopping: shown = text = L10n::Station::stopping(); break;
+      case Kind::limitReached: shown = text = L10n::Station::limitReached(said.count); break;
       case Kind::recordLost:
         text = L10n::Station::recordLost(said.text);
         kind = LogSegment::Kind::error;
         setRecordProblem(qs(text));
         break;
       case Kind::ended:
-        text = "--- " + L10n::Station::summary(said.count, said.failed) + " ---";
+        shown = L10n::Station::summary(said.count, said.failed);
+        text = "--- " + shown + " ---";
         kind = LogSegment::Kind::system;
         break;
       }
-      setNotice(qs(text));
+      if (!shown.empty()) setNotice(qs(shown));
       model_.appendLog({{kind, text}});
     } else if (std::holds_alternative<Update::Ended>(item)) {
       ended();

@@ -37,6 +37,8 @@ class FlasherModel;
 struct StationRow {
   enum class Result { running, done, failed, stopped, leftAlone };
   std::string path;
+  /// Tells the runs of a row apart: a port used again shows its new board in the same row.
+  int run = 0;
   /// The port's name for people, as the port list shows it.
   QString boardName;
   std::optional<std::string> serialNumber;
@@ -190,6 +192,7 @@ private:
   QString recordProblem_;
   QString notice_;
   int updates_ = 0;
+  int runsStarted_ = 0;
   Clock::time_point lastUpdate_{};
   bool updatedOnce_ = false;
   QTimer updateLater_;

@@ -19,6 +19,7 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 class QSplitter;
+class QStackedWidget;
 class QToolButton;
 
 namespace tarnwick {
@@ -28,6 +29,8 @@ class HelpWindow;
 class LogFindBar;
 class LogView;
 class SettingsSheet;
+class StationModel;
+class StationPanel;
 
 /// The coloured dot beside the port: the state of the run and of the last outcome.
 class StatusDot : public QWidget {
@@ -72,6 +75,7 @@ public:
   ~MainWindow() override;
 
   FlasherModel& model() const { return model_; }
+  StationModel& station() const { return *station_; }
 
   // The parts tests and the screenshot mode reach for.
   QComboBox* portPicker() const { return portPicker_; }
@@ -92,6 +96,14 @@ public:
   LogFindBar* findBar() const { return findBar_; }
   bool logShown() const;
   void setLogShown(bool shown);
+  StationPanel* stationPanel() const { return stationPanel_; }
+  QAction* stationAction() const { return stationAction_; }
+  /// The line over the product while the station runs.
+  QLabel* productLockedNote() const { return lockedNote_; }
+  /// Station mode: the file table gives way to the flashing station's table of boards, and
+  /// Ctrl+R starts and stops the station. It is left only while the station is idle.
+  bool stationMode() const;
+  void setStationMode(bool on);
 
   // FlasherDialogs.
   std::optional<std::filesystem::path> chooseProductToOpen() override;
@@ -109,6 +121,7 @@ public slots:
 protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
 private:
   QWidget* buildHeader();
@@ -126,7 +139,11 @@ private:
   void showErrorMessage();
 
   FlasherModel& model_;
+  StationModel* station_ = nullptr;
   QComboBox* portPicker_ = nullptr;
+  /// The header's controls of a single run, hidden in station mode.
+  QList<QWidget*> singleRunControls_;
+  QLabel* stationTitle_ = nullptr;
   StatusDot* statusDot_ = nullptr;
   QPushButton* flashButton_ = nullptr;
   QCheckBox* automatic_ = nullptr;
@@ -138,6 +155,9 @@ private:
   QToolButton* notesButton_ = nullptr;
   QList<QWidget*> productButtons_;
   FileListPanel* fileList_ = nullptr;
+  StationPanel* stationPanel_ = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  QLabel* lockedNote_ = nullptr;
   StatusText* statusText_ = nullptr;
   QProgressBar* progress_ = nullptr;
   QLabel* counters_ = nullptr;
@@ -148,6 +168,7 @@ private:
   QSplitter* splitter_ = nullptr;
   QWidget* bottom_ = nullptr;
   QAction* flashAction_ = nullptr;
+  QAction* stationAction_ = nullptr;
   QAction* autoFlashAction_ = nullptr;
   QAction* showLogAction_ = nullptr;
   QAction* autoscrollAction_ = nullptr;

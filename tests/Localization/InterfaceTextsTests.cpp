@@ -252,6 +252,7 @@ const std::vector<Entry>& entries() {
       {TEXT(StationWindow::failed()), "Failed"},
       {TEXT(StationWindow::stopped()), "Stopped"},
       {TEXT(StationWindow::leftAlone()), "Left alone"},
+      {TEXT(StationWindow::percent(45)), "45%", {"45"}, {nl}},
       {TEXT(StationWindow::flashedCount()), "Flashed"},
       {TEXT(StationWindow::failedCount()), "Failed"},
       {TEXT(StationWindow::runningCount()), "Running"},

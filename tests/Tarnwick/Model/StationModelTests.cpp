@@ -109,7 +109,7 @@ TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrClear
     EXPECT_EQ(r->result, Result::done);
     EXPECT_EQ(r->chip, "ESP32");
     EXPECT_EQ(r->mac, "AB:CD:12:34:56:78");
-    EXPECT_TRUE(r->boardName.startsWith("Test device")) << r->boardName.toStdString();
+    EXPECT_EQ(r->boardName, "Test device"); // the port has a column of its own
     EXPECT_GT(r->seconds, 0.0);
     EXPECT_EQ(r->done, r->total);
     const std::string own = joined(r->log);

@@ -11,7 +11,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTableWidget>
+#include <QTableView>
 #include <QToolButton>
 #include <functional>
 #include <set>
@@ -21,6 +21,7 @@
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -67,9 +68,9 @@ void collectTexts(QWidget* root, std::set<QString>& texts) {
     if (auto* list = qobject_cast<QListWidget*>(widget))
       for (int i = 0; i < list->count(); ++i)
         add(list->item(i)->text());
-    if (auto* table = qobject_cast<QTableWidget*>(widget))
-      for (int i = 0; i < table->columnCount(); ++i)
-        add(table->horizontalHeaderItem(i)->text());
+    if (auto* table = qobject_cast<QTableView*>(widget); table && table->model())
+      for (int i = 0; i < table->model()->columnCount(); ++i)
+        add(table->model()->headerData(i, Qt::Horizontal).toString());
   }
   for (QAction* action : root->findChildren<QAction*>()) {
     add(action->text());
@@ -231,6 +232,10 @@ TEST_F(InterfaceNamesTest, TheHelpAndTheTooltipsNameTheActionsShortcutsInEveryLa
         const std::vector<Tooltip> tooltips = {
             {L10n::Header::flashTooltip(), L10n::State::flash()},
             {L10n::Header::stopTooltip(), L10n::State::flash()},
+            // Ctrl+R starts and stops the station too, in station mode.
+            {L10n::StationWindow::startTooltip(), L10n::State::flash()},
+            {L10n::StationWindow::stopTooltip(), L10n::State::flash()},
+            {L10n::StationWindow::stopNowTooltip(), L10n::State::flash()},
             {L10n::Footer::showLogTooltip(), L10n::Footer::showLog()},
             {L10n::Footer::saveTooltip(), L10n::Menu::saveLog()},
             {L10n::Footer::clearLogTooltip(), L10n::Menu::clearLog()},
