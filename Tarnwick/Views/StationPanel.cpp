@@ -17,6 +17,7 @@
 #include <QStandardPaths>
 #include <QStyledItemDelegate>
 #include <QTableView>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <map>
 
@@ -120,6 +121,10 @@ StationPanel::StationPanel(FlasherModel& model, StationModel& station, QWidget* 
     return metrics.horizontalAdvance(qt(text)) + 2 * character;
   };
   const int mac = metrics.horizontalAdvance(QStringLiteral("AB:CD:12:34:56:78")) + 2 * character;
+  int resultWidth = wide(T::resultColumn());
+  for (const std::string& result :
+       {T::running(), T::done(), T::failed(), T::stopped(), T::leftAlone()})
+    resultWidth = std::max(resultWidth, wide(result));
   const std::pair<int, int> bounds[] = {
       {std::max(wide(T::portColumn()), 8 * character), 16 * character},
       {14 * character, 100000},
@@ -128,7 +133,7 @@ StationPanel::StationPanel(FlasherModel& model, StationModel& station, QWidget* 
       {std::max(wide(T::macColumn()), mac), std::max(wide(T::macColumn()), mac)},
       {14 * character, 100000},
       {std::max(wide(T::progressColumn()), 10 * character), 24 * character},
-      {std::max(wide(T::resultColumn()), 12 * character), 18 * character},
+      {resultWidth, resultWidth + 6 * character},
       {std::max(wide(T::timeColumn()), 7 * character), 10 * character}};
   const int shares[] = {9, 22, 12, 9, 0, 24, 14, 12, 7};
   std::map<QString, std::pair<int, int>> fitted;
@@ -266,8 +271,15 @@ QWidget* StationPanel::buildControls() {
   chooseRecord_->setObjectName("chooseRecordFile");
   chooseRecord_->setToolTip(recordPath_->toolTip());
   connect(chooseRecord_, &QPushButton::clicked, this, &StationPanel::chooseRecordFile);
-  forgetRecord_ = new QPushButton(qt(T::forgetRecordFile()));
+  // A small button beside the file: its text, long in some languages, is its tooltip.
+  forgetRecord_ = new QToolButton;
   forgetRecord_->setObjectName("forgetRecordFile");
+  forgetRecord_->setText(qt(T::forgetRecordFile()));
+  forgetRecord_->setToolTip(forgetRecord_->text());
+  forgetRecord_->setAccessibleName(forgetRecord_->text());
+  forgetRecord_->setIcon(QIcon::fromTheme(QStringLiteral("edit-clear"),
+                                          style()->standardIcon(QStyle::SP_DialogDiscardButton)));
+  forgetRecord_->setToolButtonStyle(Qt::ToolButtonIconOnly);
   connect(forgetRecord_, &QPushButton::clicked, this, [this] { station_.setRecordPath({}); });
   second->addWidget(alsoConnected_);
   second->addSpacing(16);

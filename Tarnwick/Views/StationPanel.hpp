@@ -11,6 +11,7 @@ class QLabel;
 class QPushButton;
 class QSpinBox;
 class QTableView;
+class QToolButton;
 
 namespace tarnwick {
 
@@ -72,7 +73,7 @@ private:
   QSpinBox* limit_ = nullptr;
   QLabel* recordPath_ = nullptr;
   QPushButton* chooseRecord_ = nullptr;
-  QPushButton* forgetRecord_ = nullptr;
+  QToolButton* forgetRecord_ = nullptr;
   QPushButton* clearFinished_ = nullptr;
   QTableView* table_ = nullptr;
   QLabel* boardLogTitle_ = nullptr;

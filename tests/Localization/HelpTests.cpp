@@ -142,6 +142,7 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
   EXPECT_EQ(names, (std::vector<std::string>{"window-empty.png", "window-product.png",
                                              "window-flashing.png", "window-success.png",
                                              "settings-esp.png", "settings-arduino.png",
+                                             "station-running.png", "station-finished.png",
                                              "window-failure.png", "help.png"}));
 }
 

@@ -171,6 +171,8 @@ TEST_F(InterfaceNamesTest, EveryBoldNameInTheHelpIsATextTheInterfaceShows) {
         // The status line after a failed run, and the Flash button while a run goes.
         shown.insert(seen(L10n::Panel::flashingFailed()));
         shown.insert(seen(L10n::Header::stop()));
+        // The station's button after its first Stop.
+        shown.insert(seen(L10n::StationWindow::stopNow()));
         auto isShown = [&](const QString& name) {
           if (shown.count(name) != 0) return true;
           // A message may be quoted by its first sentences.
