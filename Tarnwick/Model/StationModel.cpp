@@ -16,6 +16,7 @@
 #include <system_error>
 #include <variant>
 
+#include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductPackage.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
@@ -46,12 +47,10 @@ Clock::duration duration(double seconds) {
 
 // Which exact product the boards got: the digest of product.json as saving the product in
 // memory writes it, so an unsaved or edited product is told apart from the file on disk.
-std::string recordDigest(const Product& product, const FileBytesMap& files) {
-  try {
-    return ProductPackage::decode(ProductPackage::encode({product, files})).recordSHA256;
-  } catch (...) {
-    return {};
-  }
+std::string recordDigest(const Product& product) {
+  const std::string record = encodeProduct(product);
+  return Digest::sha256Hex(
+      ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
 }
 
 } // namespace
@@ -232,7 +231,7 @@ void StationModel::start() {
     auto name = names->byPath.find(port.path);
     return name != names->byPath.end() ? name->second : station::boardName(port);
   };
-  ProductPackage package{product, model_.files(), recordDigest(product, model_.files())};
+  ProductPackage package{product, model_.files(), recordDigest(product)};
 
   std::unique_ptr<station::StationRecord> record;
   if (!recordPath_.isEmpty()) {
@@ -403,6 +402,7 @@ void StationModel::apply(Update& update) {
       row.chip = outcome.chip;
       row.mac = outcome.mac;
       row.seconds = outcome.seconds;
+      row.cpuSeconds = outcome.cpuSeconds;
       NarratedStep step;
       switch (outcome.result) {
       case Result::done:

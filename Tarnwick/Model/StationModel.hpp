@@ -50,8 +50,9 @@ struct StationRow {
   Result result = Result::running;
   /// Why it failed, was stopped or was left alone.
   QString message;
-  /// How long its run took, once it has ended.
+  /// How long its run took, once it has ended, and the CPU time of the run's own thread.
   double seconds = 0;
+  double cpuSeconds = 0;
   /// The board's own lines of the log, without the port before them.
   std::vector<std::vector<LogSegment>> log;
 };

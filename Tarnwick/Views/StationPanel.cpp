@@ -167,8 +167,9 @@ StationPanel::StationPanel(FlasherModel& model, StationModel& station, QWidget* 
 
   connect(&station_, &StationModel::phaseChanged, this, &StationPanel::refreshControls);
   connect(&station_, &StationModel::noticeChanged, this, &StationPanel::refreshControls);
-  connect(&station_, &StationModel::rowsChanged, this, &StationPanel::refreshControls);
-  connect(&station_, &StationModel::rowsCleared, this, &StationPanel::refreshControls);
+  // Rows change up to 20 times a second: only what depends on them is looked at again.
+  connect(&station_, &StationModel::rowsChanged, this, &StationPanel::refreshClearFinished);
+  connect(&station_, &StationModel::rowsCleared, this, &StationPanel::refreshClearFinished);
   connect(&station_, &StationModel::optionsChanged, this, &StationPanel::refreshControls);
   connect(&station_, &StationModel::tallyChanged, this, &StationPanel::refreshTally);
   connect(&station_, &StationModel::recordPathChanged, this, &StationPanel::refreshRecord);
@@ -335,10 +336,18 @@ void StationPanel::refreshControls() {
   limit_->setEnabled(idle);
   chooseRecord_->setEnabled(idle);
   forgetRecord_->setEnabled(idle && !station_.recordPath().isEmpty());
+  refreshClearFinished();
+  if (start_->text() != announcedText_ || start_->isEnabled() != announcedEnabled_) {
+    announcedText_ = start_->text();
+    announcedEnabled_ = start_->isEnabled();
+    emit controlsChanged();
+  }
+}
+
+void StationPanel::refreshClearFinished() {
   clearFinished_->setEnabled(std::ranges::any_of(station_.rows(), [](const StationRow& row) {
     return row.result != StationRow::Result::running;
   }));
-  emit controlsChanged();
 }
 
 void StationPanel::refreshTally() {
@@ -351,7 +360,7 @@ void StationPanel::refreshTally() {
   if (tally.failed > 0)
     palette.setColor(QPalette::WindowText,
                      readableOn(QColor(0xE0, 0x3A, 0x3A), palette.color(QPalette::Window)));
-  figures_[1]->setPalette(palette);
+  if (palette != figures_[1]->palette()) figures_[1]->setPalette(palette);
 }
 
 void StationPanel::refreshRecord() {

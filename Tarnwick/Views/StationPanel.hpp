@@ -56,6 +56,7 @@ private:
   QWidget* buildTally();
   QWidget* buildControls();
   void refreshControls();
+  void refreshClearFinished();
   void refreshTally();
   void refreshRecord();
   void refreshBoardLog();
@@ -79,6 +80,9 @@ private:
   QLabel* boardLogTitle_ = nullptr;
   LogView* boardLog_ = nullptr;
   OutputBuffer* boardLines_ = nullptr;
+  /// The Start/Stop button as `controlsChanged` last told it.
+  QString announcedText_;
+  bool announcedEnabled_ = false;
   /// The board whose lines are shown: its port, the run of its row and how many lines are in.
   std::string shownPath_;
   int shownRun_ = 0;
