@@ -188,12 +188,6 @@ std::string finishingState() {
              "Plus aucune nouvelle carte n’est prise\u00A0; celles en cours vont jusqu’au bout.",
              "Ya no se aceptan placas nuevas; las que están en curso terminan."});
 }
-std::string stoppingState() {
-  return tr({"Stopping the running boards…", "De lopende boards worden gestopt…",
-             "Die laufenden Boards werden abgebrochen …", "Arrêt des cartes en cours…",
-             "Deteniendo las placas en curso…"});
-}
-
 std::string productLocked() {
   return tr({"The station flashes this product: it cannot be changed until the station is "
              "stopped.",

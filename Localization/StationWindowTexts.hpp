@@ -58,11 +58,11 @@ std::string flashedCount();
 std::string failedCount();
 std::string runningCount();
 std::string boardsPerHour();
-/// The line under the tally: what the station does now.
+/// The line beside the Start/Stop button: what the station does now (while stopping, the
+/// station's own "Stopping the running boards…").
 std::string idleState();
 std::string runningState();
 std::string finishingState();
-std::string stoppingState();
 /// Shown over the product while the station runs.
 std::string productLocked();
 /// The quit refused while the station runs.

@@ -21,6 +21,7 @@
 #include <QVBoxLayout>
 #include <map>
 
+#include "Localization/StationTexts.hpp"
 #include "Localization/StationWindowTexts.hpp"
 #include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
@@ -320,7 +321,7 @@ void StationPanel::refreshControls() {
   case Phase::idle: state = qt(T::idleState()); break;
   case Phase::running: state = qt(T::runningState()); break;
   case Phase::finishing: state = qt(T::finishingState()); break;
-  case Phase::stopping: state = qt(T::stoppingState()); break;
+  case Phase::stopping: state = qt(L10n::Station::stopping()); break;
   }
   if (!station_.notice().isEmpty()) state = station_.notice();
   // A product with an error says so until it is mended, whatever was said before.

@@ -12,6 +12,7 @@
 #include "Simulator/PseudoTerminal.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "support/Boards.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -88,21 +89,13 @@ struct RunningStation {
   std::int64_t failures = -1;
 };
 
-// A board whose run lasts about a second: the line is paced at its real speed.
-SimulatedESPOptions slowESP32() {
-  SimulatedESPOptions options;
-  options.paceLine = true;
-  options.syncAnswers = 1;
-  return options;
-}
-
 } // namespace
 
 // Boards plugged in while others run are flashed at once, side by side; one failing leaves the
 // others alone and shows in the count; a port that comes and goes within the settling time is
 // no board.
 TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
-  SimulatedESP first(slowESP32()), second(slowESP32());
+  SimulatedESP first(pacedESP32()), second(pacedESP32());
   SimulatedESPOptions failing;
   failing.failCommand = static_cast<std::uint8_t>(ESPCommand::flashDeflateBegin);
   SimulatedESP broken(failing);
@@ -201,7 +194,7 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
     }
   }
   // Swapped while its run still goes on: the board that came is flashed once the run ends.
-  SimulatedESP slow(slowESP32()), next;
+  SimulatedESP slow(pacedESP32()), next;
   const int done = r.count("done", slot.string());
   ports.pull(slot.string());
   fs::remove(slot);
@@ -225,7 +218,7 @@ TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
 // --now takes the boards already there; --limit stops taking boards once that many succeeded or
 // run, and ends the station when they have succeeded, without Ctrl+C.
 TEST(Station, NowAndLimit) {
-  SimulatedESP a(slowESP32()), b(slowESP32()), c(slowESP32());
+  SimulatedESP a(pacedESP32()), b(pacedESP32()), c(pacedESP32());
   FakePorts ports;
   for (const auto* board : {&a, &b, &c})
     ports.plug(board->path());
@@ -252,7 +245,7 @@ TEST(Station, NowAndLimit) {
 TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
   for (int presses : {1, 2}) {
     SCOPED_TRACE(presses);
-    SimulatedESP a(slowESP32()), b(slowESP32()), late;
+    SimulatedESP a(pacedESP32()), b(pacedESP32()), late;
     FakePorts ports;
     RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
     Recorder& r = running.recorder;
@@ -283,7 +276,7 @@ TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
 TEST(Station, ALostRecordOrReaderTakesNoNewBoards) {
   for (const bool recordLost : {true, false}) {
     SCOPED_TRACE(recordLost ? "the record is lost" : "the reader is gone");
-    SimulatedESP quick, slow(slowESP32()), late;
+    SimulatedESP quick, slow(pacedESP32()), late;
     FakePorts ports;
     RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
     Recorder& r = running.recorder;

@@ -262,7 +262,6 @@ const std::vector<Entry>& entries() {
       {TEXT(StationWindow::runningState()),
        "Plug boards in: each one is flashed as soon as it is there."},
       {TEXT(StationWindow::finishingState()), "No new boards are taken; the running ones finish."},
-      {TEXT(StationWindow::stoppingState()), "Stopping the running boards…"},
       {TEXT(StationWindow::productLocked()),
        "The station flashes this product: it cannot be changed until the station is stopped."},
       {TEXT(StationWindow::stopBeforeQuitting()),

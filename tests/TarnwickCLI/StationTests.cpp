@@ -24,6 +24,7 @@
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
 #include "TarnwickCLI/StationOutput.hpp"
+#include "support/Boards.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -38,14 +39,6 @@ namespace {
 // The station's threads speak the process's language, which no per-thread override reaches:
 // these tests read English whatever the machine's locale.
 const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
-
-// A board whose run lasts about a second: the line is paced at its real speed.
-SimulatedESPOptions slowESP32() {
-  SimulatedESPOptions options;
-  options.paceLine = true;
-  options.syncAnswers = 1;
-  return options;
-}
 
 } // namespace
 
@@ -125,7 +118,7 @@ TEST(StationCommand, CtrlCAndRefusals) {
   auto p = espProduct(ESPChip::esp32, 64 * 1024);
   ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
   const std::string product = (root / "Sensor.twflash").string();
-  SimulatedESP board(slowESP32());
+  SimulatedESP board(pacedESP32());
 
   Result stopped = runCLI({"station", product, "--test-device", "--port", board.path()},
                           "Flashen gestartet", "de");
@@ -347,7 +340,7 @@ TEST(StationJSON, ProgressAtEveryFifthPercentCrossedAndSkippedBoards) {
 // its own instead of running on from the live line.
 TEST(StationCommand, AFullRecordDisk) {
   ProductOnDisk product("tw-station-full-");
-  SimulatedESP board(slowESP32());
+  SimulatedESP board(pacedESP32());
   RunOptions terminal;
   terminal.terminalColumns = 80;
   Result result = runCLI(
@@ -387,7 +380,7 @@ TEST(StationCommand, AReaderThatGoesAway) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    SimulatedESP board(slowESP32()), later;
+    SimulatedESP board(pacedESP32()), later;
     const std::string log = (product.root / "boards.jsonl").string();
     fs::remove(log);
     const fs::path slot = product.root / "later";
@@ -423,7 +416,7 @@ TEST(StationCommand, AReaderThatGoesAway) {
 // second is told who has the board, and the first writes it undisturbed.
 TEST(StationCommand, TwoProcessesNeverWriteOneBoard) {
   ProductOnDisk product("tw-station-lock-", 256 * 1024);
-  SimulatedESP shared(slowESP32());
+  SimulatedESP shared(pacedESP32());
   Result second;
   pid_t firstProcess = 0;
   RunOptions whileConnected;

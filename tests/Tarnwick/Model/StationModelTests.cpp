@@ -12,6 +12,7 @@
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/StationModel.hpp"
+#include "support/Boards.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -20,14 +21,6 @@ using Result = StationRow::Result;
 namespace fs = std::filesystem;
 
 namespace {
-
-// A board whose run lasts about a second: the line is paced at its real speed.
-SimulatedESPOptions slowESP32() {
-  SimulatedESPOptions options;
-  options.paceLine = true;
-  options.syncAnswers = 1;
-  return options;
-}
 
 // A port the test plugs in and pulls out through the model's port list: a link to a simulated
 // board, behind a CH340 as far as the station can tell.
@@ -84,7 +77,7 @@ protected:
 // own, and a port used again shows its new board in the same row; Clear Finished empties the
 // table of finished boards only.
 TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrCleared) {
-  SimulatedESP a(slowESP32()), b(slowESP32());
+  SimulatedESP a(pacedESP32()), b(pacedESP32());
   SimulatedESPOptions mute;
   mute.silent = true;
   SimulatedESP silent(mute), c, d;
@@ -183,7 +176,7 @@ TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrClear
 // While the station runs the product stays as it is, no single board is flashed, and quitting is
 // refused with the reason; once it has stopped all of it is possible again.
 TEST_F(StationModelTest, TheProductIsLockedWhileTheStationRuns) {
-  SimulatedESP board(slowESP32());
+  SimulatedESP board(pacedESP32());
   auto model = makeModel({board.path()});
   const auto p = espProduct(ESPChip::esp32, 64 * 1024);
   load(*model, p);
@@ -222,7 +215,7 @@ TEST_F(StationModelTest, TheProductIsLockedWhileTheStationRuns) {
 TEST_F(StationModelTest, FirstStopLetsBoardsFinishSecondStopsThem) {
   for (const int stops : {1, 2}) {
     SCOPED_TRACE(stops);
-    SimulatedESP a(slowESP32()), b(slowESP32()), late;
+    SimulatedESP a(pacedESP32()), b(pacedESP32()), late;
     auto model = makeModel({a.path(), b.path()});
     load(*model, espProduct(ESPChip::esp32, 96 * 1024));
     model->setPlaySounds(true);
