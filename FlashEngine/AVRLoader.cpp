@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "FlashSerial/FlashPortError.hpp"
 #include "FlashSerial/SerialDevices.hpp"
 
 namespace tarnwick {
@@ -23,9 +24,10 @@ Clock::time_point deadlineAfter(double seconds) {
 } // namespace
 
 AVRLoader::AVRLoader(JobContext& context, AVRBoard board, bool verify,
-                     std::unique_ptr<FlashPort> port, PortFinder findBootloaderPort)
+                     std::unique_ptr<SerialLink> port, PortFinder findBootloaderPort,
+                     SerialLinkOptions linkOptions)
     : context_(context), board_(board), verify_(verify), port_(std::move(port)),
-      findBootloaderPort_(std::move(findBootloaderPort)) {
+      findBootloaderPort_(std::move(findBootloaderPort)), linkOptions_(std::move(linkOptions)) {
   if (!findBootloaderPort_) {
     findBootloaderPort_ = [this](const std::set<std::string>& before, const std::string& oldPath) {
       return waitForBootloaderPort(before, oldPath, context_);
@@ -226,24 +228,21 @@ void AVRLoader::flashAVR109(const std::vector<Page>& pages,
   auto listed = serialDevicePaths();
   std::set<std::string> before(listed.begin(), listed.end());
   const std::string oldPath = port_->path();
-  const bool testDevice = port_->allowsTestDevice();
   port_->close();
 
   // Opening at 1200 baud and dropping DTR tells the sketch to restart into Caterina.
   try {
-    FlashPort touch(oldPath, 1200, testDevice);
-    touch.open();
-    touch.setLines(false, std::nullopt);
-    touch.close();
+    auto touch = openSerialLink(oldPath, 1200, linkOptions_);
+    touch->setLines(false, std::nullopt);
+    touch->close();
   } catch (const FlashPortError&) {
   }
 
   const std::string path = findBootloaderPort_(before, oldPath);
   if (path != oldPath) context_.emit(FlashEvents::PortChanged{path});
-  port_ = std::make_unique<FlashPort>(path, baudRate(board_), testDevice);
   for (int attempt = 1;; ++attempt) {
     try {
-      port_->open();
+      port_ = openSerialLink(path, baudRate(board_), linkOptions_);
       break;
     } catch (const FlashPortError&) {
       context_.wait(0.2);

@@ -11,7 +11,7 @@
 
 #include "FlashCore/AVR.hpp"
 #include "FlashEngine/JobContext.hpp"
-#include "FlashSerial/FlashPort.hpp"
+#include "FlashSerial/SerialLink.hpp"
 
 namespace tarnwick {
 
@@ -22,9 +22,10 @@ public:
   using PortFinder =
       std::function<std::string(const std::set<std::string>& before, const std::string& oldPath)>;
 
-  /// `port` is open at the board's speed.
-  AVRLoader(JobContext& context, AVRBoard board, bool verify, std::unique_ptr<FlashPort> port,
-            PortFinder findBootloaderPort);
+  /// `port` is open at the board's speed; the bootloader's own port (Caterina) is opened with
+  /// `linkOptions`.
+  AVRLoader(JobContext& context, AVRBoard board, bool verify, std::unique_ptr<SerialLink> port,
+            PortFinder findBootloaderPort, SerialLinkOptions linkOptions = {});
   AVRLoader(const AVRLoader&) = delete;
   AVRLoader& operator=(const AVRLoader&) = delete;
 
@@ -33,7 +34,7 @@ public:
   std::string flash(ByteView sketch, const std::function<void(std::int64_t)>& progress);
 
   /// The port in use now: after a Caterina run, the bootloader's.
-  FlashPort& port() { return *port_; }
+  SerialLink& port() { return *port_; }
 
   /// Waits up to 8 s for the bootloader's port to appear among the serial devices.
   static std::string waitForBootloaderPort(const std::set<std::string>& before,
@@ -66,10 +67,11 @@ private:
   JobContext& context_;
   AVRBoard board_;
   bool verify_;
-  std::unique_ptr<FlashPort> port_;
+  std::unique_ptr<SerialLink> port_;
   std::uint8_t sequence_ = 0;
   std::int64_t sketchSize_ = 0;
   PortFinder findBootloaderPort_;
+  SerialLinkOptions linkOptions_;
 };
 
 } // namespace tarnwick

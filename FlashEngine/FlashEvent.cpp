@@ -33,6 +33,7 @@ std::string FlashError::message() const {
     }
     std::string operator()(const AVRNoResponse&) const { return T::avrNoResponse(); }
     std::string operator()(const Cancelled&) const { return T::cancelled(); }
+    std::string operator()(const NeedsLocalPort& e) const { return T::needsLocalPort(e.board); }
   };
   return std::visit(Visitor{}, value);
 }

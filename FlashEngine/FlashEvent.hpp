@@ -66,6 +66,11 @@ struct Verified {
 struct Resetting {
   bool operator==(const Resetting&) const = default;
 };
+/// The network port's server does not confirm DTR/RTS changes; from now on they are sent
+/// without waiting. Once per connection.
+struct LinesUnconfirmed {
+  bool operator==(const LinesUnconfirmed&) const = default;
+};
 } // namespace FlashEvents
 
 /// One step of a run, reported through the job context.
@@ -73,7 +78,7 @@ using FlashEvent =
     std::variant<FlashEvents::Connecting, FlashEvents::Connected, FlashEvents::BaudRate,
                  FlashEvents::PortChanged, FlashEvents::Writing, FlashEvents::Progress,
                  FlashEvents::Written, FlashEvents::Verifying, FlashEvents::Verified,
-                 FlashEvents::Resetting>;
+                 FlashEvents::Resetting, FlashEvents::LinesUnconfirmed>;
 
 /// The engine's error: why a run failed.
 struct FlashError {
@@ -105,6 +110,12 @@ struct FlashError {
     std::int64_t max;
     bool operator==(const SketchTooLarge&) const = default;
   };
+  /// The board cannot be flashed through a network port (its bootloader is a USB device of its
+  /// own); `board` is its display name.
+  struct NeedsLocalPort {
+    std::string board;
+    bool operator==(const NeedsLocalPort&) const = default;
+  };
   template <int N> struct Plain { bool operator==(const Plain&) const = default; };
   using NoSync = Plain<0>;
   using BootloaderPortNotFound = Plain<1>;
@@ -113,7 +124,8 @@ struct FlashError {
 
   using Case =
       std::variant<WrongChip, CommandFailed, NoResponse, VerifyFailed, WrongSignature,
-                   SketchTooLarge, NoSync, BootloaderPortNotFound, AVRNoResponse, Cancelled>;
+                   SketchTooLarge, NoSync, BootloaderPortNotFound, AVRNoResponse, Cancelled,
+                   NeedsLocalPort>;
   Case value;
 
   static FlashError wrongChip(std::string found, std::string expected) {
@@ -134,6 +146,7 @@ struct FlashError {
   static FlashError bootloaderPortNotFound() { return {BootloaderPortNotFound{}}; }
   static FlashError avrNoResponse() { return {AVRNoResponse{}}; }
   static FlashError cancelled() { return {Cancelled{}}; }
+  static FlashError needsLocalPort(std::string board) { return {NeedsLocalPort{std::move(board)}}; }
 
   bool isCancelled() const { return std::holds_alternative<Cancelled>(value); }
   /// The message in the interface language.

@@ -7,7 +7,7 @@
 #include "FlashCore/Digest.hpp"
 #include "FlashCore/ProductCheck.hpp"
 #include "FlashEngine/ESPLoader.hpp"
-#include "FlashSerial/FlashPort.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 
 namespace tarnwick {
 
@@ -34,6 +34,14 @@ FlashSummary FlashJob::run() {
   start_ = Clock::now();
   if (auto board = product_.target.avrBoard()) return runAVR(*board);
   return runESP(product_.target.espChip());
+}
+
+SerialLinkOptions FlashJob::linkOptions() {
+  SerialLinkOptions options;
+  options.allowsTestDevice = allowsTestDevice_;
+  options.onLinesUnconfirmed = [this] { context_.emit(FlashEvents::LinesUnconfirmed{}); };
+  options.checkCancelled = [this] { context_.checkCancelled(); };
+  return options;
 }
 
 void FlashJob::hardReset(SerialLink& port) {
@@ -66,8 +74,8 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
     }
   }
 
-  FlashPort port(portPath_, 115200, allowsTestDevice_);
-  port.open();
+  const auto link = openSerialLink(portPath_, 115200, linkOptions());
+  SerialLink& port = *link;
   try {
     ESPLoader loader(port, context_);
     ESPChip chip = loader.connect(product_.resetMode, usbJTAGFirst);
@@ -131,14 +139,18 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
 }
 
 FlashSummary FlashJob::runAVR(AVRBoard board) {
+  // The Caterina bootloader comes up as a USB device of its own, which no serial server passes
+  // on: refused before anything is opened.
+  if (protocol(board) == AVRProtocol::avr109 && looksLikeNetworkPort(portPath_))
+    throw FlashError::needsLocalPort(std::string(displayName(board)));
   auto images = product_.enabledImages();
   if (images.empty() || !files_.contains(images.front().id)) throw FlashError::avrNoResponse();
   const FirmwareImage& sketch = images.front();
   const Bytes& data = files_.at(sketch.id);
 
-  auto port = std::make_unique<FlashPort>(portPath_, baudRate(board), allowsTestDevice_);
-  port->open();
-  AVRLoader loader(context_, board, product_.verify, std::move(port), findBootloaderPort);
+  AVRLoader loader(context_, board, product_.verify,
+                   openSerialLink(portPath_, baudRate(board), linkOptions()), findBootloaderPort,
+                   linkOptions());
   const auto size = static_cast<std::int64_t>(data.size());
   auto writeStart = Clock::now();
   context_.emit(FlashEvents::Writing{sketch.fileName, 0, size});

@@ -45,6 +45,9 @@ private:
   FlashSummary runESP(std::optional<ESPChip> expected);
   FlashSummary runAVR(AVRBoard board);
   void hardReset(SerialLink& port);
+  // How this job opens its links: the test-device flag, and a network server's notes and
+  // cancellation reaching the run.
+  SerialLinkOptions linkOptions();
 
   Product product_;
   FileBytesMap files_;

@@ -60,6 +60,8 @@ NarratedStep narrate(const FlashEvent& event, bool avrTarget) {
     step.line = line(Kind::response, "✓ " + L10n::Log::verified(e->name));
   } else if (std::holds_alternative<Resetting>(event)) {
     step.stage = L10n::Stage::restarting();
+  } else if (std::holds_alternative<LinesUnconfirmed>(event)) {
+    step.line = line(Kind::meta, L10n::Log::linesUnconfirmed());
   }
   return step;
 }

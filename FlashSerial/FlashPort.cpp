@@ -1,7 +1,6 @@
 #include "FlashSerial/FlashPort.hpp"
 
 #include <cerrno>
-#include <chrono>
 #include <climits>
 #include <cmath>
 #include <utility>
@@ -152,23 +151,7 @@ Bytes FlashPort::read(double timeout) {
 }
 
 Bytes FlashPort::read(std::size_t count, double timeout) {
-  using Clock = std::chrono::steady_clock;
-  // Bounded first, so that NaN or a huge timeout cannot overflow the clock arithmetic.
-  const auto limit = std::chrono::milliseconds(waitMilliseconds(timeout));
-  const auto deadline = Clock::now() + limit;
-
-  Bytes result;
-  while (result.size() < count) {
-    const auto left = deadline - Clock::now();
-    if (left <= Clock::duration::zero()) break;
-    const Bytes part = read(std::chrono::duration<double>(left).count());
-    result.insert(result.end(), part.begin(), part.end());
-  }
-  if (result.size() > count) {
-    pending_.assign(result.begin() + static_cast<std::ptrdiff_t>(count), result.end());
-    result.resize(count);
-  }
-  return result;
+  return collectBytes([this](double left) { return read(left); }, count, timeout, pending_);
 }
 
 void FlashPort::flushInput() {

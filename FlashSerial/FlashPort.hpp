@@ -38,8 +38,6 @@ public:
 
   /// Opens the device for exclusive use, raw 8N1 at `baudRate`; nothing when already open.
   void open();
-  /// Gives the device back with the settings it had; nothing when closed. Never fails.
-  void close() noexcept;
   bool isOpen() const { return fd_ >= 0; }
 
   const std::string& path() const override { return path_; }
@@ -52,6 +50,7 @@ public:
   Bytes read(double timeout) override;
   Bytes read(std::size_t count, double timeout) override;
   void flushInput() override;
+  void close() noexcept override;
 
 private:
   // Undoes a partly done open: settings back (once they were read), exclusive use released.

@@ -52,7 +52,16 @@ std::string FlashPortError::message() const {
           [](const UnsupportedBaudRate& e) { return Errors::portUnsupportedBaudRate(e.rate); },
           [](const WriteFailed& e) { return Errors::portWriteFailed(systemErrorText(e.code)); },
           [](const NotOpen&) { return Errors::portNotOpen(); },
-          [](const Disconnected&) { return Errors::portDisconnected(); },
+          [](const Disconnected& e) {
+            return e.server.empty() ? Errors::portDisconnected()
+                                    : Errors::networkConnectionLost(e.server);
+          },
+          [](const HostNotFound& e) { return Errors::networkHostNotFound(e.host); },
+          [](const ConnectionRefused& e) { return Errors::networkConnectionRefused(e.server); },
+          [](const NoAnswer& e) { return Errors::networkNoAnswer(e.server); },
+          [](const NotRFC2217& e) { return Errors::networkNotRFC2217(e.server); },
+          [](const NoBoard& e) { return Errors::networkNoBoard(e.server); },
+          [](const PortInUse& e) { return Errors::networkPortInUse(e.server); },
       },
       value);
 }

@@ -7,7 +7,8 @@
 
 namespace tarnwick {
 
-/// A failure of `FlashPort`. Thrown by the operations that fail; a plain value otherwise.
+/// A failure of a serial link (`FlashPort`, or `NetworkLink` for a port on another computer).
+/// Thrown by the operations that fail; a plain value otherwise.
 struct FlashPortError {
   /// The path did not pass `FlashPort::isValidPath`.
   struct InvalidPath {
@@ -43,9 +44,30 @@ struct FlashPortError {
   struct NotOpen {
     bool operator==(const NotOpen&) const = default;
   };
+  /// The adapter went away, or the connection to a network port was lost; `server` names the
+  /// network port's server ("host:port") and is empty for a local adapter. Either way the board
+  /// is out of reach, and everything that treats an unplugged board treats this alike.
   struct Disconnected {
+    std::string server;
     bool operator==(const Disconnected&) const = default;
   };
+  /// The name of a network port's computer could not be resolved.
+  struct HostNotFound {
+    std::string host;
+    bool operator==(const HostNotFound&) const = default;
+  };
+  /// The failures of reaching a network port's server ("host:port"): nothing listens there; no
+  /// answer in time; it answers but not as an RFC 2217 serial server; it serves no board there
+  /// (ser2net could not open its device); another client holds the port.
+  template <int N> struct AtServer {
+    std::string server;
+    bool operator==(const AtServer&) const = default;
+  };
+  using ConnectionRefused = AtServer<0>;
+  using NoAnswer = AtServer<1>;
+  using NotRFC2217 = AtServer<2>;
+  using NoBoard = AtServer<3>;
+  using PortInUse = AtServer<4>;
 
   /// The cases in the order of `value`'s alternatives.
   enum class Kind {
@@ -56,11 +78,19 @@ struct FlashPortError {
     unsupportedBaudRate,
     writeFailed,
     notOpen,
-    disconnected
+    disconnected,
+    hostNotFound,
+    connectionRefused,
+    noAnswer,
+    notRFC2217,
+    noBoard,
+    portInUse
   };
 
-  using Value = std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed,
-                             UnsupportedBaudRate, WriteFailed, NotOpen, Disconnected>;
+  using Value =
+      std::variant<InvalidPath, OpenFailed, Busy, ConfigurationFailed, UnsupportedBaudRate,
+                   WriteFailed, NotOpen, Disconnected, HostNotFound, ConnectionRefused, NoAnswer,
+                   NotRFC2217, NoBoard, PortInUse>;
 
   Value value;
 
@@ -77,7 +107,17 @@ struct FlashPortError {
   }
   static FlashPortError writeFailed(std::int32_t code) { return {WriteFailed{code}}; }
   static FlashPortError notOpen() { return {NotOpen{}}; }
-  static FlashPortError disconnected() { return {Disconnected{}}; }
+  static FlashPortError disconnected(std::string server = {}) {
+    return {Disconnected{std::move(server)}};
+  }
+  static FlashPortError hostNotFound(std::string host) { return {HostNotFound{std::move(host)}}; }
+  static FlashPortError connectionRefused(std::string server) {
+    return {ConnectionRefused{std::move(server)}};
+  }
+  static FlashPortError noAnswer(std::string server) { return {NoAnswer{std::move(server)}}; }
+  static FlashPortError notRFC2217(std::string server) { return {NotRFC2217{std::move(server)}}; }
+  static FlashPortError noBoard(std::string server) { return {NoBoard{std::move(server)}}; }
+  static FlashPortError portInUse(std::string server) { return {PortInUse{std::move(server)}}; }
 
   Kind kind() const { return static_cast<Kind>(value.index()); }
 

@@ -131,6 +131,27 @@ std::string notAProductToReplace(const std::string& file) {
                     "nada: elige otro nombre con --out."});
 }
 std::string labelled(const std::string& label) { return label + tr({":", ":", ":", " :", ":"}); }
+std::string invalidNetworkPort(const std::string& name) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return "'" + name + "' is not a valid network port: write rfc2217://HOST:PORT (an IPv6 "
+                        "address in brackets, a port from 1 to 65535).";
+  case Language::nl:
+    return "'" + name + "' is geen geldige netwerkpoort: schrijf rfc2217://HOST:POORT (een "
+                        "IPv6-adres tussen haken, een poort van 1 tot 65535).";
+  case Language::de:
+    return "„" + name + "“ ist kein gültiger Netzwerkport: Schreibe rfc2217://HOST:PORT (eine "
+                        "IPv6-Adresse in eckigen Klammern, einen Port von 1 bis 65535).";
+  case Language::fr:
+    return "« " + name + " » n’est pas un port réseau valide : écrivez rfc2217://HÔTE:PORT (une "
+                         "adresse IPv6 entre crochets, un port de 1 à 65535).";
+  case Language::es:
+    return "«" + name + "» no es un puerto de red válido: escribe rfc2217://HOST:PUERTO (una "
+                        "dirección IPv6 entre corchetes, un puerto de 1 a 65535).";
+  }
+  return {};
+}
+
 std::string noUSBPort() {
   return tr({"No USB board found. Connect the board with a cable that carries data, or name the "
              "port with --port.",
@@ -272,7 +293,8 @@ build folder (PlatformIO, Arduino IDE, ESP-IDF), otherwise the files are added o
 A product file names its own target.
 
 Options:
-  -p, --port PATH        serial port (default: the only USB serial port present)
+  -p, --port PORT        serial port (default: the only USB serial port present), or
+                         rfc2217://HOST:PORT for a board on another computer
   -t, --target TARGET    esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
   -b, --baud N           speed while flashing (ESP; 9600 to 3000000)
       --reset MODE       auto, classic, usbJTAG or manual (ESP)
@@ -291,7 +313,8 @@ buildmap gelezen (PlatformIO, Arduino IDE, ESP-IDF), anders worden de bestanden 
 toegevoegd. Een productbestand noemt zijn eigen doel.
 
 Opties:
-  -p, --port PAD          seriële poort (standaard: de enige aanwezige USB-seriële poort)
+  -p, --port POORT        seriële poort (standaard: de enige aanwezige USB-seriële poort),
+                          of rfc2217://HOST:POORT voor een board aan een andere computer
   -t, --target DOEL       esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
   -b, --baud N            snelheid tijdens flashen (ESP; 9600 tot 3000000)
       --reset MODUS       auto, classic, usbJTAG of manual (ESP)
@@ -310,7 +333,8 @@ Ordner wird als Build-Ordner gelesen (PlatformIO, Arduino IDE, ESP-IDF), sonst w
 Dateien nacheinander hinzugefügt. Eine Produktdatei nennt ihr eigenes Ziel.
 
 Optionen:
-  -p, --port PFAD          serielle Schnittstelle (Standard: die einzige vorhandene USB-Schnittstelle)
+  -p, --port PORT          serielle Schnittstelle (Standard: die einzige vorhandene USB-Schnittstelle)
+                           oder rfc2217://HOST:PORT für ein Board an einem anderen Rechner
   -t, --target ZIEL        esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
   -b, --baud N             Geschwindigkeit beim Flashen (ESP; 9600 bis 3000000)
       --reset MODUS        auto, classic, usbJTAG oder manual (ESP)
@@ -329,7 +353,8 @@ comme dossier de build (PlatformIO, Arduino IDE, ESP-IDF), sinon les fichiers so
 par un. Un fichier produit indique sa propre cible.
 
 Options :
-  -p, --port CHEMIN        port série (par défaut : le seul port série USB présent)
+  -p, --port PORT          port série (par défaut : le seul port série USB présent), ou
+                           rfc2217://HÔTE:PORT pour une carte branchée sur un autre ordinateur
   -t, --target CIBLE       esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
   -b, --baud N             vitesse de flashage (ESP ; 9600 à 3000000)
       --reset MODE         auto, classic, usbJTAG ou manual (ESP)
@@ -348,7 +373,8 @@ carpeta de compilación (PlatformIO, Arduino IDE, ESP-IDF); si no, los archivos 
 uno. Un archivo de producto indica su propio destino.
 
 Opciones:
-  -p, --port RUTA          puerto serie (por defecto: el único puerto serie USB presente)
+  -p, --port PUERTO        puerto serie (por defecto: el único puerto serie USB presente), o
+                           rfc2217://HOST:PUERTO para una placa en otro equipo
   -t, --target DESTINO     esp:auto, esp:esp32, esp:esp32s3, …, avr:uno, avr:mega2560, …
   -b, --baud N             velocidad de flasheo (ESP; 9600 a 3000000)
       --reset MODO         auto, classic, usbJTAG o manual (ESP)

@@ -29,6 +29,8 @@ std::string notAProductToReplace(const std::string& file);
 /// A label followed by a colon as the language writes it ("Name:", « Nom : »).
 std::string labelled(const std::string& label);
 std::string noUSBPort();
+/// A port written as a network port that does not parse.
+std::string invalidNetworkPort(const std::string& name);
 std::string severalPorts(const std::vector<std::string>& ports);
 std::string noPortsFound();
 std::string packed(const std::string& file, int count);

@@ -95,5 +95,31 @@ std::string avrNoResponse() {
 std::string cancelled() {
   return tr({"Stopped.", "Gestopt.", "Gestoppt.", "Arrêté.", "Detenido."});
 }
+std::string needsLocalPort(const std::string& board) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return board + " boards cannot be flashed over the network: their bootloader comes up as "
+                   "another USB device, which the serial server does not pass on. Connect the "
+                   "board to this computer.";
+  case Language::nl:
+    return board + "-boards kunnen niet via het netwerk worden geflasht: hun bootloader "
+                   "verschijnt als een ander USB-apparaat, dat de seriële server niet doorgeeft. "
+                   "Sluit het board op deze computer aan.";
+  case Language::de:
+    return board + "-Boards lassen sich nicht über das Netzwerk flashen: Ihr Bootloader "
+                   "erscheint als anderes USB-Gerät, das der serielle Server nicht weitergibt. "
+                   "Schließe das Board an diesen Rechner an.";
+  case Language::fr:
+    return "Les cartes " + board +
+           " ne peuvent pas être flashées par le réseau : leur bootloader apparaît comme un "
+           "autre périphérique USB, que le serveur série ne transmet pas. Branchez la carte sur "
+           "cet ordinateur.";
+  case Language::es:
+    return "Las placas " + board +
+           " no se pueden flashear por la red: su bootloader aparece como otro dispositivo USB, "
+           "que el servidor serie no transmite. Conecta la placa a este equipo.";
+  }
+  return {};
+}
 
 } // namespace tarnwick::L10n::Errors

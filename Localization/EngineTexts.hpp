@@ -16,4 +16,6 @@ std::string noSync();
 std::string bootloaderPortNotFound();
 std::string avrNoResponse();
 std::string cancelled();
+/// A board whose bootloader is a USB device of its own, named for a network port.
+std::string needsLocalPort(const std::string& board);
 } // namespace tarnwick::L10n::Errors

@@ -42,9 +42,9 @@ std::string HelpBlock::text() const {
 namespace tarnwick::L10n::Help {
 
 std::vector<HelpTopic> topics() {
-  return {content::start(),   content::products(),   content::esp(),
-          content::arduino(), content::production(), content::troubleshooting(),
-          content::privacy(), content::shortcuts()};
+  return {content::start(),      content::products(),        content::esp(),
+          content::arduino(),    content::production(),      content::network(),
+          content::troubleshooting(), content::privacy(), content::shortcuts()};
 }
 
 HelpIcon icon(std::string_view symbol) {
@@ -58,6 +58,7 @@ HelpIcon icon(std::string_view symbol) {
       {"cpu", "tarnwick-help-cpu"},
       {"memorychip", "tarnwick-help-memorychip"},
       {"square.stack.3d.up", "tarnwick-help-series"},
+      {"network", "tarnwick-help-network"},
       {"wrench.and.screwdriver", "tarnwick-help-troubleshooting"},
       {"lock.shield", "tarnwick-help-privacy"},
       {"keyboard", "tarnwick-help-shortcuts"},

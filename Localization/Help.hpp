@@ -80,8 +80,9 @@ struct HelpIcon {
 
 namespace tarnwick::L10n::Help {
 
-/// The eight topics in the interface language, always in the same order with the same ids:
-/// "start", "products", "esp", "arduino", "production", "troubleshooting", "privacy", "shortcuts".
+/// The nine topics in the interface language, always in the same order with the same ids:
+/// "start", "products", "esp", "arduino", "production", "network", "troubleshooting", "privacy",
+/// "shortcuts".
 std::vector<HelpTopic> topics();
 
 /// The icon for a topic symbol; an unknown symbol gives the theme's generic help icon.

@@ -37,6 +37,7 @@ HelpTopic products();
 HelpTopic esp();
 HelpTopic arduino();
 HelpTopic production();
+HelpTopic network();
 HelpTopic troubleshooting();
 HelpTopic privacy();
 HelpTopic shortcuts();

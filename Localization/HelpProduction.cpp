@@ -401,26 +401,40 @@ HelpTopic privacy() {
       "lock.shield",
       {
           paragraph(
-              {"Tarnwick uses *no network* at all: nothing is collected or sent. It opens only "
-               "the serial port you pick and the files and folders you choose, save or drop "
-               "yourself; besides those it keeps your settings and the work in progress in your "
-               "own home folder.",
-               "Tarnwick gebruikt *geen netwerk*: er wordt niets verzameld of verstuurd. Het "
-               "opent alleen de seriële poort die je kiest en de bestanden en mappen die je zelf "
-               "kiest, opslaat of erheen sleept; verder bewaart het je instellingen en je lopende "
-               "werk in je eigen thuismap.",
-               "Tarnwick nutzt *kein Netzwerk*: Nichts wird gesammelt oder gesendet. Es öffnet "
-               "nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
-               "du selbst auswählst, speicherst oder hineinziehst; außerdem legt es deine "
-               "Einstellungen und die laufende Arbeit in deinem eigenen Home-Ordner ab.",
-               "Tarnwick n’utilise *aucun réseau*\u00A0: rien n’est collecté ni envoyé. Il "
-               "n’ouvre que le port série que vous choisissez et les fichiers et dossiers que "
-               "vous sélectionnez, enregistrez ou glissez vous-même\u00A0; il conserve en outre "
-               "vos réglages et le travail en cours dans votre dossier personnel.",
-               "Tarnwick no usa *ninguna red*: no se recoge ni se envía nada. Solo abre el "
-               "puerto serie que eliges y los archivos y carpetas que tú mismo seleccionas, "
-               "guardas o arrastras; aparte de eso, guarda tus ajustes y el trabajo en curso en "
-               "tu propia carpeta personal."}),
+              {"Tarnwick collects nothing and sends nothing anywhere. It opens a network "
+               "connection only to a port you named (`rfc2217://…`, see **Boards on other "
+               "computers**) and never listens itself. Besides that it opens only the serial port "
+               "you pick and the files and folders you choose, save or drop yourself, and keeps "
+               "your settings and the work in progress in your own home folder. (The simulated "
+               "boards of `tarnwick-simboard` listen only when started with `--rfc2217`.)",
+               "Tarnwick verzamelt niets en verstuurt nergens iets heen. Het opent alleen een "
+               "netwerkverbinding naar een poort die je zelf hebt genoemd (`rfc2217://…`, zie "
+               "**Boards aan andere computers**) en luistert zelf nooit. Verder opent het alleen "
+               "de seriële poort die je kiest en de bestanden en mappen die je zelf kiest, opslaat "
+               "of erheen sleept, en bewaart het je instellingen en je lopende werk in je eigen "
+               "thuismap. (De gesimuleerde boards van `tarnwick-simboard` luisteren alleen als ze "
+               "met `--rfc2217` gestart zijn.)",
+               "Tarnwick sammelt nichts und sendet nichts irgendwohin. Es öffnet eine "
+               "Netzwerkverbindung nur zu einem Port, den du selbst genannt hast (`rfc2217://…`, "
+               "siehe **Boards an anderen Rechnern**), und lauscht selbst nie. Ansonsten öffnet "
+               "es nur die serielle Schnittstelle, die du wählst, und die Dateien und Ordner, die "
+               "du selbst auswählst, speicherst oder hineinziehst, und legt deine Einstellungen "
+               "und die laufende Arbeit in deinem eigenen Home-Ordner ab. (Die simulierten Boards "
+               "von `tarnwick-simboard` lauschen nur, wenn sie mit `--rfc2217` gestartet sind.)",
+               "Tarnwick ne collecte rien et n’envoie rien nulle part. Il n’ouvre une connexion "
+               "réseau que vers un port que vous avez nommé (`rfc2217://…`, voir **Cartes sur "
+               "d’autres ordinateurs**) et n’écoute jamais lui-même. Pour le reste, il n’ouvre que "
+               "le port série que vous choisissez et les fichiers et dossiers que vous "
+               "sélectionnez, enregistrez ou glissez vous-même, et conserve vos réglages et le "
+               "travail en cours dans votre dossier personnel. (Les cartes simulées de "
+               "`tarnwick-simboard` n’écoutent que si elles sont lancées avec `--rfc2217`.)",
+               "Tarnwick no recoge nada ni envía nada a ningún sitio. Solo abre una conexión de "
+               "red hacia un puerto que tú has indicado (`rfc2217://…`, ver **Placas en otros "
+               "equipos**) y nunca escucha por sí mismo. Aparte de eso, solo abre el puerto serie "
+               "que eliges y los archivos y carpetas que tú mismo seleccionas, guardas o "
+               "arrastras, y guarda tus ajustes y el trabajo en curso en tu propia carpeta "
+               "personal. (Las placas simuladas de `tarnwick-simboard` solo escuchan si se inician "
+               "con `--rfc2217`.)"}),
           paragraph(
               {"The serial port is opened exclusively, so no other program can interfere while "
                "flashing. The app cannot be quit while flashing: a half-written board does not "

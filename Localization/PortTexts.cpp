@@ -144,6 +144,146 @@ std::string portDisconnected() {
              "El adaptador se ha desconectado."});
 }
 
+std::string networkHostNotFound(const std::string& host) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return "The computer '" + host + "' was not found. Check its name in the port address.";
+  case Language::nl:
+    return "De computer '" + host + "' is niet gevonden. Controleer de naam in het poortadres.";
+  case Language::de:
+    return "Der Rechner „" + host +
+           "“ wurde nicht gefunden. Prüfen Sie seinen Namen in der Portadresse.";
+  case Language::fr:
+    return "L’ordinateur « " + host + " » est introuvable. Vérifiez son nom dans l’adresse du port.";
+  case Language::es:
+    return "No se encuentra el equipo «" + host +
+           "». Comprueba su nombre en la dirección del puerto.";
+  }
+  return {};
+}
+
+std::string networkConnectionRefused(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return server + " refused the connection. Check that the serial server runs there and "
+                    "serves this port.";
+  case Language::nl:
+    return server + " weigert de verbinding. Controleer of de seriële server daar draait en "
+                    "deze poort aanbiedt.";
+  case Language::de:
+    return server + " hat die Verbindung abgelehnt. Prüfen Sie, ob der serielle Server dort "
+                    "läuft und diesen Port bereitstellt.";
+  case Language::fr:
+    return server + " a refusé la connexion. Vérifiez que le serveur série y fonctionne et "
+                    "qu’il sert ce port.";
+  case Language::es:
+    return server + " ha rechazado la conexión. Comprueba que el servidor serie se ejecuta allí "
+                    "y sirve este puerto.";
+  }
+  return {};
+}
+
+std::string networkNoAnswer(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return "No answer from " + server +
+           ". Check the address and the network, and that the serial server serves this port "
+           "with RFC 2217.";
+  case Language::nl:
+    return "Geen antwoord van " + server +
+           ". Controleer het adres en het netwerk, en of de seriële server deze poort met RFC "
+           "2217 aanbiedt.";
+  case Language::de:
+    return "Keine Antwort von " + server +
+           ". Prüfen Sie Adresse und Netzwerk und ob der serielle Server diesen Port mit RFC "
+           "2217 bereitstellt.";
+  case Language::fr:
+    return "Aucune réponse de " + server +
+           ". Vérifiez l’adresse et le réseau, et que le serveur série sert ce port en RFC 2217.";
+  case Language::es:
+    return "No hay respuesta de " + server +
+           ". Comprueba la dirección y la red, y que el servidor serie sirve este puerto con RFC "
+           "2217.";
+  }
+  return {};
+}
+
+std::string networkNotRFC2217(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return server + " does not speak RFC 2217. Serve the port as telnet(rfc2217) in the "
+                    "serial server's configuration.";
+  case Language::nl:
+    return server + " spreekt geen RFC 2217. Bied de poort aan als telnet(rfc2217) in de "
+                    "configuratie van de seriële server.";
+  case Language::de:
+    return server + " spricht kein RFC 2217. Stellen Sie den Port in der Konfiguration des "
+                    "seriellen Servers als telnet(rfc2217) bereit.";
+  case Language::fr:
+    return server + " ne parle pas RFC 2217. Servez le port en telnet(rfc2217) dans la "
+                    "configuration du serveur série.";
+  case Language::es:
+    return server + " no habla RFC 2217. Sirve el puerto como telnet(rfc2217) en la "
+                    "configuración del servidor serie.";
+  }
+  return {};
+}
+
+std::string networkNoBoard(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return "No board at " + server +
+           ": the serial server cannot open its device. Check the board's cable at that "
+           "computer.";
+  case Language::nl:
+    return "Geen board op " + server +
+           ": de seriële server kan zijn apparaat niet openen. Controleer de kabel van het "
+           "board bij die computer.";
+  case Language::de:
+    return "Kein Board an " + server +
+           ": Der serielle Server kann sein Gerät nicht öffnen. Prüfen Sie das Kabel des Boards "
+           "an diesem Rechner.";
+  case Language::fr:
+    return "Aucune carte sur " + server +
+           " : le serveur série ne peut pas ouvrir son périphérique. Vérifiez le câble de la "
+           "carte sur cet ordinateur.";
+  case Language::es:
+    return "No hay ninguna placa en " + server +
+           ": el servidor serie no puede abrir su dispositivo. Comprueba el cable de la placa en "
+           "ese equipo.";
+  }
+  return {};
+}
+
+std::string networkPortInUse(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en:
+    return server + " is already in use by another client. Close that connection and try again.";
+  case Language::nl:
+    return server + " is al in gebruik door een andere client. Sluit die verbinding en probeer "
+                    "opnieuw.";
+  case Language::de:
+    return server + " wird bereits von einem anderen Client verwendet. Trennen Sie diese "
+                    "Verbindung und versuchen Sie es erneut.";
+  case Language::fr:
+    return server + " est déjà utilisé par un autre client. Fermez cette connexion et réessayez.";
+  case Language::es:
+    return server + " ya está en uso por otro cliente. Cierra esa conexión y vuelve a intentarlo.";
+  }
+  return {};
+}
+
+std::string networkConnectionLost(const std::string& server) {
+  switch (currentLanguage()) {
+  case Language::en: return "The connection to " + server + " was lost.";
+  case Language::nl: return "De verbinding met " + server + " is verbroken.";
+  case Language::de: return "Die Verbindung zu " + server + " wurde unterbrochen.";
+  case Language::fr: return "La connexion à " + server + " a été perdue.";
+  case Language::es: return "Se ha perdido la conexión con " + server + ".";
+  }
+  return {};
+}
+
 } // namespace tarnwick::L10n::Errors
 
 namespace tarnwick::L10n::Ports {

@@ -17,6 +17,15 @@ std::string portUnsupportedBaudRate(std::int64_t rate);
 std::string portWriteFailed(const std::string& reason);
 std::string portNotOpen();
 std::string portDisconnected();
+
+// A port on another computer; `server` is "host:port".
+std::string networkHostNotFound(const std::string& host);
+std::string networkConnectionRefused(const std::string& server);
+std::string networkNoAnswer(const std::string& server);
+std::string networkNotRFC2217(const std::string& server);
+std::string networkNoBoard(const std::string& server);
+std::string networkPortInUse(const std::string& server);
+std::string networkConnectionLost(const std::string& server);
 } // namespace tarnwick::L10n::Errors
 
 namespace tarnwick::L10n::Ports {

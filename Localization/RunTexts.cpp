@@ -283,5 +283,17 @@ std::string esp8266Limits() {
              "La ROM del ESP8266 no puede verificar (su bootloader comprueba cada bloque) y "
              "flashea a 115200 baudios."});
 }
+std::string linesUnconfirmed() {
+  return tr({"The serial server does not confirm DTR/RTS changes; they are sent without waiting "
+             "for it.",
+             "De seriële server bevestigt DTR/RTS-wijzigingen niet; ze worden verstuurd zonder "
+             "daarop te wachten.",
+             "Der serielle Server bestätigt DTR/RTS-Änderungen nicht; sie werden gesendet, ohne "
+             "darauf zu warten.",
+             "Le serveur série ne confirme pas les changements de DTR/RTS ; ils sont envoyés sans "
+             "attendre sa réponse.",
+             "El servidor serie no confirma los cambios de DTR/RTS; se envían sin esperar su "
+             "respuesta."});
+}
 std::string log() { return tr({"Log", "Logboek", "Protokoll", "Journal", "Registro"}); }
 } // namespace tarnwick::L10n::Log

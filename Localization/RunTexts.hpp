@@ -83,5 +83,7 @@ std::string partlyWritten();
 std::string notWritten();
 /// Once per ESP8266 run: why there is no verification and no speed change.
 std::string esp8266Limits();
+/// Once per network connection whose server does not confirm line changes.
+std::string linesUnconfirmed();
 std::string log();
 } // namespace tarnwick::L10n::Log

@@ -21,5 +21,14 @@ std::string cannotWriteDemo(const std::string& folder, const std::string& reason
 /// Shown on a terminal once the board answers: where it is and how to use it.
 std::string serving(const std::string& board, const std::string& path);
 std::string demoWritten(const std::string& folder);
+/// An option given without its value.
+std::string missingSetting(const std::string& option);
+std::string invalidTCPPort(const std::string& value);
+std::string invalidResetCircuit(const std::string& value, const std::string& board);
+/// --bind or --reset-circuit without --rfc2217.
+std::string needsRFC2217(const std::string& option);
+std::string cannotListen(const std::string& address, const std::string& reason);
+/// As `serving`, for a board served on a network port.
+std::string servingNetwork(const std::string& board, const std::string& name);
 
 } // namespace tarnwick::L10n::Simulator

@@ -74,6 +74,34 @@ void SimulatedAVR::reply(Bytes bytes) {
   }
 }
 
+namespace {
+std::int64_t steadyNanoseconds() {
+  return std::chrono::duration_cast<std::chrono::nanoseconds>(
+             std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+} // namespace
+
+void SimulatedAVR::start(BoardStart how) {
+  if (how == BoardStart::bootloader) {
+    restartPending_ = true;
+    bootloaderUntil_ = steadyNanoseconds() +
+                       static_cast<std::int64_t>(options_.bootloaderWindowSeconds * 1e9);
+  } else {
+    bootloaderUntil_ = 0;
+  }
+}
+
+bool SimulatedAVR::bootloaderRunsFor(bool byteArrived) {
+  const std::int64_t until = bootloaderUntil_;
+  if (until < 0) return true;
+  const std::int64_t now = steadyNanoseconds();
+  if (now > until) return false;
+  if (byteArrived)
+    bootloaderUntil_ = now + static_cast<std::int64_t>(options_.bootloaderWindowSeconds * 1e9);
+  return true;
+}
+
 void SimulatedAVR::serve() {
   Bytes input;
   std::uint8_t chunk[4096];
@@ -88,6 +116,12 @@ void SimulatedAVR::serve() {
       continue;
     }
     bytesReceived_ += static_cast<std::uint64_t>(n);
+    if (restartPending_.exchange(false)) input.clear();
+    // The application runs and takes no part in the bootloader's protocol.
+    if (!bootloaderRunsFor(true)) {
+      input.clear();
+      continue;
+    }
     if (options_.paceLine) {
       std::this_thread::sleep_for(std::chrono::duration<double>(
           static_cast<double>(n) * 10.0 / static_cast<double>(baudRate(options_.board))));

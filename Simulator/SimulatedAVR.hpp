@@ -12,6 +12,7 @@
 
 #include "FlashCore/AVR.hpp"
 #include "Simulator/PseudoTerminal.hpp"
+#include "Simulator/ResetCircuit.hpp"
 
 namespace tarnwick::simulator {
 
@@ -32,6 +33,9 @@ struct SimulatedAVROptions {
   bool corruptReadBack = false;
   /// Pace the line at the bootloader's speed.
   bool paceLine = false;
+  /// How long a bootloader started by its reset circuit waits for the first byte, and after each
+  /// byte for the next, before it starts the application (Optiboot's watchdog: about 1 s).
+  double bootloaderWindowSeconds = 1.0;
 };
 
 class SimulatedAVR {
@@ -50,8 +54,15 @@ public:
   std::vector<Bytes> loadAddressBodies() const;
   std::uint64_t bytesReceived() const { return bytesReceived_; }
   std::uint64_t bytesSent() const { return bytesSent_; }
+  /// Starts the board as its reset circuit decides: into its bootloader, which answers for its
+  /// window, or its application, which answers nothing. Without a circuit the bootloader simply
+  /// runs.
+  void start(BoardStart how);
 
 private:
+  // Whether the bootloader runs now; a byte it gets keeps it running for another window.
+  bool bootloaderRunsFor(bool byteArrived);
+
   void serve();
   // Takes one complete message off the front of `input`; false when more bytes are needed.
   bool handleSTK500v1(Bytes& input);
@@ -74,6 +85,9 @@ private:
   bool gone_ = false;
   std::atomic<std::uint64_t> bytesReceived_ = 0;
   std::atomic<std::uint64_t> bytesSent_ = 0;
+  // Steady-clock nanoseconds until the bootloader gives up; -1 while it runs for good.
+  std::atomic<std::int64_t> bootloaderUntil_ = -1;
+  std::atomic<bool> restartPending_ = false;
   std::atomic<bool> stop_ = false;
   std::thread thread_;
 };

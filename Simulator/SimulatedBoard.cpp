@@ -103,4 +103,9 @@ void SimulatedBoard::writeDemo(const Target& target, const std::filesystem::path
     writeDemoSketch(directory);
 }
 
+void SimulatedBoard::start(BoardStart how) {
+  if (esp_) esp_->start(how);
+  if (avr_) avr_->start(how);
+}
+
 } // namespace tarnwick::simulator

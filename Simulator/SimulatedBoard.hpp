@@ -12,6 +12,7 @@
 
 #include "FlashCore/Product.hpp"
 #include "FlashSerial/PortScanner.hpp"
+#include "Simulator/ResetCircuit.hpp"
 
 namespace tarnwick::simulator {
 
@@ -55,6 +56,9 @@ public:
   /// chip: a port that comes back after a run is another board, and the USB ids never name the
   /// other family.
   SerialPortInfo port() const;
+  /// What the board's reset circuit made of the lines: held in reset, its bootloader or its
+  /// application (which leaves the bootloader silent).
+  void start(BoardStart how);
 
 private:
   Target target_;

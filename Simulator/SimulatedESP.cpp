@@ -80,6 +80,11 @@ void SimulatedESP::reset() {
   baud_ = options_.initialBaud;
 }
 
+void SimulatedESP::start(BoardStart how) {
+  if (how == BoardStart::bootloader) restartPending_ = true;
+  running_ = how;
+}
+
 void SimulatedESP::serve() {
   SLIP::Decoder decoder;
   std::uint8_t chunk[4096];
@@ -94,6 +99,16 @@ void SimulatedESP::serve() {
     }
     bytesReceived_ += static_cast<std::uint64_t>(n);
     pace(static_cast<std::size_t>(n));
+    if (restartPending_.exchange(false)) {
+      std::lock_guard lock(mutex_);
+      decoder.reset();
+      write_.reset();
+      syncsSeen_ = 0;
+      bootTextSent_ = false;
+      baud_ = options_.initialBaud;
+    }
+    // An application (or a chip held in reset) does not speak the ROM's protocol.
+    if (running_ != BoardStart::bootloader) continue;
     for (const Bytes& frame : decoder.feed(ByteView(chunk, static_cast<std::size_t>(n)))) {
       handle(frame);
       if (gone_) break;

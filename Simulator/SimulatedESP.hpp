@@ -16,6 +16,7 @@
 #include "FlashCore/ESPChip.hpp"
 #include "FlashCore/ESPPacket.hpp"
 #include "Simulator/PseudoTerminal.hpp"
+#include "Simulator/ResetCircuit.hpp"
 
 namespace tarnwick::simulator {
 
@@ -89,6 +90,10 @@ public:
   std::int64_t baud() const { return baud_; }
   /// Sets every flash byte back to 0xFF and forgets the counters.
   void reset();
+  /// Starts the chip as its reset circuit decides. Held in reset or running its application it
+  /// answers nothing; started into the ROM bootloader it begins afresh (speed, boot text, write
+  /// in progress), its flash kept. Without a circuit the ROM bootloader simply runs.
+  void start(BoardStart how);
 
 private:
   struct WriteState;
@@ -118,6 +123,8 @@ private:
   int requestCount_ = 0;
   bool bootTextSent_ = false;
   bool gone_ = false;
+  std::atomic<BoardStart> running_ = BoardStart::bootloader;
+  std::atomic<bool> restartPending_ = false;
   std::atomic<bool> stop_ = false;
   std::thread thread_;
 };

@@ -20,6 +20,7 @@
 #include "FlashEngine/RunNarration.hpp"
 #include "FlashSerial/FlashPort.hpp"
 #include "FlashSerial/FlashPortError.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "FlashStation/PortSource.hpp"
 #include "FlashStation/Station.hpp"
 #include "Localization/AVRTexts.hpp"
@@ -244,8 +245,13 @@ void checkBeforeFlashing(const ProductPackage& package) {
 }
 
 // A port that is no serial adapter is a usage error, before anything is opened: a
-// pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0.
-void checkPortName(const std::string& path, const Arguments& arguments) {
+// pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0. A network
+// port ("rfc2217://HOST:PORT") must be well formed, with or without --test-device.
+void checkPortName(const std::string& path, const Arguments& arguments, bool networkPorts) {
+  if (networkPorts && looksLikeNetworkPort(path)) {
+    if (parseNetworkPort(path)) return;
+    throw UsageError{L10n::Cli::invalidNetworkPort(path), arguments.command};
+  }
   if (arguments.testDevice || FlashPort::isValidPath(path)) return;
   if (path.find('/') == std::string::npos && FlashPort::isValidPath("/dev/" + path)) {
     throw UsageError{L10n::Station::noDevicePath(path) + " " +
@@ -261,7 +267,7 @@ int flash(const Arguments& arguments) {
   checkBeforeFlashing(package);
   const std::vector<SerialPortInfo> present = PortScanner().scan();
   const std::string port = arguments.port ? *arguments.port : onlyUSBPort(present).path;
-  checkPortName(port, arguments);
+  checkPortName(port, arguments, true);
 
   Console console(stdout, ::isatty(STDOUT_FILENO) == 1);
   const bool avr = package.product.target.avrBoard().has_value();
@@ -345,7 +351,7 @@ int station(const Arguments& arguments) {
   options.limit = arguments.limit;
   std::vector<std::string> testDevices;
   for (const auto& path : arguments.ports) {
-    checkPortName(path, arguments);
+    checkPortName(path, arguments, false);
     if (!FlashPort::isValidPath(path)) testDevices.push_back(path);
   }
 

@@ -26,7 +26,7 @@ for path in /usr/bin/tarnwick /usr/bin/tarnwick-cli /usr/bin/tarnwick-simboard \
   grep -qx "$path" "$work/contents" || fail "$path is missing"
 done
 depends=$(dpkg-deb -f "$deb" Depends)
-for lib in libqt6widgets6 libudev1 libzip4 libcanberra0 qt6-translations-l10n; do
+for lib in libqt6widgets6 libudev1 libzip4 libcanberra0 qt6-translations-l10n libgensio4; do
   grep -q "$lib" <<<"$depends" || fail "Depends lacks $lib (computed: $depends)"
 done
 

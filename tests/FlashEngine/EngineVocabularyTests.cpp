@@ -26,7 +26,8 @@ const std::vector<FlashError> everyError = {
     FlashError::noSync(),
     FlashError::bootloaderPortNotFound(),
     FlashError::avrNoResponse(),
-    FlashError::cancelled()};
+    FlashError::cancelled(),
+    FlashError::needsLocalPort("Arduino Micro")};
 } // namespace
 
 TEST(FlashError, EnglishWordingsAndEveryLanguage) {
@@ -54,6 +55,10 @@ TEST(FlashError, EnglishWordingsAndEveryLanguage) {
     EXPECT_EQ(FlashError::avrNoResponse().message(),
               "No answer from the bootloader. Is the board right (and the old or new bootloader "
               "for a Nano)?");
+    EXPECT_EQ(FlashError::needsLocalPort("Arduino Micro").message(),
+              "Arduino Micro boards cannot be flashed over the network: their bootloader comes up "
+              "as another USB device, which the serial server does not pass on. Connect the "
+              "board to this computer.");
     // Opcodes and codes are always two upper-case hexadecimal digits.
     EXPECT_EQ(FlashError::commandFailed(0x0D, 0xC1).message(),
               "The bootloader refused command 0x0D (error 0xC1).");
@@ -67,6 +72,9 @@ TEST(FlashError, EnglishWordingsAndEveryLanguage) {
     for (const FlashError& error : everyError) {
       std::string text = error.message();
       EXPECT_GT(text.size(), 6u) << code(language);
+      if (std::holds_alternative<FlashError::NeedsLocalPort>(error.value)) {
+        EXPECT_NE(text.find("Arduino Micro"), std::string::npos) << code(language);
+      }
       if (language != Language::en && !error.isCancelled()) {
         LanguageOverride english(Language::en);
         EXPECT_NE(text, error.message()) << code(language);

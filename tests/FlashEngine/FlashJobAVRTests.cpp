@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "FlashEngine/FlashJob.hpp"
+#include "FlashSerial/FlashPortError.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"

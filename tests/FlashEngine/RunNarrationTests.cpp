@@ -38,6 +38,10 @@ TEST(RunNarration, EventsBecomeStageTextsAndLogLines) {
   EXPECT_EQ(step(Verified{"app.bin"}).line, (LogSegment{Kind::response, "✓ app.bin verified"}));
   EXPECT_EQ(step(Resetting{}), (NarratedStep{"Restarting the board…", std::nullopt}));
   EXPECT_EQ(step(Progress{1, 2}), NarratedStep{});
+  EXPECT_EQ(step(LinesUnconfirmed{}),
+            (NarratedStep{std::nullopt,
+                          LogSegment{Kind::meta, "The serial server does not confirm DTR/RTS "
+                                                 "changes; they are sent without waiting for it."}}));
 
   EXPECT_EQ(RunNarration::opening("", "ttyUSB0").text, "--- Flashing New product on ttyUSB0 ---");
   EXPECT_EQ(RunNarration::succeeded(FlashSummary{"ESP32", std::nullopt, 1, 3.44, "p"}),

@@ -18,7 +18,13 @@ std::vector<FlashPortError> everyCase() {
           FlashPortError::unsupportedBaudRate(250000),
           FlashPortError::writeFailed(ETIMEDOUT),
           FlashPortError::notOpen(),
-          FlashPortError::disconnected()};
+          FlashPortError::disconnected(),
+          FlashPortError::hostNotFound("rack3.lab"),
+          FlashPortError::connectionRefused("rack3.lab:2000"),
+          FlashPortError::noAnswer("rack3.lab:2000"),
+          FlashPortError::notRFC2217("rack3.lab:2000"),
+          FlashPortError::noBoard("rack3.lab:2000"),
+          FlashPortError::portInUse("rack3.lab:2000")};
 }
 
 } // namespace
@@ -64,6 +70,11 @@ TEST(FlashPortError, EnglishAndDutchWordings) {
               "Sending failed: Connection timed out.");
     EXPECT_EQ(FlashPortError::notOpen().message(), "The serial port is not open.");
     EXPECT_EQ(FlashPortError::disconnected().message(), "The adapter was disconnected.");
+    EXPECT_EQ(FlashPortError::disconnected("pi:2000").message(),
+              "The connection to pi:2000 was lost.");
+    EXPECT_EQ(FlashPortError::portInUse("pi:2000").message(),
+              "pi:2000 is already in use by another client. Close that connection and try "
+              "again.");
   }
   LanguageOverride dutch(Language::nl);
   EXPECT_EQ(FlashPortError::invalidPath("/dev/pts/4").message(),
@@ -108,6 +119,14 @@ TEST(FlashPortError, EveryMessageInEveryLanguage) {
     EXPECT_NE(cases[3].message().find(systemErrorText(EINVAL)), std::string::npos);
     EXPECT_NE(cases[4].message().find("250000"), std::string::npos) << code(language);
     EXPECT_NE(cases[5].message().find(systemErrorText(ETIMEDOUT)), std::string::npos);
+    EXPECT_NE(cases[8].message().find("rack3.lab"), std::string::npos) << code(language);
+    for (std::size_t i = 9; i < cases.size(); ++i)
+      EXPECT_NE(cases[i].message().find("rack3.lab:2000"), std::string::npos) << code(language);
+    // A lost connection is an unplugged board to everything that asks, in its own words.
+    const FlashPortError lost = FlashPortError::disconnected("[::1]:2000");
+    EXPECT_EQ(lost.kind(), FlashPortError::Kind::disconnected);
+    EXPECT_NE(lost.message(), FlashPortError::disconnected().message());
+    EXPECT_NE(lost.message().find("[::1]:2000"), std::string::npos) << code(language);
   }
   LanguageOverride german(Language::de);
   EXPECT_EQ(FlashPortError::unsupportedBaudRate(1500000).message(),

@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <optional>
 #include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
 
 #include "FlashSerial/FlashPort.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "FlashSerial/SerialDevices.hpp"
 
 using namespace tarnwick;
@@ -38,6 +40,86 @@ TEST(PathCheck, AcceptsSerialAdaptersOnly) {
   EXPECT_FALSE(FlashPort::isValidPath("/dev/ttyUSB" + std::string(122, '0')));
 }
 
+TEST(PathCheck, NetworkPortsParseStrictly) {
+  struct Case {
+    const char* name;
+    std::optional<NetworkPortAddress> address;
+  };
+  using A = NetworkPortAddress;
+  const Case cases[] = {
+      {"rfc2217://192.168.1.20:2000", A{"192.168.1.20", 2000}},
+      {"rfc2217://rack-3.lab.example:4001", A{"rack-3.lab.example", 4001}},
+      {"rfc2217://pi:1", A{"pi", 1}},
+      {"rfc2217://localhost:65535", A{"localhost", 65535}},
+      {"rfc2217://[::1]:2000", A{"::1", 2000}},
+      {"rfc2217://[fe80::1:2ff:fe3c:4d5e]:2001", A{"fe80::1:2ff:fe3c:4d5e", 2001}},
+      {"rfc2217://[::ffff:10.0.0.1]:7", A{"::ffff:10.0.0.1", 7}},
+      {"RFC2217://Pi:2000", A{"Pi", 2000}}, // schemes are case-insensitive
+      {"rfc2217://a.b:02000", A{"a.b", 2000}},
+      // port out of range, missing or not decimal
+      {"rfc2217://pi:0", std::nullopt},
+      {"rfc2217://pi:65536", std::nullopt},
+      {"rfc2217://pi:100000", std::nullopt},
+      {"rfc2217://pi:", std::nullopt},
+      {"rfc2217://pi", std::nullopt},
+      {"rfc2217://pi:-1", std::nullopt},
+      {"rfc2217://pi:+80", std::nullopt},
+      {"rfc2217://pi:0x10", std::nullopt},
+      {"rfc2217://pi: 80", std::nullopt},
+      // host empty or malformed
+      {"rfc2217://:2000", std::nullopt},
+      {"rfc2217://[]:2000", std::nullopt},
+      {"rfc2217://-pi:2000", std::nullopt},
+      {"rfc2217://pi-:2000", std::nullopt},
+      {"rfc2217://a..b:2000", std::nullopt},
+      {"rfc2217://.pi:2000", std::nullopt},
+      {"rfc2217://pi.:2000", std::nullopt},
+      {"rfc2217://p_i:2000", std::nullopt},
+      {"rfc2217://p,i:2000", std::nullopt},
+      {"rfc2217://pi),tcp,evil:2000", std::nullopt},
+      {"rfc2217://10.0.0:2000", std::nullopt},
+      {"rfc2217://300.1.1.1:2000", std::nullopt},
+      {"rfc2217://::1:2000", std::nullopt},
+      {"rfc2217://[::1:2000", std::nullopt},
+      {"rfc2217://[nothex::1]:2000", std::nullopt},
+      {"rfc2217://[fe80::1%eth0]:2000", std::nullopt},
+      // junk around it
+      {"rfc2217://pi:2000/", std::nullopt},
+      {"rfc2217://pi:2000?x", std::nullopt},
+      {"rfc2217://user@pi:2000", std::nullopt},
+      {"rfc2217://pi:2000 ", std::nullopt},
+      {" rfc2217://pi:2000", std::nullopt},
+      {"rfc2217://[::1]x:2000", std::nullopt},
+      {"rfc2217:/pi:2000", std::nullopt},
+      {"telnet://pi:2000", std::nullopt},
+      {"", std::nullopt},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(parseNetworkPort(c.name), c.address) << c.name;
+    EXPECT_EQ(isValidPortName(c.name), c.address.has_value()) << c.name;
+  }
+  // Whatever follows a NUL still counts (the system's address parser would stop there).
+  using namespace std::string_view_literals;
+  for (std::string_view name : {"rfc2217://[8::0\0 x]:2041"sv, "rfc2217://[::1\0]:2000"sv,
+                                "rfc2217://10.0.0.1\0:2000"sv, "rfc2217://pi\0:2000"sv})
+    EXPECT_FALSE(parseNetworkPort(name)) << name.size();
+  const std::string longHost = std::string(63, 'a') + "." + std::string(63, 'b');
+  EXPECT_TRUE(parseNetworkPort("rfc2217://" + longHost + ":1"));
+  EXPECT_FALSE(parseNetworkPort("rfc2217://" + std::string(64, 'a') + ":1"));
+  std::string tooLong;
+  while (tooLong.size() < 254)
+    tooLong += "abc.";
+  EXPECT_FALSE(parseNetworkPort("rfc2217://" + tooLong + "x:1"));
+
+  // Names read back the way they were written, IPv6 in brackets.
+  EXPECT_EQ((NetworkPortAddress{"::1", 2000}).name(), "rfc2217://[::1]:2000");
+  EXPECT_EQ((NetworkPortAddress{"::1", 2000}).server(), "[::1]:2000");
+  EXPECT_EQ((NetworkPortAddress{"pi", 4001}).name(), "rfc2217://pi:4001");
+  EXPECT_TRUE(looksLikeNetworkPort("rfc2217://"));
+  EXPECT_FALSE(looksLikeNetworkPort("rfc2217:"));
+  EXPECT_TRUE(isValidPortName("/dev/ttyUSB0"));
+}
+
 TEST(PathCheck, OpenRefusesAnInvalidPathUnlessTestDevicesAreAllowed) {
   FlashPort port("/dev/pts/0", 115200);
   try {
@@ -57,6 +139,18 @@ TEST(PathCheck, OpenRefusesAnInvalidPathUnlessTestDevicesAreAllowed) {
     EXPECT_EQ(error, FlashPortError::openFailed("/dev/cu.tarnwick-no-such-device", ENOENT));
   }
   EXPECT_FALSE(missing.isOpen());
+
+  // The one place that opens links by name: a malformed network port is refused as a path is.
+  for (bool testDevice : {false, true}) {
+    try {
+      SerialLinkOptions options;
+      options.allowsTestDevice = testDevice;
+      openSerialLink("rfc2217://pi:0", 115200, options);
+      FAIL() << "opened a malformed network port";
+    } catch (const FlashPortError& error) {
+      EXPECT_EQ(error, FlashPortError::invalidPath("rfc2217://pi:0"));
+    }
+  }
 }
 
 TEST(LineSpeed, ReadBackWithinThreePercentCounts) {

@@ -194,6 +194,14 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Window::trySimulatedBoard(); },
       [] { return L::Window::trySimulatedBoardTooltip(); },
       [] { return L::Window::unplugSimulatedBoard("ESP32", "/dev/pts/3"); },
+      [] { return L::Simulator::missingSetting("--rfc2217"); },
+      [] { return L::Simulator::invalidTCPPort("x"); },
+      [] { return L::Simulator::invalidResetCircuit("usbJTAG", "ESP32"); },
+      [] { return L::Simulator::needsRFC2217("--bind"); },
+      [] { return L::Simulator::cannotListen("127.0.0.1", "r"); },
+      [] { return L::Simulator::servingNetwork("ESP32", "rfc2217://127.0.0.1:2000"); },
+      [] { return L::Cli::invalidNetworkPort("rfc2217://pi"); },
+      [] { return L::Log::linesUnconfirmed(); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;

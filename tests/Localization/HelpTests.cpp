@@ -51,6 +51,7 @@ TEST(Help, TopicsKeepIdsSymbolsAndShapeInEveryLanguage) {
       {"esp", "cpu"},
       {"arduino", "memorychip"},
       {"production", "square.stack.3d.up"},
+      {"network", "network"},
       {"troubleshooting", "wrench.and.screwdriver"},
       {"privacy", "lock.shield"},
       {"shortcuts", "keyboard"}};
@@ -61,7 +62,8 @@ TEST(Help, TopicsKeepIdsSymbolsAndShapeInEveryLanguage) {
     EXPECT_FALSE(english[i].blocks.empty()) << english[i].id;
   }
   EXPECT_EQ(english[0].title, "Getting started");
-  EXPECT_EQ(english[6].title, "Privacy and security");
+  EXPECT_EQ(english[5].title, "Boards on other computers");
+  EXPECT_EQ(english[7].title, "Privacy and security");
 
   for (Language language : allLanguages) {
     SCOPED_TRACE(std::string(code(language)));

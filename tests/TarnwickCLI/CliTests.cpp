@@ -331,6 +331,43 @@ TEST_F(CLI, SimulatedBoardsAndTheirDemoBuilds) {
             0);
 }
 
+// A board on another computer: tarnwick-simboard serving one over RFC 2217 with its reset
+// circuit, flashed by its port name; and what is wrong with a network port said before a run.
+TEST_F(CLI, NetworkPortsAsPeopleUseThem) {
+  writeDemoBuild(ESPChip::esp32, root / "esp");
+  writeDemoSketch(root / "blink");
+  RunningProgram board(TARNWICK_SIMBOARD, {"esp32", "--rfc2217", "0"});
+  const std::string port = board.firstLine();
+  ASSERT_TRUE(port.starts_with("rfc2217://127.0.0.1:")) << port;
+  Result run = runCLI({"flash", "--port", port, "--target", "esp:esp32", (root / "esp").string()});
+  EXPECT_EQ(run.status, 0) << run.out << run.err;
+  EXPECT_NE(run.out.find("--- Flashing esp on " + port + " ---"), std::string::npos) << run.out;
+  EXPECT_EQ(run.lastLine().substr(0, 11), "--- Done in");
+
+  Result malformed = runCLI(
+      {"flash", "--port", "rfc2217://pi:0", "--target", "avr:uno", (root / "blink").string()});
+  EXPECT_EQ(malformed.status, 2);
+  EXPECT_EQ(malformed.err.substr(0, malformed.err.find('\n')),
+            "'rfc2217://pi:0' is not a valid network port: write rfc2217://HOST:PORT (an IPv6 "
+            "address in brackets, a port from 1 to 65535).");
+  Result leonardo = runCLI({"flash", "--port", port, "--target", "avr:leonardo",
+                            (root / "blink").string()},
+                           {}, "de");
+  EXPECT_EQ(leonardo.status, 1);
+  EXPECT_NE(leonardo.err.find("Arduino Leonardo-Boards lassen sich nicht über das Netzwerk"),
+            std::string::npos)
+      << leonardo.err;
+
+  for (const std::vector<std::string>& wrong :
+       {std::vector<std::string>{"esp32", "--bind", "::1"},
+        {"esp32", "--rfc2217", "65536"},
+        {"esp32", "--rfc2217"},
+        {"esp32", "--rfc2217", "0", "--reset-circuit", "usbJTAG"},
+        {"uno", "--rfc2217", "0", "--reset-circuit", "classic"}}) {
+    EXPECT_EQ(runCLI(wrong, {}, "en", TARNWICK_SIMBOARD).status, 2) << wrong.back();
+  }
+}
+
 TEST_F(CLI, PackReplacesOnlyProductsAndNamesWhatWentWrong) {
   std::ofstream(root / "sketch.hex") << intelHexOf(avrSketch(100));
   std::ofstream(root / "sk\x01tch.hex") << intelHexOf(avrSketch(100));

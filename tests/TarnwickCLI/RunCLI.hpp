@@ -35,6 +35,18 @@ struct Result {
   }
 };
 
+// The argument vector of `program` with `args`, pointing into `words`, which must outlive it.
+inline std::vector<char*> argumentVector(std::vector<std::string>& words, const char* program,
+                                         const std::vector<std::string>& args) {
+  words = {program};
+  words.insert(words.end(), args.begin(), args.end());
+  std::vector<char*> argv;
+  for (auto& w : words)
+    argv.push_back(w.data());
+  argv.push_back(nullptr);
+  return argv;
+}
+
 // How a run of the program is watched, and what happens once its output says something.
 struct RunOptions {
   std::string language = "en";
@@ -81,12 +93,8 @@ inline Result runCLI(const std::vector<std::string>& args, const RunOptions& opt
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, out[1], 1);
   posix_spawn_file_actions_adddup2(&actions, err[1], 2);
-  std::vector<std::string> words = {options.program};
-  words.insert(words.end(), args.begin(), args.end());
-  std::vector<char*> argv;
-  for (auto& w : words)
-    argv.push_back(w.data());
-  argv.push_back(nullptr);
+  std::vector<std::string> words;
+  std::vector<char*> argv = argumentVector(words, options.program, args);
   std::vector<std::string> env = {"LANGUAGE=" + options.language, "LANG=C.UTF-8",
                                   "PATH=/usr/bin:/bin"};
   std::vector<char*> envp;
@@ -162,5 +170,40 @@ inline Result runCLI(const std::vector<std::string>& args, const std::string& in
   options.program = program;
   return runCLI(args, options);
 }
+
+// A program left running for a test (tarnwick-simboard serving a board), ended with SIGTERM
+// when the test is done. Its first line of output is kept: where it serves.
+class RunningProgram {
+public:
+  RunningProgram(const char* program, const std::vector<std::string>& args) {
+    int out[2];
+    EXPECT_EQ(::pipe2(out, O_CLOEXEC), 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, out[1], 1);
+    std::vector<std::string> words;
+    std::vector<char*> argv = argumentVector(words, program, args);
+    EXPECT_EQ(posix_spawn(&pid_, program, &actions, nullptr, argv.data(), environ), 0);
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(out[1]);
+    pollfd wait{out[0], POLLIN, 0};
+    char c = 0;
+    while (::poll(&wait, 1, 20000) > 0 && ::read(out[0], &c, 1) == 1 && c != '\n')
+      firstLine_ += c;
+    ::close(out[0]);
+  }
+  ~RunningProgram() {
+    ::kill(pid_, SIGTERM);
+    int status = 0;
+    ::waitpid(pid_, &status, 0);
+  }
+  RunningProgram(const RunningProgram&) = delete;
+  RunningProgram& operator=(const RunningProgram&) = delete;
+  const std::string& firstLine() const { return firstLine_; }
+
+private:
+  pid_t pid_ = -1;
+  std::string firstLine_;
+};
 
 } // namespace tarnwick::testing

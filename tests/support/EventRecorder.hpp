@@ -2,6 +2,8 @@
 // Collects the events of a run from whichever thread emits them, for assertions afterwards.
 
 #include <algorithm>
+#include <iterator>
+#include <variant>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -28,8 +30,10 @@ struct EventRecorder {
 
   /// The events other than progress, by name ("connecting", "writing", …).
   std::vector<std::string> kinds() {
-    static const char* names[] = {"connecting", "connected", "baudRate",  "portChanged", "writing",
-                                  "progress",   "written",   "verifying", "verified",    "resetting"};
+    static const char* names[] = {"connecting", "connected", "baudRate",  "portChanged",
+                                  "writing",    "progress",  "written",   "verifying",
+                                  "verified",   "resetting", "linesUnconfirmed"};
+    static_assert(std::size(names) == std::variant_size_v<FlashEvent>);
     std::lock_guard lock(mutex);
     std::vector<std::string> out;
     for (const auto& e : events) {

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "FlashCore/Digest.hpp"
+#include "FlashCore/ProductCheck.hpp"
 #include "support/BuildFolders.hpp"
 
 namespace tarnwick::testing {
@@ -52,6 +53,15 @@ ProductWithFiles avrProduct(AVRBoard board, std::size_t size) {
   result.product.target = Target::avr(board);
   result.add(FirmwareImage::Role::application, 0, avrSketch(size, 3), "Blink.ino.hex");
   return result;
+}
+
+bool flashHoldsPlan(const Bytes& flash, const ProductWithFiles& p, ESPChip chip) {
+  for (const FlashWrite& write : FlashPlan::writes(p.product, p.files, chip)) {
+    if (flash.size() < write.offset + write.data.size() ||
+        !std::equal(write.data.begin(), write.data.end(), flash.begin() + write.offset))
+      return false;
+  }
+  return true;
 }
 
 } // namespace tarnwick::testing

@@ -19,5 +19,7 @@ ProductWithFiles espProduct(ESPChip chip, std::size_t applicationSize = 200 * 10
 Bytes firmwareLike(std::size_t size);
 /// One sketch of `size` bytes for `board`.
 ProductWithFiles avrProduct(AVRBoard board, std::size_t size);
+/// Whether `flash` holds every write the plan makes of `p` for `chip`: the flash after a run.
+bool flashHoldsPlan(const Bytes& flash, const ProductWithFiles& p, ESPChip chip);
 
 } // namespace tarnwick::testing

@@ -43,6 +43,7 @@ public:
   Bytes read(double timeout) override;
   Bytes read(std::size_t count, double timeout) override;
   void flushInput() override { pending_.clear(); }
+  void close() noexcept override {}
 
   /// Records a wait; hand `[&](double s) { link.recordWait(s); }` to the loader.
   void recordWait(double seconds);

@@ -28,7 +28,7 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
   LanguageOverride german(Language::de);
   HelpWindow help;
   help.show();
-  ASSERT_EQ(help.topicList()->count(), 8);
+  ASSERT_EQ(help.topicList()->count(), 9);
   EXPECT_EQ(help.selectedID(), "start");
   EXPECT_TRUE(help.page()->toPlainText().startsWith(help.topicList()->item(0)->text()));
 
@@ -39,7 +39,7 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
   QTest::keyClicks(help.searchField(), "  caterina ");
   QStringList found = listed(help);
   ASSERT_FALSE(found.isEmpty());
-  EXPECT_LT(found.size(), 8);
+  EXPECT_LT(found.size(), 9);
   EXPECT_TRUE(found.contains("Arduino (AVR)"));
   EXPECT_EQ(help.selectedID(), "arduino"); // still listed, still shown
   EXPECT_EQ(help.page()->toPlainText(), arduinoPage);
@@ -52,7 +52,7 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
   EXPECT_TRUE(help.selectedID().empty());
 
   help.searchField()->clear();
-  EXPECT_EQ(help.topicList()->count(), 8);
+  EXPECT_EQ(help.topicList()->count(), 9);
   EXPECT_EQ(help.selectedID(), "start");
 
   // Each topic shows a picture of its own, the same under any icon theme or none.
@@ -62,7 +62,7 @@ TEST(HelpWindow, SearchListsMatchingTopicsKeepsTheSelectionAndSaysWhenNoneMatch)
     ASSERT_FALSE(picture.isNull()) << row;
     pictures.insert(qHashBits(picture.constBits(), static_cast<size_t>(picture.sizeInBytes())));
   }
-  EXPECT_EQ(pictures.size(), 8u);
+  EXPECT_EQ(pictures.size(), 9u);
 }
 
 /// The pictures of the page shown: their formats, in order.
