@@ -12,6 +12,7 @@
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/StationModel.hpp"
+#include "Tarnwick/Model/StationTable.hpp"
 #include "support/Boards.hpp"
 
 using namespace tarnwick;
@@ -86,6 +87,9 @@ TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrClear
   model->setPlaySounds(true);
   auto station = makeStation(*model);
   QSignalSpy tallies(station.get(), &StationModel::tallyChanged);
+  StationTable table(*station);
+  QSignalSpy inserted(&table, &QAbstractItemModel::rowsInserted);
+  QSignalSpy reset(&table, &QAbstractItemModel::modelReset);
 
   station->start();
   ASSERT_TRUE(station->isRunning());
@@ -132,6 +136,33 @@ TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrClear
   EXPECT_EQ(std::ranges::count(sounds->played, std::string(SoundSink::successSound)), 2);
   EXPECT_EQ(std::ranges::count(sounds->played, std::string(SoundSink::failureSound)), 1);
 
+  // The table the window shows: a row per board, added as the boards come.
+  ASSERT_EQ(table.rowCount(), 3);
+  EXPECT_GE(inserted.count(), 1);
+  EXPECT_EQ(table.columnCount(), StationTable::columns);
+  EXPECT_EQ(table.headerData(StationTable::mac, Qt::Horizontal).toString(), "MAC Address");
+  for (int r = 0; r < table.rowCount(); ++r) {
+    auto cell = [&](int column, int role = Qt::DisplayRole) {
+      return table.index(r, column).data(role);
+    };
+    const std::string path = "/dev/" + cell(StationTable::port).toString().toStdString();
+    const StationRow& shown = *row(*station, path);
+    EXPECT_EQ(cell(StationTable::board).toString(), "Test device");
+    if (shown.result == Result::done) {
+      EXPECT_EQ(cell(StationTable::result).toString(), "Done");
+      EXPECT_EQ(cell(StationTable::progress).toString(), "100%");
+      EXPECT_EQ(cell(StationTable::progress, StationTable::fractionRole).toDouble(), 1.0);
+      EXPECT_EQ(cell(StationTable::mac).toString(), "AB:CD:12:34:56:78");
+      EXPECT_TRUE(cell(StationTable::time).toString().endsWith(" s"));
+    } else {
+      // A failed board shows why where its stage was, and in the result's tooltip.
+      EXPECT_EQ(cell(StationTable::result).toString(), "Failed");
+      EXPECT_EQ(cell(StationTable::stage).toString(), shown.message);
+      EXPECT_EQ(cell(StationTable::result, Qt::ToolTipRole).toString(), shown.message);
+      EXPECT_TRUE(cell(StationTable::chip).toString().isEmpty());
+    }
+  }
+
   StationTally tally = station->tally();
   EXPECT_EQ(tally, (StationTally{2, 1, 0, 18}));
   now += std::chrono::minutes(9);
@@ -171,6 +202,48 @@ TEST_F(StationModelTest, FlashesSeveralBoardsAndKeepsTheirRowsUntilReusedOrClear
   station->clearFinished();
   EXPECT_EQ(cleared.count(), 1);
   EXPECT_TRUE(station->rows().empty());
+  EXPECT_EQ(reset.count(), 1);
+  EXPECT_EQ(table.rowCount(), 0);
+}
+
+// Boards connected before Start are left alone unless "Also flash the boards already connected"
+// is on; the limit ends the station by itself once that many are flashed. Both options are kept
+// for the next start of the program.
+TEST_F(StationModelTest, TheBoardsAlreadyConnectedAndTheLimitAreOptions) {
+  auto model = makeModel();
+  load(*model, espProduct(ESPChip::esp32, 16 * 1024));
+  const Target esp32 = Target::esp(ESPChip::esp32);
+  const QString present = model->plugInSimulatedBoard(esp32);
+  ASSERT_FALSE(present.isEmpty()) << model->errorMessage().toStdString();
+  {
+    auto station = makeStation(*model);
+    station->start();
+    // One plugged in after Start is taken; by the time it is done, the one that was there
+    // would have been started too, had it been taken.
+    const QString later = model->plugInSimulatedBoard(esp32);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return station->tally().flashed == 1; }, 20000))
+        << describe(*station);
+    EXPECT_EQ(station->rows().size(), 1u);
+    EXPECT_EQ(station->rows().front().path, later.toStdString());
+    EXPECT_EQ(station->rows().front().boardName, "Simulated ESP32");
+    station->stop();
+    ASSERT_TRUE(waitUntilIdle(*station));
+    station->setAlsoConnected(true);
+    station->setLimit(2);
+  }
+  model->plugInSimulatedBoard(esp32);
+  auto station = makeStation(*model);
+  EXPECT_TRUE(station->alsoConnected());
+  EXPECT_EQ(station->limit(), 2);
+  station->start();
+  // Three boards are there; two are flashed and the station ends by itself.
+  ASSERT_TRUE(waitUntilIdle(*station)) << describe(*station);
+  EXPECT_EQ(station->tally().flashed, 2);
+  EXPECT_EQ(station->rows().size(), 2u);
+  EXPECT_EQ(station->notice().toStdString(), "Flashed 2 · Failed 0.");
+  EXPECT_TRUE(model->output().plainText().contains("Limit of 2 reached: no new boards are taken."));
+  station->setLimit(std::nullopt);
+  EXPECT_FALSE(makeStation(*model)->limit());
 }
 
 // While the station runs the product stays as it is, no single board is flashed, and quitting is

@@ -95,9 +95,22 @@ TEST_F(StationWindowTest, FourSimulatedBoardsFlashedAtOnceFromTheCommandLine) {
     EXPECT_FALSE(lines.contains("/dev/" + other + ")")) << other.toStdString();
   }
 
-  // Stopped, the window goes back to the files with Escape.
   QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
   ASSERT_TRUE(QTest::qWaitFor([&] { return !window.station().isRunning(); }, 10000));
+  EXPECT_FALSE(panel.recordProblem()->isVisible());
+
+  // A record file that cannot be written: the station ends by itself, and says why over the
+  // table.
+  window.station().setRecordPath(QStringLiteral("/dev/full"));
+  QTest::keyClick(&window, Qt::Key_R, Qt::ControlModifier);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !window.station().isRunning(); }, 30000));
+  EXPECT_TRUE(panel.recordProblem()->isVisible());
+  const QLabel* problem = panel.recordProblem()->findChildren<QLabel*>().back();
+  EXPECT_TRUE(problem->text().startsWith("This board is missing from /dev/full"))
+      << problem->text().toStdString();
+  EXPECT_EQ(panel.figure(1)->text(), "4");
+
+  // Stopped, the window goes back to the files with Escape.
   EXPECT_FALSE(window.productLockedNote()->isVisible());
   EXPECT_TRUE(window.stationAction()->isEnabled());
   QTest::keyClick(&window, Qt::Key_Escape);
