@@ -238,7 +238,15 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
   resize(980, 720);
 }
 
-MainWindow::~MainWindow() { model_.setDialogs(nullptr); }
+MainWindow::~MainWindow() {
+  model_.setDialogs(nullptr);
+  // A station still running is stopped while the window can still hear of it: its panel goes
+  // first, then the station, whose end unlocks the product; the rest of the window no longer
+  // listens.
+  disconnect(&model_, nullptr, this, nullptr);
+  delete stationPanel_;
+  delete station_;
+}
 
 QWidget* MainWindow::buildHeader() {
   auto* header = new QFrame;

@@ -17,6 +17,7 @@
 #include "Tarnwick/Views/MainWindow.hpp"
 #include "Tarnwick/Views/StationPanel.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
+#include "support/Boards.hpp"
 
 namespace tarnwick::testing {
 namespace {
@@ -117,6 +118,21 @@ TEST_F(StationWindowTest, FourSimulatedBoardsFlashedAtOnceFromTheCommandLine) {
   EXPECT_FALSE(window.stationMode());
   EXPECT_TRUE(window.fileList()->isVisible());
   EXPECT_FALSE(window.stationAction()->isChecked());
+}
+
+// A window closed while its station runs (the program ended from outside) stops the boards it
+// runs and leaves the product unlocked, touching nothing of itself that is already gone.
+TEST_F(StationWindowTest, AWindowGoneWhileTheStationRunsStopsItFirst) {
+  simulator::SimulatedESP board(pacedESP32());
+  auto model = makeModel({board.path()});
+  load(*model, espProduct(ESPChip::esp32, 64 * 1024));
+  auto window = std::make_unique<MainWindow>(*model);
+  window->setStationMode(true);
+  window->station().start();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return board.requests(ESPCommand::sync) > 0; }, 10000));
+  window.reset();
+  EXPECT_FALSE(model->productLocked());
+  EXPECT_TRUE(model->canQuit());
 }
 
 } // namespace
