@@ -9,6 +9,7 @@
 
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/PortPicker.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 
 class QAction;
@@ -74,7 +75,7 @@ public:
   FlasherModel& model() const { return model_; }
 
   // The parts tests and the screenshot mode reach for.
-  QComboBox* portPicker() const { return portPicker_; }
+  PortPicker* portPicker() const { return portPicker_; }
   QPushButton* flashButton() const { return flashButton_; }
   QAction* flashAction() const { return flashAction_; }
   QFrame* noBoardBanner() const { return banner_; }
@@ -116,7 +117,6 @@ private:
   QWidget* buildProductPanel();
   QWidget* buildStatusLine();
   void buildMenus();
-  void refreshPorts();
   void refreshRunControls();
   void refreshProduct();
   void refreshStatus();
@@ -126,7 +126,7 @@ private:
   void showErrorMessage();
 
   FlasherModel& model_;
-  QComboBox* portPicker_ = nullptr;
+  PortPicker* portPicker_ = nullptr;
   StatusDot* statusDot_ = nullptr;
   QPushButton* flashButton_ = nullptr;
   QCheckBox* automatic_ = nullptr;
