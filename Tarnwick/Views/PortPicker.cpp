@@ -91,6 +91,8 @@ void PortPicker::askForNetworkPort() {
   dialog_->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog_, &QDialog::accepted, this,
           [this, dialog = dialog_] { model_.addNetworkPort(dialog->portName()); });
+  // Answered, it is gone for the picker at once, though deleted only later.
+  connect(dialog_, &QDialog::finished, this, [this] { dialog_.clear(); });
   dialog_->open();
 }
 
