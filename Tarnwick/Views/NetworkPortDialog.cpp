@@ -114,7 +114,7 @@ NetworkPortDialog::NetworkPortDialog(QWidget* parent) : QDialog(parent) {
   layout->addWidget(buttons);
 
   connect(host_, &QLineEdit::textChanged, this, &NetworkPortDialog::check);
-  connect(port_, &QLineEdit::textEdited, this, [this](const QString& text) {
+  connect(port_, &QLineEdit::textChanged, this, [this](const QString& text) {
     ownPort_ = text;
     check();
   });
@@ -134,7 +134,10 @@ void NetworkPortDialog::check() {
   port_->setEnabled(!field.port);
   const QString shownPort = field.port ? QString::fromStdString(*field.port) : ownPort_;
   // Setting the same text again would move the cursor of someone typing there.
-  if (port_->text() != shownPort) port_->setText(shownPort);
+  if (port_->text() != shownPort) {
+    const QSignalBlocker shownOnly(port_);
+    port_->setText(shownPort);
+  }
   const std::string port = field.port ? *field.port : port_->text().trimmed().toStdString();
   QLineEdit* portShownIn = field.port ? host_ : port_;
 

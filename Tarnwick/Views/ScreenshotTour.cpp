@@ -6,6 +6,7 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QHash>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QTimer>
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/NetworkPortDialog.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
 
@@ -159,6 +161,16 @@ int TarnwickApp::takeScreenshots() {
   save(sheet, "settings-arduino.png");
   sheet->hide();
   model.setProduct(product);
+
+  // The port picker's Add Network Port…, filled in; cancelled, so the user's own list of network
+  // ports stays as it was.
+  window.portPicker()->askForNetworkPort();
+  if (NetworkPortDialog* dialog = window.portPicker()->networkPortDialog()) {
+    dialog->hostField()->setText(QStringLiteral("rack3.local"));
+    dialog->portField()->setText(QStringLiteral("2000"));
+    save(dialog, "network-port.png");
+    dialog->reject();
+  }
 
   HelpWindow* help = window.helpWindow();
   help->resize(900, 640);
