@@ -148,7 +148,9 @@ std::string hostPlaceholder() {
              "zum Beispiel rack3.local oder 192.168.1.20",
              "par exemple rack3.local ou 192.168.1.20", "por ejemplo rack3.local o 192.168.1.20"});
 }
-std::string tcpPort() { return tr({"TCP port", "TCP-poort", "TCP-Port", "Port TCP", "Puerto TCP"}); }
+std::string tcpPort() {
+  return tr({"TCP port", "TCP-poort", "TCP-Port", "Port TCP", "Puerto TCP"});
+}
 std::string add() { return tr({"Add", "Toevoegen", "Hinzufügen", "Ajouter", "Añadir"}); }
 std::string notAHost(const std::string& host) {
   switch (currentLanguage()) {
@@ -161,11 +163,10 @@ std::string notAHost(const std::string& host) {
   return {};
 }
 std::string notAPortNumber() {
-  return tr({"The TCP port is a number from 1 to 65535.",
-             "De TCP-poort is een getal van 1 tot 65535.",
-             "Der TCP-Port ist eine Zahl von 1 bis 65535.",
-             "Le port TCP est un nombre de 1 à 65535.",
-             "El puerto TCP es un número del 1 al 65535."});
+  return tr(
+      {"The TCP port is a number from 1 to 65535.", "De TCP-poort is een getal van 1 tot 65535.",
+       "Der TCP-Port ist eine Zahl von 1 bis 65535.", "Le port TCP est un nombre de 1 à 65535.",
+       "El puerto TCP es un número del 1 al 65535."});
 }
 std::string onlyRFC2217() {
   return tr({"Tarnwick needs an RFC 2217 port: rfc2217://HOST:PORT, or the host and port alone.",

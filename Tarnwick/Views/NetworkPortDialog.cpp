@@ -168,9 +168,8 @@ void NetworkPortDialog::showProblem(const QString& text, QLineEdit* field) {
 
 void NetworkPortDialog::colourProblem() {
   QPalette palette = problem_->palette();
-  palette.setColor(QPalette::WindowText,
-                   readableOn(logColour(LogSegment::Kind::error, palette),
-                              palette.color(QPalette::Window)));
+  palette.setColor(QPalette::WindowText, readableOn(logColour(LogSegment::Kind::error, palette),
+                                                    palette.color(QPalette::Window)));
   problem_->setPalette(palette);
 }
 

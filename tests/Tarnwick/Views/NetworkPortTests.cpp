@@ -20,7 +20,7 @@ TEST(NetworkPortDialog, ChecksWhatIsTypedOrPasted) {
   struct Case {
     const char* host;
     const char* port;
-    bool pasted; // else typed key by key
+    bool pasted;      // else typed key by key
     const char* name; // empty: Add stays off
     const char* problem;
     Marked marked;
@@ -46,12 +46,12 @@ TEST(NetworkPortDialog, ChecksWhatIsTypedOrPasted) {
        "2000"},
       {"fe80::1%eth0", "2000", false, "", "'fe80::1%eth0' is not a host name or IP address.",
        Marked::host, "2000"},
-      {"[fd00::3", "2000", false, "", "'[fd00::3' is not a host name or IP address.",
-       Marked::host, "2000"},
-      {"rack3.local", "70000", false, "", "The TCP port is a number from 1 to 65535.",
-       Marked::port, "70000"},
-      {"rack3.local", "20a0", false, "", "The TCP port is a number from 1 to 65535.",
-       Marked::port, "20a0"},
+      {"[fd00::3", "2000", false, "", "'[fd00::3' is not a host name or IP address.", Marked::host,
+       "2000"},
+      {"rack3.local", "70000", false, "", "The TCP port is a number from 1 to 65535.", Marked::port,
+       "70000"},
+      {"rack3.local", "20a0", false, "", "The TCP port is a number from 1 to 65535.", Marked::port,
+       "20a0"},
       // A port given with the host is marked there.
       {"rfc2217://pi-rack-1:0", "", true, "", "The TCP port is a number from 1 to 65535.",
        Marked::host, "0"},
