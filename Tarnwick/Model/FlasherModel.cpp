@@ -25,6 +25,7 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "FlashCore/VisibleText.hpp"
 #include "FlashSerial/FlashPortError.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
@@ -53,6 +54,7 @@ constexpr const char* timestamps = "timestamps";
 constexpr const char* autoscroll = "autoscroll";
 constexpr const char* unsaved = "unsaved";
 constexpr const char* recentDocuments = "recentDocuments";
+constexpr const char* networkPorts = "networkPorts";
 } // namespace Keys
 
 QString qs(const std::string& text) { return QString::fromStdString(text); }
@@ -133,6 +135,12 @@ FlasherModel::FlasherModel(Options options, QObject* parent)
   showTimestamps_ = storedSwitch(*defaults_, Keys::timestamps, true);
   autoscroll_ = storedSwitch(*defaults_, Keys::autoscroll, true);
   hasUnsavedChanges_ = defaults_->value(Keys::unsaved).toBool();
+  for (const QString& stored : defaults_->value(Keys::networkPorts).toStringList()) {
+    // A damaged or hand-edited list loses only the entries that name no network port.
+    const auto address = parseNetworkPort(stored.toStdString());
+    if (address && std::ranges::find(networkPorts_, address->name()) == networkPorts_.end())
+      networkPorts_.push_back(address->name());
+  }
 
   try {
     auto package = ProductPackage::read(*options_.autosaveLocation);
@@ -147,6 +155,8 @@ FlasherModel::FlasherModel(Options options, QObject* parent)
 
   // A test device given on the command line is what the person wants to flash.
   if (!options_.testDevices.empty()) selectedPath_ = qs(options_.testDevices.front());
+  // The remembered network ports are there before the scanner has looked.
+  ports_ = withOwnPorts({});
 
   if (options_.portSource) {
     QPointer<FlasherModel> weak(this);
@@ -214,6 +224,7 @@ QString FlasherModel::portLabel(const QString& path) const {
       return qs(L10n::Model::simulatedBoard(simulator::SimulatedBoard::displayName(board->target()),
                                             raw));
   }
+  if (isNetworkPort(path)) return qs(L10n::Model::networkPort(raw));
   for (const auto& port : ports_) {
     if (port.path == raw) return qs(visible(PortScanner::displayName(port)));
   }
@@ -549,7 +560,63 @@ std::vector<SerialPortInfo> FlasherModel::withOwnPorts(std::vector<SerialPortInf
         std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
     if (!listed) ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
   }
+  // Without a vendor id: never a new board, never the fallback for a selection that is gone.
+  for (const auto& name : networkPorts_)
+    ports.push_back({name, std::nullopt, std::nullopt, std::nullopt});
   return ports;
+}
+
+void FlasherModel::relistOwnPorts() {
+  auto listed = withOwnPorts(scanned_);
+  if (listed == ports_) return;
+  ports_ = std::move(listed);
+  emit portListChanged();
+}
+
+QStringList FlasherModel::networkPorts() const {
+  QStringList names;
+  for (const auto& name : networkPorts_)
+    names << qs(name);
+  return names;
+}
+
+bool FlasherModel::isNetworkPort(const QString& path) {
+  return looksLikeNetworkPort(path.toStdString());
+}
+
+void FlasherModel::storeNetworkPorts() {
+  if (networkPorts_.empty())
+    defaults_->remove(Keys::networkPorts);
+  else
+    defaults_->setValue(Keys::networkPorts, networkPorts());
+}
+
+QString FlasherModel::addNetworkPort(const QString& name) {
+  const auto address = parseNetworkPort(name.toStdString());
+  if (!address || isFlashing()) return {};
+  const std::string listed = address->name();
+  if (std::ranges::find(networkPorts_, listed) == networkPorts_.end()) {
+    networkPorts_.push_back(listed);
+    storeNetworkPorts();
+    relistOwnPorts();
+    emit networkPortsChanged();
+  }
+  selectPort(listed);
+  return qs(listed);
+}
+
+void FlasherModel::removeNetworkPort(const QString& name) {
+  auto entry = std::ranges::find(networkPorts_, name.toStdString());
+  if (entry == networkPorts_.end() || isFlashing()) return;
+  networkPorts_.erase(entry);
+  storeNetworkPorts();
+  relistOwnPorts();
+  if (selectedPath_ == name) {
+    // As when a selected board goes away: the first USB board, if there is one.
+    auto decision = PortChoice::decide(ports_, std::nullopt, selectedPath_.toStdString(), {});
+    selectPort(decision.fallback.value_or(""));
+  }
+  emit networkPortsChanged();
 }
 
 void FlasherModel::setSelectedPath(const QString& path) {
@@ -566,11 +633,7 @@ void FlasherModel::selectPort(const std::string& path) { setSelectedPath(qs(path
 
 void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   scanned_ = ports;
-  auto listed = withOwnPorts(ports);
-  if (listed != ports_) {
-    ports_ = std::move(listed);
-    emit portListChanged();
-  }
+  relistOwnPorts();
   auto previous = std::move(knownPaths_);
   knownPaths_ = PortChoice::pathsOf(ports_);
   if (state_ != FlasherState::idle) return;

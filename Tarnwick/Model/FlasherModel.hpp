@@ -232,6 +232,20 @@ public:
   /// The simulated boards plugged in, in that order.
   std::vector<SimulatedPort> simulatedBoards() const;
   bool isSimulatedBoard(const QString& path) const;
+  /// The network ports the user added ("rfc2217://HOST:PORT"), in the order added.
+  QStringList networkPorts() const;
+  /// Whether `path` names a port on another computer.
+  static bool isNetworkPort(const QString& path);
+
+  // Network ports.
+  /// Adds the network port `name` ("rfc2217://HOST:PORT"), remembers it under "networkPorts" and
+  /// selects it. It is listed after the local ports, never taken for a newly plugged-in board,
+  /// and stays whatever the scanner finds. Returns its name as listed; empty when `name` is no
+  /// well-formed network port or a run is going, and then nothing changes.
+  QString addNetworkPort(const QString& name);
+  /// Forgets the network port `name`; when it was selected, the first USB board (or nothing) is
+  /// selected instead. Nothing changes while a run is going.
+  void removeNetworkPort(const QString& name);
 
   // Simulated boards.
   /// Starts a simulated board of `target` inside the program and plugs it in: its port joins the
@@ -333,6 +347,7 @@ signals:
   /// A board appeared and will be flashed once the delay has passed.
   void autoFlashScheduled(const QString& path);
   void simulatedBoardsChanged();
+  void networkPortsChanged();
 
 public:
   /// One event of the running job, on the main thread: stage text, throttled progress and log
@@ -364,8 +379,13 @@ private:
   bool isTestDevice(const std::string& path) const;
   /// A pseudo-terminal the engine may open: a test device or a simulated board.
   bool allowsTestDevice(const std::string& path) const;
-  /// The scanner's list with the simulated boards after its USB ports and the test devices last.
+  /// The scanner's list with the simulated boards after its USB ports, then the test devices,
+  /// and the network ports last.
   std::vector<SerialPortInfo> withOwnPorts(std::vector<SerialPortInfo> ports) const;
+  /// Lists the program's own ports anew beside the scanner's last list, without taking any port
+  /// for a new board.
+  void relistOwnPorts();
+  void storeNetworkPorts();
   /// A product with the demo build for `target`, in place of an empty one.
   void openDemoProduct(const Target& target);
   void emitDerived();
@@ -399,6 +419,8 @@ private:
   /// The scanner's last list, before the program's own ports are added.
   std::vector<SerialPortInfo> scanned_;
   std::vector<std::unique_ptr<simulator::SimulatedBoard>> simulated_;
+  /// The network ports the user added, by name.
+  std::vector<std::string> networkPorts_;
   std::optional<std::set<std::string>> knownPaths_;
   std::shared_ptr<FlashJob> job_;
   /// The words of the run in progress.

@@ -187,9 +187,8 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
   buildMenus();
 
   model_.setDialogs(this);
-  connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshPorts);
-  connect(&model_, &FlasherModel::selectedPathChanged, this, &MainWindow::refreshPorts);
   connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshBanner);
+  connect(&model_, &FlasherModel::selectedPathChanged, this, &MainWindow::refreshBanner);
   connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshRunControls);
   connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshBanner);
   connect(&model_, &FlasherModel::canFlashChanged, this, &MainWindow::refreshRunControls);
@@ -226,7 +225,6 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
   timestampsAction_->setChecked(model_.showTimestamps());
   saveLogAction_->setEnabled(!model_.outputIsEmpty());
   setLogShown(QSettings().value(showLogKey, false).toBool());
-  refreshPorts();
   refreshProduct();
   refreshRunControls();
   refreshStatus();
@@ -255,15 +253,8 @@ QWidget* MainWindow::buildHeader() {
   auto* layout = new QHBoxLayout(header);
   layout->setContentsMargins(10, 8, 10, 8);
   auto* portLabel = new QLabel(qt(L10n::Header::serialPort()));
-  portPicker_ = new QComboBox;
-  portPicker_->setObjectName("portPicker");
-  portPicker_->setMinimumContentsLength(24);
-  portPicker_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  portPicker_ = new PortPicker(model_);
   portLabel->setBuddy(portPicker_);
-  connect(portPicker_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
-    QString path = portPicker_->itemData(index).toString();
-    if (!path.isEmpty()) model_.setSelectedPath(path);
-  });
   statusDot_ = new StatusDot;
   statusDot_->setObjectName("statusDot");
   flashButton_ = new QPushButton;
@@ -626,28 +617,6 @@ void MainWindow::setLogShown(bool shown) {
   QSettings().setValue(showLogKey, shown);
 }
 
-void MainWindow::refreshPorts() {
-  QSignalBlocker quiet(portPicker_);
-  portPicker_->clear();
-  const auto& ports = model_.ports();
-  QString selected = model_.selectedPath();
-  if (ports.empty() && selected.isEmpty()) {
-    portPicker_->addItem(qt(L10n::Header::noPortsFound()));
-  } else if (selected.isEmpty()) {
-    portPicker_->addItem(qt(L10n::Header::selectPort()));
-  }
-  bool listed = false;
-  for (const SerialPortInfo& port : ports) {
-    QString path = QString::fromStdString(port.path);
-    portPicker_->addItem(model_.portLabel(path), path);
-    listed = listed || path == selected;
-  }
-  if (!selected.isEmpty() && !listed)
-    portPicker_->insertItem(0, qt(L10n::Board::notConnected(selected.toStdString())), selected);
-  int index = selected.isEmpty() ? 0 : portPicker_->findData(selected);
-  portPicker_->setCurrentIndex(std::max(index, 0));
-}
-
 void MainWindow::refreshRunControls() {
   const bool station = stationMode();
   const bool stationRunning = station_->isRunning();
@@ -807,8 +776,11 @@ void MainWindow::refreshBanner() {
   bool testDevice =
       std::any_of(model_.ports().begin(), model_.ports().end(),
                   [](const SerialPortInfo& port) { return port.path.rfind("/dev/pts/", 0) == 0; });
+  // A board on another computer is as deliberate a choice: no cable to check here.
+  bool networkBoard = FlasherModel::isNetworkPort(model_.selectedPath());
   if (usbBoard) bannerDismissed_ = false;
-  banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !bannerDismissed_);
+  banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !networkBoard &&
+                      !bannerDismissed_);
 }
 
 void MainWindow::refreshRecent() {

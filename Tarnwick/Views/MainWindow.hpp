@@ -9,6 +9,7 @@
 
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/PortPicker.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 
 class QAction;
@@ -78,7 +79,7 @@ public:
   StationModel& station() const { return *station_; }
 
   // The parts tests and the screenshot mode reach for.
-  QComboBox* portPicker() const { return portPicker_; }
+  PortPicker* portPicker() const { return portPicker_; }
   QPushButton* flashButton() const { return flashButton_; }
   QAction* flashAction() const { return flashAction_; }
   QFrame* noBoardBanner() const { return banner_; }
@@ -129,7 +130,6 @@ private:
   QWidget* buildProductPanel();
   QWidget* buildStatusLine();
   void buildMenus();
-  void refreshPorts();
   void refreshRunControls();
   void refreshProduct();
   void refreshStatus();
@@ -140,7 +140,7 @@ private:
 
   FlasherModel& model_;
   StationModel* station_ = nullptr;
-  QComboBox* portPicker_ = nullptr;
+  PortPicker* portPicker_ = nullptr;
   /// The header's controls of a single run, hidden in station mode.
   QList<QWidget*> singleRunControls_;
   QLabel* stationTitle_ = nullptr;

@@ -145,7 +145,8 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
                                              "window-flashing.png", "window-success.png",
                                              "settings-esp.png", "settings-arduino.png",
                                              "station-running.png", "station-finished.png",
-                                             "window-failure.png", "help.png"}));
+                                             "network-port.png", "window-failure.png",
+                                             "help.png"}));
 }
 
 TEST(Help, BlockTextJoinsEverythingTheReaderSees) {

@@ -124,11 +124,12 @@ protected:
     installQtTranslations(Language::en);
   }
 
-  /// The window in the states the help describes: a product with files, the settings of both
-  /// board families, the help's own topic list.
+  /// The window in the states the help describes: a product with files, a network port chosen,
+  /// the settings of both board families, the help's own topic list.
   std::set<QString> interfaceTexts() {
     std::set<QString> texts;
     load(*model, espProduct(ESPChip::esp32, 4096));
+    model->addNetworkPort("rfc2217://rack3.local:2000");
     MainWindow& window = *this->window;
     collectTexts(&window, texts);
     SettingsSheet* sheet = window.settingsSheet();
