@@ -131,6 +131,51 @@ HelpTopic network() {
                "`/dev/ttyUSB0` mantiene cada placa en su puerto TCP, sea cual sea el orden en que "
                "se conecten. Luego flashea con "
                "`tarnwick-cli flash --port rfc2217://rack3.local:2000 Sensor.twflash`."}),
+          heading({"In the window", "In het venster", "Im Fenster", "Dans la fenêtre",
+                   "En la ventana"}),
+          paragraph(
+              {"Choose **Add Network Port…** at the end of the **Serial port** list and enter the "
+               "server's host and the board's TCP port, or paste the whole `rfc2217://` address. "
+               "Tarnwick checks it as you type, remembers the port for the next start and lists "
+               "it after the ports of this computer, marked as a network port. "
+               "**Remove Network Port** in the same list forgets the selected one. Automatic "
+               "flashing waits for boards plugged into this computer; for a board on the network "
+               "press **Flash**.",
+               "Kies **Netwerkpoort toevoegen…** onderaan de lijst **Seriële poort** en vul de "
+               "host van de server en de TCP-poort van het board in, of plak het hele "
+               "`rfc2217://`-adres. Tarnwick controleert het terwijl je typt, onthoudt de poort "
+               "voor de volgende keer en zet hem na de poorten van deze computer, gemarkeerd als "
+               "netwerkpoort. **Netwerkpoort verwijderen** in dezelfde lijst vergeet de gekozen "
+               "poort weer. Automatisch flashen wacht op boards die op deze computer worden "
+               "aangesloten; voor een board op het netwerk klik je op **Flashen**.",
+               "Wähle **Netzwerkport hinzufügen …** am Ende der Liste **Serielle Schnittstelle** "
+               "und gib den Host des Servers und den TCP-Port des Boards ein oder füge die ganze "
+               "`rfc2217://`-Adresse ein. Tarnwick prüft sie schon beim Tippen, merkt sich den "
+               "Port für den nächsten Start und führt ihn nach den Schnittstellen dieses Rechners "
+               "auf, als Netzwerkport gekennzeichnet. **Netzwerkport entfernen** in derselben "
+               "Liste vergisst den gewählten wieder. Automatisches Flashen wartet auf Boards, die "
+               "an diesem Rechner angesteckt werden; für ein Board im Netzwerk klickst du auf "
+               "**Flashen**.",
+               "Choisissez **Ajouter un port réseau…** en bas de la liste **Port série** et "
+               "saisissez l’hôte du serveur et le port TCP de la carte, ou collez l’adresse "
+               "`rfc2217://` entière. Tarnwick la vérifie pendant la saisie, retient le port pour "
+               "le prochain démarrage et le place après les ports de cet ordinateur, marqué comme "
+               "port réseau. **Retirer le port réseau** dans la même liste oublie celui qui est "
+               "choisi. Le flashage automatique attend les cartes branchées sur cet "
+               "ordinateur\u00A0; pour une carte sur le réseau, cliquez sur **Flashage**.",
+               "Elige **Añadir puerto de red…** al final de la lista **Puerto serie** y escribe el "
+               "host del servidor y el puerto TCP de la placa, o pega la dirección `rfc2217://` "
+               "completa. Tarnwick la comprueba mientras escribes, recuerda el puerto para el "
+               "próximo inicio y lo pone después de los puertos de este equipo, marcado como "
+               "puerto de red. **Quitar el puerto de red** en la misma lista olvida el elegido. "
+               "El flasheo automático espera a placas conectadas a este equipo; para una placa en "
+               "la red, pulsa **Flasheo**."}),
+          screenshot("network-port.png",
+                     {"Adding a board on another computer.",
+                      "Een board aan een andere computer toevoegen.",
+                      "Ein Board an einem anderen Rechner hinzufügen.",
+                      "Ajouter une carte branchée sur un autre ordinateur.",
+                      "Añadir una placa conectada a otro equipo."}),
           heading({"What to expect", "Wat je kunt verwachten", "Was dich erwartet",
                    "À quoi s’attendre", "Qué esperar"}),
           bullets({

@@ -111,23 +111,183 @@ HelpTopic production() {
                    "Plusieurs cartes à la fois\u00A0: la station de flashage",
                    "Muchas placas a la vez: la estación de flasheo"}),
           paragraph(
-              {"For a hub full of boards, the command `tarnwick-cli station PRODUCT.twflash` "
-               "flashes every newly connected board at once, several in parallel, with the same "
-               "product file. Boards that were already connected are left alone unless you add "
-               "`--now`.",
-               "Voor een hub vol boards flasht het commando `tarnwick-cli station "
-               "PRODUCT.twflash` elk nieuw aangesloten board meteen, meerdere tegelijk, met "
+              {"For a hub full of boards, choose **Flashing Station** in the **View** menu (or "
+               "start `tarnwick --station PRODUCT.twflash`): a table of boards takes the place of "
+               "the files, and **Start** (Ctrl+R) flashes every board plugged in from then on, "
+               "several at once. Boards given with `--test-device` are flashed as soon as it "
+               "starts, and boards from **Try with a Simulated Board** in the **Help** menu count "
+               "as boards too, so four of them show the station without any hardware.",
+               "Voor een hub vol boards kies je **Flashstation** in het menu **Beeld** (of start "
+               "je `tarnwick --station PRODUCT.twflash`): een tabel met boards komt in de plaats "
+               "van de bestanden, en **Starten** (Ctrl+R) flasht vanaf dan elk board dat je "
+               "aansluit, meerdere tegelijk. Boards die met `--test-device` zijn opgegeven, "
+               "worden meteen bij het starten geflasht, en boards van **Uitproberen met een "
+               "gesimuleerd board** in het menu **Help** tellen ook als boards: met vier daarvan "
+               "zie je het station zonder hardware aan het werk.",
+               "Für einen Hub voller Boards wählst du **Flash-Station** im Menü **Ansicht** (oder "
+               "startest `tarnwick --station PRODUKT.twflash`): Eine Tabelle der Boards tritt an "
+               "die Stelle der Dateien, und **Starten** (Strg+R) flasht von da an jedes "
+               "angeschlossene Board, mehrere gleichzeitig. Boards, die mit `--test-device` "
+               "angegeben sind, werden gleich beim Start geflasht, und Boards aus **Mit "
+               "simuliertem Board ausprobieren** im Menü **Hilfe** zählen ebenfalls als Boards: "
+               "Mit vier davon lässt sich die Station ganz ohne Hardware ansehen.",
+               "Pour un hub rempli de cartes, choisissez **Station de flashage** dans le menu "
+               "**Affichage** (ou lancez `tarnwick --station PRODUIT.twflash`)\u00A0: un tableau "
+               "des cartes prend la place des fichiers, et **Démarrer** (Ctrl+R) flashe dès lors "
+               "chaque carte branchée, plusieurs à la fois. Les cartes indiquées avec "
+               "`--test-device` sont flashées dès le démarrage, et celles d’**Essayer avec une "
+               "carte simulée** dans le menu **Aide** comptent aussi comme des cartes\u00A0: avec "
+               "quatre d’entre elles, la station se montre sans aucun matériel.",
+               "Para un hub lleno de placas, elige **Estación de flasheo** en el menú **Ver** (o "
+               "inicia `tarnwick --station PRODUCTO.twflash`): una tabla de placas ocupa el lugar "
+               "de los archivos, y **Iniciar** (Control+R) flashea desde entonces cada placa que "
+               "se conecte, varias a la vez. Las placas indicadas con `--test-device` se "
+               "flashean nada más iniciar, y las de **Probar con una placa simulada** en el menú "
+               "**Ayuda** también cuentan como placas: con cuatro de ellas se ve la estación sin "
+               "ningún hardware."}),
+          screenshot("station-running.png",
+                     {"Four boards at the station: one done, one pulled out during its run, two "
+                      "still being written.",
+                      "Vier boards aan het station: één klaar, één losgekoppeld tijdens het "
+                      "flashen, twee die nog worden beschreven.",
+                      "Vier Boards an der Station: eines fertig, eines während des Flashens "
+                      "abgezogen, zwei werden noch beschrieben.",
+                      "Quatre cartes à la station\u00A0: une terminée, une débranchée pendant le "
+                      "flashage, deux encore en cours d’écriture.",
+                      "Cuatro placas en la estación: una terminada, una desconectada durante el "
+                      "flasheo y dos que aún se están escribiendo."}),
+          bullets({
+              {"Above the table, large enough to read from across the bench: **Flashed**, "
+               "**Failed**, **Running** and **Boards per hour** (the boards finished in the last "
+               "ten minutes, times six).",
+               "Boven de tabel, groot genoeg om vanaf de andere kant van de werkbank te lezen: "
+               "**Geflasht**, **Mislukt**, **Bezig** en **Boards per uur** (de boards die in de "
+               "laatste tien minuten klaar waren, maal zes).",
+               "Über der Tabelle, groß genug, um sie quer über die Werkbank zu lesen: "
+               "**Geflasht**, **Fehlgeschlagen**, **Laufend** und **Boards pro Stunde** (die in "
+               "den letzten zehn Minuten fertigen Boards mal sechs).",
+               "Au-dessus du tableau, assez grand pour être lu de l’autre bout de "
+               "l’établi\u00A0: **Flashées**, **Échecs**, **En cours** et **Cartes par heure** "
+               "(les cartes terminées dans les dix dernières minutes, multipliées par six).",
+               "Encima de la tabla, lo bastante grande para leerse desde el otro lado del banco "
+               "de trabajo: **Flasheadas**, **Fallidas**, **En curso** y **Placas por hora** (las "
+               "placas terminadas en los últimos diez minutos, por seis)."},
+              {"A row shows the port, the board, its USB serial number where it has one, the "
+               "chip and MAC address once connected, the stage, the progress, the result and the "
+               "time taken. A finished row stays until its port gets the next board or you press "
+               "**Clear Finished**. Click a row for that board's own lines; the log below keeps "
+               "every board's lines, each after its port.",
+               "Een rij toont de poort, het board, zijn USB-serienummer als het er een heeft, "
+               "de chip en het MAC-adres zodra het verbonden is, de stap, de voortgang, het "
+               "resultaat en de duur. Een afgeronde rij blijft staan tot er een volgend board op "
+               "die poort komt of tot je op **Afgeronde wissen** drukt. Klik op een rij voor de "
+               "eigen regels van dat board; het logboek eronder houdt de regels van alle boards "
+               "bij, elk na zijn poort.",
+               "Eine Zeile zeigt die Schnittstelle, das Board, seine USB-Seriennummer, falls es "
+               "eine hat, Chip und MAC-Adresse, sobald es verbunden ist, den Schritt, den "
+               "Fortschritt, das Ergebnis und die Dauer. Eine fertige Zeile bleibt, bis an ihrer "
+               "Schnittstelle das nächste Board steckt oder du **Fertige entfernen** drückst. "
+               "Ein Klick auf eine Zeile zeigt die eigenen Zeilen dieses Boards; das Protokoll "
+               "darunter führt die Zeilen aller Boards, jede nach ihrer Schnittstelle.",
+               "Une ligne indique le port, la carte, son numéro de série USB s’il y en a un, la "
+               "puce et l’adresse MAC une fois connectée, l’étape, la progression, le résultat "
+               "et la durée. Une ligne terminée reste jusqu’à ce que son port reçoive la carte "
+               "suivante ou que vous appuyiez sur **Effacer les terminées**. Cliquez sur une "
+               "ligne pour voir les lignes propres à cette carte\u00A0; le journal en dessous "
+               "garde les lignes de toutes les cartes, chacune après son port.",
+               "Una fila muestra el puerto, la placa, su número de serie USB si lo tiene, el chip "
+               "y la dirección MAC una vez conectada, el paso, el progreso, el resultado y la "
+               "duración. Una fila terminada se queda hasta que su puerto recibe la siguiente "
+               "placa o pulsas **Quitar las terminadas**. Haz clic en una fila para ver las "
+               "líneas propias de esa placa; el registro de abajo guarda las líneas de todas, "
+               "cada una tras su puerto."},
+              {"The first **Stop** takes no new boards and lets the running ones finish; **Stop "
+               "Now** stops them too. **Also flash the boards already connected** takes the "
+               "boards that are there when you press **Start**, and **Limit** stops taking "
+               "boards once that many are flashed or running.",
+               "De eerste keer **Stoppen** neemt geen nieuwe boards meer aan en laat de lopende "
+               "afmaken; **Nu stoppen** stopt ook die. **Ook de al aangesloten boards flashen** "
+               "neemt de boards mee die er al zijn als je op **Starten** drukt, en **Limiet** "
+               "neemt geen boards meer aan zodra er zoveel geflasht of bezig zijn.",
+               "Das erste **Stoppen** nimmt keine neuen Boards mehr an und lässt die laufenden "
+               "fertig werden; **Sofort abbrechen** bricht auch diese ab. **Auch die schon "
+               "angeschlossenen Boards flashen** nimmt die Boards mit, die beim Drücken von "
+               "**Starten** schon da sind, und **Grenze** nimmt keine Boards mehr an, sobald so "
+               "viele geflasht sind oder laufen.",
+               "Un premier **Arrêter** ne prend plus de nouvelles cartes et laisse finir celles "
+               "en cours\u00A0; **Arrêter maintenant** les arrête aussi. **Flasher aussi les "
+               "cartes déjà branchées** prend les cartes présentes quand vous appuyez sur "
+               "**Démarrer**, et **Limite** cesse de prendre des cartes dès que ce nombre est "
+               "flashé ou en cours.",
+               "El primer **Detener** no acepta placas nuevas y deja terminar las que están en "
+               "curso; **Detener ya** las detiene también. **Flashear también las placas ya "
+               "conectadas** incluye las placas que ya están al pulsar **Iniciar**, y **Límite** "
+               "deja de aceptar placas cuando haya tantas flasheadas o en curso."},
+              {"With a **Record file**, each finished board adds a line of JSON to it, as "
+               "`--record` does below; Tarnwick remembers the file for each product file. If a "
+               "line cannot be written, the station takes no new boards and says so above the "
+               "table.",
+               "Met een **Registratiebestand** voegt elk afgerond board er een regel JSON aan "
+               "toe, zoals `--record` hieronder; Tarnwick onthoudt het bestand per "
+               "productbestand. Kan een regel niet worden geschreven, dan neemt het station geen "
+               "nieuwe boards meer aan en zegt dat boven de tabel.",
+               "Mit einer **Protokolldatei** hängt jedes fertige Board eine JSON-Zeile an, wie "
+               "`--record` weiter unten; Tarnwick merkt sich die Datei für jede Produktdatei. "
+               "Lässt sich eine Zeile nicht schreiben, nimmt die Station keine neuen Boards mehr "
+               "an und sagt das über der Tabelle.",
+               "Avec un **Fichier de suivi**, chaque carte terminée y ajoute une ligne JSON, "
+               "comme `--record` plus bas\u00A0; Tarnwick retient le fichier pour chaque fichier "
+               "produit. Si une ligne ne peut pas être écrite, la station ne prend plus de "
+               "nouvelles cartes et le signale au-dessus du tableau.",
+               "Con un **Archivo de registro**, cada placa terminada le añade una línea JSON, "
+               "como `--record` más abajo; Tarnwick recuerda el archivo para cada archivo de "
+               "producto. Si no se puede escribir una línea, la estación no acepta más placas y "
+               "lo indica encima de la tabla."},
+              {"While the station runs, the product cannot be changed and Tarnwick cannot be "
+               "quit. Once it stands still, Esc or **Flashing Station** again brings the files "
+               "back.",
+               "Zolang het station loopt, kan het product niet worden gewijzigd en kan Tarnwick "
+               "niet worden afgesloten. Staat het stil, dan brengt Esc of nogmaals "
+               "**Flashstation** de bestanden terug.",
+               "Solange die Station läuft, lässt sich das Produkt nicht ändern und Tarnwick "
+               "nicht beenden. Steht sie still, bringen Esc oder noch einmal **Flash-Station** "
+               "die Dateien zurück.",
+               "Tant que la station tourne, le produit ne peut pas être modifié et Tarnwick ne "
+               "peut pas être quitté. Une fois à l’arrêt, Échap ou à nouveau **Station de "
+               "flashage** ramène les fichiers.",
+               "Mientras la estación funciona, el producto no se puede cambiar ni Tarnwick "
+               "cerrarse. Cuando está parada, Esc o de nuevo **Estación de flasheo** devuelve "
+               "los archivos."},
+          }),
+          screenshot("station-finished.png",
+                     {"The station stopped: three boards flashed, one failed, and the lines of "
+                      "the board clicked.",
+                      "Het station gestopt: drie boards geflasht, één mislukt, en de regels van "
+                      "het aangeklikte board.",
+                      "Die Station gestoppt: drei Boards geflasht, eines fehlgeschlagen, und die "
+                      "Zeilen des angeklickten Boards.",
+                      "La station arrêtée\u00A0: trois cartes flashées, une en échec, et les "
+                      "lignes de la carte cliquée.",
+                      "La estación detenida: tres placas flasheadas, una fallida y las líneas de "
+                      "la placa en la que se hizo clic."}),
+          paragraph(
+              {"Without a window, the command `tarnwick-cli station PRODUCT.twflash` does the "
+               "same: it flashes every newly connected board at once, several in parallel, with "
+               "the same product file. Boards that were already connected are left alone unless "
+               "you add `--now`.",
+               "Zonder venster doet het commando `tarnwick-cli station PRODUCT.twflash` "
+               "hetzelfde: het flasht elk nieuw aangesloten board meteen, meerdere tegelijk, met "
                "hetzelfde productbestand. Boards die al aangesloten waren, blijven met rust, "
                "tenzij je `--now` toevoegt.",
-               "Für einen Hub voller Boards flasht der Befehl `tarnwick-cli station "
-               "PRODUKT.twflash` jedes neu angeschlossene Board sofort, mehrere parallel, mit "
+               "Ohne Fenster tut der Befehl `tarnwick-cli station PRODUKT.twflash` dasselbe: "
+               "Er flasht jedes neu angeschlossene Board sofort, mehrere parallel, mit "
                "derselben Produktdatei. Bereits angeschlossene Boards bleiben unberührt, außer "
                "du gibst `--now` an.",
-               "Pour un hub rempli de cartes, la commande `tarnwick-cli station "
-               "PRODUIT.twflash` flashe aussitôt chaque carte nouvellement branchée, plusieurs "
+               "Sans fenêtre, la commande `tarnwick-cli station PRODUIT.twflash` fait de "
+               "même\u00A0: elle flashe aussitôt chaque carte nouvellement branchée, plusieurs "
                "en parallèle, avec le même fichier produit. Les cartes déjà branchées ne sont "
                "pas touchées, sauf si vous ajoutez `--now`.",
-               "Para un hub lleno de placas, la orden `tarnwick-cli station PRODUCTO.twflash` "
+               "Sin ventana, la orden `tarnwick-cli station PRODUCTO.twflash` hace lo mismo: "
                "flashea enseguida cada placa recién conectada, varias en paralelo, con el mismo "
                "archivo de producto. Las placas que ya estaban conectadas no se tocan, salvo que "
                "añadas `--now`."}),
@@ -320,8 +480,11 @@ HelpTopic shortcuts() {
       {
           table({
               {{"Ctrl+R", "Ctrl+R", "Strg+R", "Ctrl+R", "Control+R"},
-               {"Flash / stop", "Flashen / stoppen", "Flashen / stoppen", "Flasher / arrêter",
-                "Flashear / detener"}},
+               {"Flash / stop; start or stop the station",
+                "Flashen / stoppen; het station starten of stoppen",
+                "Flashen / stoppen; die Station starten oder stoppen",
+                "Flasher / arrêter\u00A0; démarrer ou arrêter la station",
+                "Flashear / detener; iniciar o detener la estación"}},
               {{"Ctrl+N / Ctrl+O", "Ctrl+N / Ctrl+O", "Strg+N / Strg+O", "Ctrl+N / Ctrl+O",
                 "Control+N / Control+O"},
                {"New product / open product", "Nieuw product / product openen",

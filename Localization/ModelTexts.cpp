@@ -30,4 +30,8 @@ std::string demoProduct(const std::string& board) {
          tr({" demo", "", "", "", ""});
 }
 
+std::string networkPort(const std::string& name) {
+  return name + tr({" (network)", " (netwerk)", " (Netzwerk)", " (réseau)", " (red)"});
+}
+
 } // namespace tarnwick::L10n::Model

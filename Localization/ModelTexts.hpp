@@ -12,6 +12,9 @@ std::string simulatedBoard(const std::string& board, const std::string& path);
 /// Log lines when a simulated board is plugged in or pulled out; `port` is its port's name.
 std::string simulatedBoardPluggedIn(const std::string& port);
 std::string simulatedBoardUnplugged(const std::string& port);
+/// The name of a network port the user added: its address ("rfc2217://HOST:PORT"), marked as
+/// reached through the network.
+std::string networkPort(const std::string& name);
 /// The name of the demo product opened for a simulated board: "ESP32 demo".
 std::string demoProduct(const std::string& board);
 } // namespace tarnwick::L10n::Model

@@ -112,3 +112,71 @@ std::string noMatches() {
              "Sin coincidencias"});
 }
 } // namespace tarnwick::L10n::Find
+
+namespace tarnwick::L10n::NetworkPorts {
+std::string addNetworkPort() {
+  return tr({"Add Network Port…", "Netwerkpoort toevoegen…", "Netzwerkport hinzufügen …",
+             "Ajouter un port réseau…", "Añadir puerto de red…"});
+}
+std::string removeNetworkPort() {
+  return tr({"Remove Network Port", "Netwerkpoort verwijderen", "Netzwerkport entfernen",
+             "Retirer le port réseau", "Quitar el puerto de red"});
+}
+std::string dialogTitle() {
+  return tr({"Add Network Port", "Netwerkpoort toevoegen", "Netzwerkport hinzufügen",
+             "Ajouter un port réseau", "Añadir puerto de red"});
+}
+std::string explanation() {
+  return tr({"A board on another computer, offered on the network by a serial server such as "
+             "ser2net with RFC 2217. Enter the server's host and the board's TCP port, or paste "
+             "an rfc2217:// address.",
+             "Een board aan een andere computer, dat een seriële server zoals ser2net met RFC 2217 "
+             "op het netwerk aanbiedt. Vul de host van de server en de TCP-poort van het board "
+             "in, of plak een rfc2217://-adres.",
+             "Ein Board an einem anderen Rechner, das ein serieller Server wie ser2net mit "
+             "RFC 2217 im Netzwerk anbietet. Gib den Host des Servers und den TCP-Port des Boards "
+             "ein oder füge eine rfc2217://-Adresse ein.",
+             "Une carte branchée sur un autre ordinateur, qu’un serveur série comme ser2net offre "
+             "sur le réseau en RFC 2217. Saisissez l’hôte du serveur et le port TCP de la carte, "
+             "ou collez une adresse rfc2217://.",
+             "Una placa conectada a otro equipo, que un servidor serie como ser2net ofrece en la "
+             "red con RFC 2217. Escribe el host del servidor y el puerto TCP de la placa, o pega "
+             "una dirección rfc2217://."});
+}
+std::string host() { return tr({"Host", "Host", "Host", "Hôte", "Host"}); }
+std::string hostPlaceholder() {
+  return tr({"for example rack3.local or 192.168.1.20", "bijvoorbeeld rack3.local of 192.168.1.20",
+             "zum Beispiel rack3.local oder 192.168.1.20",
+             "par exemple rack3.local ou 192.168.1.20", "por ejemplo rack3.local o 192.168.1.20"});
+}
+std::string tcpPort() {
+  return tr({"TCP port", "TCP-poort", "TCP-Port", "Port TCP", "Puerto TCP"});
+}
+std::string add() { return tr({"Add", "Toevoegen", "Hinzufügen", "Ajouter", "Añadir"}); }
+std::string notAHost(const std::string& host) {
+  switch (currentLanguage()) {
+  case Language::en: return "'" + host + "' is not a host name or IP address.";
+  case Language::nl: return "'" + host + "' is geen hostnaam of IP-adres.";
+  case Language::de: return "„" + host + "“ ist weder ein Hostname noch eine IP-Adresse.";
+  case Language::fr: return "« " + host + " » n’est ni un nom d’hôte ni une adresse IP.";
+  case Language::es: return "«" + host + "» no es un nombre de host ni una dirección IP.";
+  }
+  return {};
+}
+std::string notAPortNumber() {
+  return tr(
+      {"The TCP port is a number from 1 to 65535.", "De TCP-poort is een getal van 1 tot 65535.",
+       "Der TCP-Port ist eine Zahl von 1 bis 65535.", "Le port TCP est un nombre de 1 à 65535.",
+       "El puerto TCP es un número del 1 al 65535."});
+}
+std::string onlyRFC2217() {
+  return tr({"Tarnwick needs an RFC 2217 port: rfc2217://HOST:PORT, or the host and port alone.",
+             "Tarnwick heeft een RFC 2217-poort nodig: rfc2217://HOST:POORT, of alleen host en "
+             "poort.",
+             "Tarnwick braucht einen RFC-2217-Port: rfc2217://HOST:PORT oder nur Host und Port.",
+             "Tarnwick a besoin d’un port RFC 2217 : rfc2217://HÔTE:PORT, ou seulement l’hôte et "
+             "le port.",
+             "Tarnwick necesita un puerto RFC 2217: rfc2217://HOST:PUERTO, o solo el host y el "
+             "puerto."});
+}
+} // namespace tarnwick::L10n::NetworkPorts

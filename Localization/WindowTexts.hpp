@@ -42,3 +42,22 @@ std::string nextTooltip();
 std::string matchOf(std::int64_t current, std::int64_t total);
 std::string noMatches();
 } // namespace tarnwick::L10n::Find
+
+namespace tarnwick::L10n::NetworkPorts {
+/// The port picker's entry that asks for a port on another computer.
+std::string addNetworkPort();
+/// The picker's entry that forgets the selected network port.
+std::string removeNetworkPort();
+/// The dialog asking for the port: its title, what it is for, its fields and its button.
+std::string dialogTitle();
+std::string explanation();
+std::string host();
+std::string hostPlaceholder();
+std::string tcpPort();
+std::string add();
+/// What is wrong with the text typed: a host that is no host name or address, a port outside
+/// 1…65535, an address of another kind than rfc2217://.
+std::string notAHost(const std::string& host);
+std::string notAPortNumber();
+std::string onlyRFC2217();
+} // namespace tarnwick::L10n::NetworkPorts

@@ -1,6 +1,9 @@
 #include "Simulator/SimulatedBoard.hpp"
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <atomic>
 #include <stdexcept>
 
 #include "FlashCore/AVR.hpp"
@@ -78,6 +81,11 @@ SimulatedBoard::SimulatedBoard(const Target& target, bool paceLine) : target_(ta
     SimulatedESPOptions options;
     options.chip = *chip;
     options.paceLine = paceLine;
+    // Every simulated board its own MAC address, as real boards have, whether several run in one
+    // program or each in a tarnwick-simboard of its own: a station showing four boards with one
+    // address would look like one board counted four times.
+    static std::atomic<std::uint32_t> boardsMade = 0;
+    options.macWord0 += (static_cast<std::uint32_t>(getpid()) << 8) + boardsMade++;
     esp_ = std::make_unique<SimulatedESP>(options);
   } else {
     SimulatedAVROptions options;

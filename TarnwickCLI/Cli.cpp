@@ -21,6 +21,8 @@
 #include "FlashSerial/FlashPort.hpp"
 #include "FlashSerial/FlashPortError.hpp"
 #include "FlashSerial/NetworkPort.hpp"
+#include "FlashStation/PortSource.hpp"
+#include "FlashStation/Station.hpp"
 #include "Localization/AVRTexts.hpp"
 #include "Localization/CliTexts.hpp"
 #include "Localization/GeneralTexts.hpp"
@@ -32,7 +34,6 @@
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/Ports.hpp"
-#include "TarnwickCLI/Station.hpp"
 #include "TarnwickCLI/StationOutput.hpp"
 
 namespace tarnwick::cli {
@@ -328,10 +329,10 @@ int flash(const Arguments& arguments) {
   return runFailed;
 }
 
-std::atomic<Station*> activeStation = nullptr;
+std::atomic<station::Station*> activeStation = nullptr;
 
 extern "C" void onStationInterrupt(int) {
-  if (Station* station = activeStation.load()) station->interrupt();
+  if (station::Station* running = activeStation.load()) running->interrupt();
 }
 
 int station(const Arguments& arguments) {
@@ -342,9 +343,10 @@ int station(const Arguments& arguments) {
   applyOverrides(package.product, arguments.overrides, arguments.command);
   checkBeforeFlashing(package);
 
-  StationOptions options;
+  station::StationOptions options;
   options.onlyPorts = {arguments.ports.begin(), arguments.ports.end()};
-  options.testDevices = arguments.testDevice;
+  options.allowsTestDevices = arguments.testDevice;
+  if (arguments.testDevice) options.testDevices = options.onlyPorts;
   options.now = arguments.now;
   options.limit = arguments.limit;
   std::vector<std::string> testDevices;
@@ -364,20 +366,21 @@ int station(const Arguments& arguments) {
     }
   }
 
-  ScannerPortSource source(testDevices);
+  station::ScannerPortSource source(testDevices);
   // Named test devices need no notice of ports coming and going; anything else does.
   if (!source.canWatch() && testDevices.size() != arguments.ports.size()) {
     throw Unusable{L10n::Ports::cannotWatch()};
   }
 
   std::unique_ptr<StationOutput> output;
+  const std::string productName = package.product.name;
   if (arguments.json)
-    output = std::make_unique<StationJSON>(stdout, stderr, std::move(record));
+    output = std::make_unique<StationJSON>(stdout, stderr, std::move(record), productName);
   else
-    output =
-        std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1, std::move(record));
+    output = std::make_unique<StationConsole>(stdout, ::isatty(STDOUT_FILENO) == 1,
+                                              std::move(record), productName);
 
-  Station station(std::move(package), options, *output);
+  station::Station station(std::move(package), options, *output);
   activeStation = &station;
   // Without SA_RESTART: the signal also cuts the station's wait short.
   struct sigaction action {};

@@ -19,30 +19,15 @@
 
 namespace tarnwick::cli {
 
+using station::dumped;
+using station::isoTime;
+using station::Json;
+using station::orNull;
+using station::tenths;
+
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr auto minimumRedrawInterval = std::chrono::milliseconds(100);
-
-std::string dumped(const Json& object) {
-  // Names and messages may carry bytes from a device; a broken one must not end the output.
-  return object.dump(-1, ' ', false, Json::error_handler_t::replace);
-}
-
-Json orNull(const std::optional<std::string>& value) { return value ? Json(*value) : Json(); }
-
-// Seconds to a tenth, as a number.
-double tenths(double seconds) { return static_cast<double>(std::llround(seconds * 10)) / 10; }
-
-std::string resultName(BoardOutcome::Result result) {
-  switch (result) {
-  case BoardOutcome::Result::done: return "done";
-  case BoardOutcome::Result::failed: return "failed";
-  case BoardOutcome::Result::stopped: return "stopped";
-  }
-  return {};
-}
 
 // The first `columns` characters of `text` (not bytes: the line holds accented words).
 std::string clipped(const std::string& text, std::size_t columns) {
@@ -103,79 +88,49 @@ std::string statusLine(const std::vector<std::pair<std::string, int>>& boards, s
   return clipped(text, columns);
 }
 
-std::string isoTime(std::chrono::system_clock::time_point time) {
-  using namespace std::chrono;
-  const auto since = time.time_since_epoch();
-  const std::time_t whole = duration_cast<seconds>(since).count();
-  const auto milliseconds = duration_cast<std::chrono::milliseconds>(since).count() % 1000;
-  std::tm utc{};
-  ::gmtime_r(&whole, &utc);
-  char text[96];
-  std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", utc.tm_year + 1900,
-                utc.tm_mon + 1, utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec,
-                static_cast<int>(milliseconds));
-  return text;
-}
-
-// MARK: - The record file
-
-StationRecord::StationRecord(std::string path, std::string productName, std::string productSHA256)
-    : path_(std::move(path)), productName_(std::move(productName)),
-      productSHA256_(std::move(productSHA256)) {
-  fd_ = ::open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY, 0644);
-  if (fd_ < 0) throw std::system_error(errno, std::generic_category());
-}
-
-StationRecord::~StationRecord() {
-  if (fd_ >= 0) ::close(fd_);
-}
-
-std::string StationRecord::line(const BoardOutcome& outcome) const {
-  return dumped({{"time", isoTime(outcome.finished)},
-                 {"port", outcome.board.path},
-                 {"name", outcome.board.name},
-                 {"chip", orNull(outcome.chip)},
-                 {"mac", orNull(outcome.mac)},
-                 {"product", productName_},
-                 {"productSHA256", productSHA256_},
-                 {"result", resultName(outcome.result)},
-                 {"message", outcome.message},
-                 {"seconds", tenths(outcome.seconds)}}) +
-         "\n";
-}
-
-void StationRecord::append(const BoardOutcome& outcome) {
-  const std::string text = line(outcome);
-  // One write: with O_APPEND the line lands whole after whatever is there, even when two
-  // stations share the file.
-  ssize_t written;
-  do {
-    written = ::write(fd_, text.data(), text.size());
-  } while (written < 0 && errno == EINTR);
-  if (written < 0) throw std::system_error(errno, std::generic_category());
-  if (static_cast<std::size_t>(written) != text.size())
-    throw std::system_error(ENOSPC, std::generic_category());
-  if (::fdatasync(fd_) != 0 && errno != EINVAL)
-    throw std::system_error(errno, std::generic_category());
+std::vector<std::string> noticeLines(const StationNotice& notice, const std::string& productName) {
+  using Kind = StationNotice::Kind;
+  switch (notice.kind) {
+  case Kind::ready: return {L10n::Station::ready(productName, notice.count > 0)};
+  case Kind::waitingForPort: return {L10n::Station::waitingForPort(notice.text)};
+  case Kind::oneAtATime: return {L10n::Station::oneAtATime()};
+  case Kind::finishing: return {L10n::Station::finishing(notice.count)};
+  case Kind::stopping: return {L10n::Station::stopping()};
+  case Kind::limitReached: return {L10n::Station::limitReached(notice.count)};
+  case Kind::recordLost: return {L10n::Station::recordLost(notice.text)};
+  case Kind::ended:
+    // The counts, and then once more why they may not match the record.
+    if (notice.text.empty()) return {L10n::Station::summary(notice.count, notice.failed)};
+    return {L10n::Station::summary(notice.count, notice.failed), notice.text};
+  }
+  return {};
 }
 
 // MARK: - Both forms
 
 StationOutput::StationOutput(std::FILE* out, std::FILE* errors,
-                             std::unique_ptr<StationRecord> record)
-    : out_(out), errors_(errors), record_(std::move(record)) {}
+                             std::unique_ptr<StationRecord> record, std::string productName)
+    : out_(out), errors_(errors), record_(std::move(record)), productName_(std::move(productName)) {
+}
+
+void StationOutput::notice(const StationNotice& notice) {
+  for (const auto& line : noticeLines(notice, productName_))
+    say(line);
+}
+
+void StationOutput::event(const StationBoard& board, const FlashEvent& event) {
+  if (auto* progressed = std::get_if<FlashEvents::Progress>(&event)) {
+    progress(board, progressed->done, progressed->total);
+  } else if (auto* answered = std::get_if<FlashEvents::Connected>(&event)) {
+    connected(board, answered->chip, answered->mac);
+  }
+}
 
 void StationOutput::finished(const BoardOutcome& outcome) { show(outcome); }
 
 std::optional<std::string> StationOutput::record(const BoardOutcome& outcome) {
   if (!record_) return std::nullopt;
-  try {
-    record_->append(outcome);
-    return std::nullopt;
-  } catch (const std::system_error& error) {
-    return L10n::Station::cannotWriteRecord(record_->path(),
-                                            L10n::Errors::systemCause(error.code().value()));
-  }
+  return record_->keep(outcome);
 }
 
 void StationOutput::put(const std::string& text) {
@@ -198,8 +153,9 @@ bool StationOutput::outputLost() {
 // MARK: - Lines for people
 
 StationConsole::StationConsole(std::FILE* out, bool interactive,
-                               std::unique_ptr<StationRecord> record)
-    : StationOutput(out, stderr, std::move(record)), interactive_(interactive) {}
+                               std::unique_ptr<StationRecord> record, std::string productName)
+    : StationOutput(out, stderr, std::move(record), std::move(productName)),
+      interactive_(interactive) {}
 
 void StationConsole::lineLocked(const std::string& text) {
   put((statusShown_ ? "\r\033[K" : "") + visibleLines(text) + "\n");
@@ -239,7 +195,7 @@ void StationConsole::skipped(const StationBoard& board, const std::string& reaso
   lineLocked(L10n::Station::aboutBoard(board.name, L10n::Station::leftAlone(reason)));
 }
 
-void StationConsole::notice(const std::string& text) {
+void StationConsole::say(const std::string& text) {
   std::lock_guard lock(mutex_);
   lineLocked(text);
 }
@@ -254,7 +210,7 @@ void StationConsole::connected(const StationBoard& board, const std::string& chi
                                const std::optional<std::string>& mac) {
   std::lock_guard lock(mutex_);
   lineLocked(L10n::Station::aboutBoard(board.name, mac ? L10n::Log::chipAndMAC(chip, *mac)
-                                                        : L10n::Log::chip(chip)));
+                                                       : L10n::Log::chip(chip)));
 }
 
 void StationConsole::progress(const StationBoard& board, std::int64_t done, std::int64_t total) {
@@ -291,11 +247,12 @@ void StationConsole::show(const BoardOutcome& outcome) {
 
 // MARK: - JSON for scripts
 
-StationJSON::StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record)
-    : StationOutput(out, errors, std::move(record)) {}
+StationJSON::StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record,
+                         std::string productName)
+    : StationOutput(out, errors, std::move(record), std::move(productName)) {}
 
 namespace {
-Json event(const char* name, const StationBoard& board) {
+Json eventObject(const char* name, const StationBoard& board) {
   return {{"event", name},
           {"time", isoTime(std::chrono::system_clock::now())},
           {"port", board.path},
@@ -303,7 +260,7 @@ Json event(const char* name, const StationBoard& board) {
 }
 } // namespace
 
-void StationJSON::notice(const std::string& text) {
+void StationJSON::say(const std::string& text) {
   std::lock_guard lock(mutex_);
   std::fprintf(errors_, "%s\n", visibleLines(text).c_str());
   std::fflush(errors_);
@@ -312,12 +269,12 @@ void StationJSON::notice(const std::string& text) {
 void StationJSON::started(const StationBoard& board) {
   std::lock_guard lock(mutex_);
   percent_[board.path] = -5;
-  put(dumped(event("started", board)) + "\n");
+  put(dumped(eventObject("started", board)) + "\n");
 }
 
 void StationJSON::connected(const StationBoard& board, const std::string& chip,
                             const std::optional<std::string>& mac) {
-  Json object = event("connected", board);
+  Json object = eventObject("connected", board);
   object["chip"] = chip;
   object["mac"] = orNull(mac);
   std::lock_guard lock(mutex_);
@@ -332,7 +289,7 @@ void StationJSON::progress(const StationBoard& board, std::int64_t done, std::in
   // Each fifth percent that is crossed: enough to follow, few enough lines to read. A jump
   // over several steps gives each of them, so a reader sees every step.
   for (int step = (last / 5 + 1) * 5; step <= percent; step += 5) {
-    Json object = event("progress", board);
+    Json object = eventObject("progress", board);
     object["done"] = step == percent ? done : total * step / 100;
     object["total"] = total;
     object["percent"] = step;
@@ -342,7 +299,7 @@ void StationJSON::progress(const StationBoard& board, std::int64_t done, std::in
 }
 
 void StationJSON::skipped(const StationBoard& board, const std::string& reason) {
-  Json object = event("skipped", board);
+  Json object = eventObject("skipped", board);
   object["reason"] = reason;
   std::lock_guard lock(mutex_);
   percent_.erase(board.path);
@@ -351,7 +308,7 @@ void StationJSON::skipped(const StationBoard& board, const std::string& reason) 
 
 void StationJSON::show(const BoardOutcome& outcome) {
   const bool done = outcome.result == BoardOutcome::Result::done;
-  Json object = event(done ? "done" : "failed", outcome.board);
+  Json object = eventObject(done ? "done" : "failed", outcome.board);
   object["time"] = isoTime(outcome.finished);
   object["chip"] = orNull(outcome.chip);
   object["mac"] = orNull(outcome.mac);

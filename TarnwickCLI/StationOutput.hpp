@@ -1,6 +1,6 @@
 #pragma once
 // What the flashing station prints: lines for people with a live status line on a terminal, or
-// one JSON object per event for scripts; and the record file of finished boards.
+// one JSON object per event for scripts. Either also keeps the record file.
 
 #include <atomic>
 #include <chrono>
@@ -11,54 +11,46 @@
 #include <string>
 #include <vector>
 
-#include "TarnwickCLI/Station.hpp"
+#include "FlashStation/Station.hpp"
+#include "FlashStation/StationRecord.hpp"
 
 namespace tarnwick::cli {
 
-/// "2026-11-23T10:15:42.123Z": a time in ISO 8601, UTC, to the millisecond.
-std::string isoTime(std::chrono::system_clock::time_point time);
+using station::BoardOutcome;
+using station::StationBoard;
+using station::StationNotice;
+using station::StationRecord;
 
 /// The live line of the console within `columns`: the counts, then `boards` (device name and
 /// percentage, in the order given) under ever shorter names until the line fits.
 std::string statusLine(const std::vector<std::pair<std::string, int>>& boards, std::int64_t flashed,
                        std::int64_t failed, std::size_t columns);
 
-/// The record file: one JSON object per line and finished board, appended with one write(2) and
-/// flushed to the disk, so a crash loses at most the line being written.
-class StationRecord {
-public:
-  /// Opens `path` for appending, creating it. Throws std::system_error.
-  StationRecord(std::string path, std::string productName, std::string productSHA256);
-  ~StationRecord();
-  StationRecord(const StationRecord&) = delete;
-  StationRecord& operator=(const StationRecord&) = delete;
-
-  /// Appends the line of `outcome`. Throws std::system_error.
-  void append(const BoardOutcome& outcome);
-
-  const std::string& path() const { return path_; }
-
-private:
-  std::string line(const BoardOutcome& outcome) const;
-
-  std::string path_;
-  std::string productName_;
-  std::string productSHA256_;
-  int fd_ = -1;
-};
+/// What a notice of the station says on the command line: one line, or two at the end when the
+/// record was lost.
+std::vector<std::string> noticeLines(const station::StationNotice& notice,
+                                     const std::string& productName);
 
 /// The station's output; both forms also keep the record when there is one.
-class StationOutput : public StationReport {
+class StationOutput : public station::StationReport {
 public:
   /// `errors` takes the notices of the JSON form and the record's failures.
-  StationOutput(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record);
+  StationOutput(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record,
+                std::string productName = {});
+  void notice(const StationNotice& notice) override;
+  void event(const StationBoard& board, const FlashEvent& event) override;
   void finished(const BoardOutcome& outcome) override;
+  virtual void connected(const StationBoard& board, const std::string& chip,
+                         const std::optional<std::string>& mac) = 0;
+  virtual void progress(const StationBoard& board, std::int64_t done, std::int64_t total) = 0;
   std::optional<std::string> record(const BoardOutcome& outcome) override;
   bool outputLost() override;
   /// The station has ended: nothing more is drawn.
   virtual void end() {}
 
 protected:
+  /// A line about the station itself.
+  virtual void say(const std::string& text) = 0;
   virtual void show(const BoardOutcome& outcome) = 0;
   /// Writes to `out` unless its reader has gone; notices when it goes. Call with `mutex_` held.
   void put(const std::string& text);
@@ -68,6 +60,7 @@ protected:
 
 private:
   std::unique_ptr<StationRecord> record_;
+  std::string productName_;
   std::atomic<bool> lost_ = false;
 };
 
@@ -75,8 +68,8 @@ private:
 /// with the boards in progress and the counts.
 class StationConsole : public StationOutput {
 public:
-  StationConsole(std::FILE* out, bool interactive, std::unique_ptr<StationRecord> record = {});
-  void notice(const std::string& text) override;
+  StationConsole(std::FILE* out, bool interactive, std::unique_ptr<StationRecord> record = {},
+                 std::string productName = {});
   void started(const StationBoard& board) override;
   void connected(const StationBoard& board, const std::string& chip,
                  const std::optional<std::string>& mac) override;
@@ -86,6 +79,7 @@ public:
   void end() override;
 
 protected:
+  void say(const std::string& text) override;
   void show(const BoardOutcome& outcome) override;
 
 private:
@@ -105,8 +99,8 @@ private:
 /// crossed), done, failed and skipped. Notices go to `errors` as text.
 class StationJSON : public StationOutput {
 public:
-  StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record = {});
-  void notice(const std::string& text) override;
+  StationJSON(std::FILE* out, std::FILE* errors, std::unique_ptr<StationRecord> record = {},
+              std::string productName = {});
   void started(const StationBoard& board) override;
   void connected(const StationBoard& board, const std::string& chip,
                  const std::optional<std::string>& mac) override;
@@ -114,6 +108,7 @@ public:
   void skipped(const StationBoard& board, const std::string& reason) override;
 
 protected:
+  void say(const std::string& text) override;
   void show(const BoardOutcome& outcome) override;
 
 private:

@@ -25,6 +25,7 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "FlashCore/VisibleText.hpp"
 #include "FlashSerial/FlashPortError.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
@@ -34,6 +35,7 @@
 #include "Localization/SettingsTexts.hpp"
 #include "Localization/SimulatorTexts.hpp"
 #include "Localization/StationTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/SoundSink.hpp"
@@ -52,6 +54,7 @@ constexpr const char* timestamps = "timestamps";
 constexpr const char* autoscroll = "autoscroll";
 constexpr const char* unsaved = "unsaved";
 constexpr const char* recentDocuments = "recentDocuments";
+constexpr const char* networkPorts = "networkPorts";
 } // namespace Keys
 
 QString qs(const std::string& text) { return QString::fromStdString(text); }
@@ -132,6 +135,12 @@ FlasherModel::FlasherModel(Options options, QObject* parent)
   showTimestamps_ = storedSwitch(*defaults_, Keys::timestamps, true);
   autoscroll_ = storedSwitch(*defaults_, Keys::autoscroll, true);
   hasUnsavedChanges_ = defaults_->value(Keys::unsaved).toBool();
+  for (const QString& stored : defaults_->value(Keys::networkPorts).toStringList()) {
+    // A damaged or hand-edited list loses only the entries that name no network port.
+    const auto address = parseNetworkPort(stored.toStdString());
+    if (address && std::ranges::find(networkPorts_, address->name()) == networkPorts_.end())
+      networkPorts_.push_back(address->name());
+  }
 
   try {
     auto package = ProductPackage::read(*options_.autosaveLocation);
@@ -146,6 +155,8 @@ FlasherModel::FlasherModel(Options options, QObject* parent)
 
   // A test device given on the command line is what the person wants to flash.
   if (!options_.testDevices.empty()) selectedPath_ = qs(options_.testDevices.front());
+  // The remembered network ports are there before the scanner has looked.
+  ports_ = withOwnPorts({});
 
   if (options_.portSource) {
     QPointer<FlasherModel> weak(this);
@@ -213,6 +224,7 @@ QString FlasherModel::portLabel(const QString& path) const {
       return qs(L10n::Model::simulatedBoard(simulator::SimulatedBoard::displayName(board->target()),
                                             raw));
   }
+  if (isNetworkPort(path)) return qs(L10n::Model::networkPort(raw));
   for (const auto& port : ports_) {
     if (port.path == raw) return qs(visible(PortScanner::displayName(port)));
   }
@@ -227,7 +239,10 @@ QString FlasherModel::windowTitle() const {
 
 bool FlasherModel::runTriesUSBJTAGFirst() const { return job_ && job_->usbJTAGFirst; }
 
-QString FlasherModel::quitRefusedText() { return qs(L10n::Notice::waitUntilFinished()); }
+QString FlasherModel::quitRefusedText() const {
+  return qs(isStationRunning() ? L10n::StationWindow::stopBeforeQuitting()
+                               : L10n::Notice::waitUntilFinished());
+}
 
 void FlasherModel::emitDerived() {
   emit canFlashChanged();
@@ -258,6 +273,9 @@ bool FlasherModel::requestQuit() {
 // MARK: - Product
 
 void FlasherModel::setProduct(const Product& product) {
+  // The station flashes board after board with this product: it stays as it is until the
+  // station stops.
+  if (isStationRunning()) return;
   if (product == product_) return;
   product_ = product;
   emit productChanged();
@@ -293,6 +311,7 @@ void FlasherModel::setFiles(FileBytesMap files) {
 }
 
 void FlasherModel::newProduct() {
+  if (isStationRunning()) return;
   if (!confirmDiscard()) return;
   setFiles({});
   setProductURL(std::nullopt);
@@ -302,11 +321,13 @@ void FlasherModel::newProduct() {
 }
 
 void FlasherModel::openProductWithPanel() {
+  if (isStationRunning()) return;
   if (!confirmDiscard() || !dialogs_) return;
   if (auto location = dialogs_->chooseProductToOpen()) openProduct(*location);
 }
 
 void FlasherModel::openProduct(const std::filesystem::path& location) {
+  if (isStationRunning()) return;
   ProductPackage package;
   std::string name = fileNameOf(location);
   try {
@@ -332,6 +353,7 @@ void FlasherModel::openProduct(const std::filesystem::path& location) {
 }
 
 void FlasherModel::openRecent(const QString& location) {
+  if (isStationRunning()) return;
   if (!confirmDiscard()) return;
   openProduct(std::filesystem::path(location.toStdString()));
 }
@@ -404,6 +426,7 @@ bool FlasherModel::confirmDiscard() {
 // MARK: - Images
 
 void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations) {
+  if (isStationRunning()) return;
   std::vector<FirmwareImport::Imported> list;
   for (const auto& image : product_.images) {
     auto bytes = files_.find(image.id);
@@ -435,6 +458,7 @@ void FlasherModel::addFiles(const std::vector<std::filesystem::path>& locations)
 }
 
 void FlasherModel::importFolder(const std::filesystem::path& folder) {
+  if (isStationRunning()) return;
   std::string name = fileNameOf(folder);
   FirmwareImport::BuildFolder found;
   try {
@@ -458,6 +482,7 @@ void FlasherModel::importFolder(const std::filesystem::path& folder) {
 }
 
 void FlasherModel::setImages(const std::vector<FirmwareImport::Imported>& images) {
+  if (isStationRunning()) return;
   FileBytesMap files;
   Product product = product_;
   product.images.clear();
@@ -471,6 +496,7 @@ void FlasherModel::setImages(const std::vector<FirmwareImport::Imported>& images
 }
 
 void FlasherModel::replaceFile(const UUID& id, const std::filesystem::path& location) {
+  if (isStationRunning()) return;
   auto entry = std::ranges::find_if(product_.images,
                                     [&](const FirmwareImage& image) { return image.id == id; });
   if (entry == product_.images.end()) return;
@@ -497,6 +523,7 @@ void FlasherModel::replaceFile(const UUID& id, const std::filesystem::path& loca
 }
 
 void FlasherModel::removeImages(const std::set<UUID>& ids) {
+  if (isStationRunning()) return;
   Product product = product_;
   std::erase_if(product.images, [&](const FirmwareImage& image) { return ids.contains(image.id); });
   FileBytesMap files = files_;
@@ -533,7 +560,63 @@ std::vector<SerialPortInfo> FlasherModel::withOwnPorts(std::vector<SerialPortInf
         std::ranges::any_of(ports, [&](const SerialPortInfo& p) { return p.path == path; });
     if (!listed) ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
   }
+  // Without a vendor id: never a new board, never the fallback for a selection that is gone.
+  for (const auto& name : networkPorts_)
+    ports.push_back({name, std::nullopt, std::nullopt, std::nullopt});
   return ports;
+}
+
+void FlasherModel::relistOwnPorts() {
+  auto listed = withOwnPorts(scanned_);
+  if (listed == ports_) return;
+  ports_ = std::move(listed);
+  emit portListChanged();
+}
+
+QStringList FlasherModel::networkPorts() const {
+  QStringList names;
+  for (const auto& name : networkPorts_)
+    names << qs(name);
+  return names;
+}
+
+bool FlasherModel::isNetworkPort(const QString& path) {
+  return looksLikeNetworkPort(path.toStdString());
+}
+
+void FlasherModel::storeNetworkPorts() {
+  if (networkPorts_.empty())
+    defaults_->remove(Keys::networkPorts);
+  else
+    defaults_->setValue(Keys::networkPorts, networkPorts());
+}
+
+QString FlasherModel::addNetworkPort(const QString& name) {
+  const auto address = parseNetworkPort(name.toStdString());
+  if (!address || isFlashing()) return {};
+  const std::string listed = address->name();
+  if (std::ranges::find(networkPorts_, listed) == networkPorts_.end()) {
+    networkPorts_.push_back(listed);
+    storeNetworkPorts();
+    relistOwnPorts();
+    emit networkPortsChanged();
+  }
+  selectPort(listed);
+  return qs(listed);
+}
+
+void FlasherModel::removeNetworkPort(const QString& name) {
+  auto entry = std::ranges::find(networkPorts_, name.toStdString());
+  if (entry == networkPorts_.end() || isFlashing()) return;
+  networkPorts_.erase(entry);
+  storeNetworkPorts();
+  relistOwnPorts();
+  if (selectedPath_ == name) {
+    // As when a selected board goes away: the first USB board, if there is one.
+    auto decision = PortChoice::decide(ports_, std::nullopt, selectedPath_.toStdString(), {});
+    selectPort(decision.fallback.value_or(""));
+  }
+  emit networkPortsChanged();
 }
 
 void FlasherModel::setSelectedPath(const QString& path) {
@@ -550,14 +633,10 @@ void FlasherModel::selectPort(const std::string& path) { setSelectedPath(qs(path
 
 void FlasherModel::portsChanged(const std::vector<SerialPortInfo>& ports) {
   scanned_ = ports;
-  auto listed = withOwnPorts(ports);
-  if (listed != ports_) {
-    ports_ = std::move(listed);
-    emit portListChanged();
-  }
+  relistOwnPorts();
   auto previous = std::move(knownPaths_);
   knownPaths_ = PortChoice::pathsOf(ports_);
-  if (state_ == FlasherState::flashing) return;
+  if (state_ != FlasherState::idle) return;
 
   auto now = Clock::now();
   // A port that comes back right after a run is told by what it is, the board's USB serial
@@ -685,6 +764,26 @@ void FlasherModel::openDemoProduct(const Target& target) {
   // A demo is a new product: nothing to save until it is changed.
   setUnsaved(false);
   setOutcome(std::nullopt);
+}
+
+// MARK: - The station
+
+bool FlasherModel::beginStation() {
+  if (state_ != FlasherState::idle) return false;
+  setState(FlasherState::station);
+  return true;
+}
+
+void FlasherModel::endStation() {
+  if (state_ != FlasherState::station) return;
+  setState(FlasherState::idle);
+  // The boards the station left on their ports are no new boards for automatic flashing.
+  knownPaths_ = PortChoice::pathsOf(ports_);
+}
+
+void FlasherModel::playRunSound(bool succeeded) {
+  if (playSounds_)
+    options_.sounds->play(succeeded ? SoundSink::successSound : SoundSink::failureSound);
 }
 
 // MARK: - Flashing
@@ -816,9 +915,7 @@ void FlasherModel::finish(std::optional<FlashSummary> summary, bool cancelled,
   if (step.line) appendLine(*step.line);
   if (step.note) appendLine(*step.note);
   narrator_.reset();
-  if (playSounds_ && !cancelled) {
-    options_.sounds->play(summary ? SoundSink::successSound : SoundSink::failureSound);
-  }
+  if (!cancelled) playRunSound(summary.has_value());
 }
 
 void FlasherModel::endRun(bool provedSame) {

@@ -40,7 +40,9 @@ class FlashJob;
 class OutputBuffer;
 class SoundSink;
 
-enum class FlasherState { idle, flashing };
+/// Idle; one board being flashed; or the flashing station at work, which has the ports and the
+/// product to itself.
+enum class FlasherState { idle, flashing, station };
 
 /// How the last run ended.
 struct FlashOutcome {
@@ -184,6 +186,11 @@ public:
   QString selectedPath() const { return selectedPath_; }
   FlasherState state() const { return state_; }
   bool isFlashing() const { return state_ == FlasherState::flashing; }
+  bool isStationRunning() const { return state_ == FlasherState::station; }
+  /// The product cannot be changed or replaced while boards are being flashed with it.
+  bool productLocked() const { return state_ != FlasherState::idle; }
+  /// The paths given with --test-device.
+  const std::vector<std::string>& testDevices() const { return options_.testDevices; }
   qint64 progressDone() const { return progressDone_; }
   qint64 progressTotal() const { return progressTotal_; }
   QString stageText() const { return stageText_; }
@@ -223,11 +230,25 @@ public:
   bool runTriesUSBJTAGFirst() const;
   /// Quitting is refused while a run is going.
   bool canQuit() const { return state_ == FlasherState::idle; }
-  /// "Wait until flashing has finished. …"
-  static QString quitRefusedText();
+  /// "Wait until flashing has finished. …", or while the station runs, to stop it first.
+  QString quitRefusedText() const;
   /// The simulated boards plugged in, in that order.
   std::vector<SimulatedPort> simulatedBoards() const;
   bool isSimulatedBoard(const QString& path) const;
+  /// The network ports the user added ("rfc2217://HOST:PORT"), in the order added.
+  QStringList networkPorts() const;
+  /// Whether `path` names a port on another computer.
+  static bool isNetworkPort(const QString& path);
+
+  // Network ports.
+  /// Adds the network port `name` ("rfc2217://HOST:PORT"), remembers it under "networkPorts" and
+  /// selects it. It is listed after the local ports, never taken for a newly plugged-in board,
+  /// and stays whatever the scanner finds. Returns its name as listed; empty when `name` is no
+  /// well-formed network port or a run is going, and then nothing changes.
+  QString addNetworkPort(const QString& name);
+  /// Forgets the network port `name`; when it was selected, the first USB board (or nothing) is
+  /// selected instead. Nothing changes while a run is going.
+  void removeNetworkPort(const QString& name);
 
   // Simulated boards.
   /// Starts a simulated board of `target` inside the program and plugs it in: its port joins the
@@ -238,6 +259,14 @@ public:
   /// Pulls the simulated board on `path` out: its port leaves the list, and a run on it fails as
   /// one does when a cable is pulled.
   void unplugSimulatedBoard(const QString& path);
+
+  // The flashing station.
+  /// The station takes over: no runs of single boards, no automatic flashing, no changes to the
+  /// product and no quitting until `endStation`. False while a single board is being flashed.
+  bool beginStation();
+  void endStation();
+  /// The end-of-run sound of a board, when sounds are on.
+  void playRunSound(bool succeeded);
 
 public slots:
   // Life cycle.
@@ -321,6 +350,7 @@ signals:
   /// A board appeared and will be flashed once the delay has passed.
   void autoFlashScheduled(const QString& path);
   void simulatedBoardsChanged();
+  void networkPortsChanged();
 
 public:
   /// One event of the running job, on the main thread: stage text, throttled progress and log
@@ -352,8 +382,13 @@ private:
   bool isTestDevice(const std::string& path) const;
   /// A pseudo-terminal the engine may open: a test device or a simulated board.
   bool allowsTestDevice(const std::string& path) const;
-  /// The scanner's list with the simulated boards after its USB ports and the test devices last.
+  /// The scanner's list with the simulated boards after its USB ports, then the test devices,
+  /// and the network ports last.
   std::vector<SerialPortInfo> withOwnPorts(std::vector<SerialPortInfo> ports) const;
+  /// Lists the program's own ports anew beside the scanner's last list, without taking any port
+  /// for a new board.
+  void relistOwnPorts();
+  void storeNetworkPorts();
   /// A product with the demo build for `target`, in place of an empty one.
   void openDemoProduct(const Target& target);
   void emitDerived();
@@ -388,6 +423,8 @@ private:
   /// The scanner's last list, before the program's own ports are added.
   std::vector<SerialPortInfo> scanned_;
   std::vector<std::unique_ptr<simulator::SimulatedBoard>> simulated_;
+  /// The network ports the user added, by name.
+  std::vector<std::string> networkPorts_;
   std::optional<std::set<std::string>> knownPaths_;
   std::shared_ptr<FlashJob> job_;
   /// The words of the run in progress.

@@ -11,9 +11,10 @@ class QWidget;
 
 namespace tarnwick {
 
-/// Puts the window's own interfaces before Qt's: widgets given a role, and progress bars whose
-/// value is read out as their text (RunProgress: "bootloader.bin, 45 %"). Done once; every
-/// window calls it before its widgets are first looked at.
+/// Puts the window's own interfaces before Qt's: widgets given a role, progress bars whose
+/// value is read out as their text (RunProgress: "bootloader.bin, 45 %"), and the status line
+/// (StatusText) read through its text as well as its name. Done once; every window calls it
+/// before its widgets are first looked at.
 void installAccessibleInterfaces();
 
 /// Shows `widget` to assistive technology in `role`, its name and description being the

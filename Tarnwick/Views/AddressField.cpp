@@ -37,7 +37,6 @@ std::optional<std::uint32_t> parseAddress(const QString& text) {
   return static_cast<std::uint32_t>(value);
 }
 
-namespace {
 QIcon invalidMarkIcon() {
   QPixmap pixmap(32, 32);
   pixmap.fill(Qt::transparent);
@@ -51,7 +50,6 @@ QIcon invalidMarkIcon() {
   painter.drawEllipse(QRectF(13.5, 22, 5, 5));
   return QIcon(pixmap);
 }
-} // namespace
 
 AddressField::AddressField(QWidget* parent) : QLineEdit(parent) {
   mark_ = addAction(invalidMarkIcon(), QLineEdit::TrailingPosition);

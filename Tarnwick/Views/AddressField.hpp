@@ -7,6 +7,7 @@
 #include <optional>
 
 class QAction;
+class QIcon;
 
 namespace tarnwick {
 
@@ -14,6 +15,9 @@ namespace tarnwick {
 /// matter, a "+" may lead the digits; the value must fit in 32 bits. None for anything else,
 /// including an empty text.
 std::optional<std::uint32_t> parseAddress(const QString& text);
+
+/// The red mark a field shows beside text it cannot take.
+QIcon invalidMarkIcon();
 
 class AddressField : public QLineEdit {
   Q_OBJECT

@@ -66,6 +66,8 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
       line.version = true;
     } else if (name == "--dark") {
       line.dark = true;
+    } else if (name == "--station") {
+      line.station = true;
     } else if (name == "--test-device") {
       if (takeValue()) line.testDevices.push_back(value);
     } else if (name == "--simulated-board") {
@@ -78,7 +80,7 @@ CommandLine parseCommandLine(const std::vector<std::string>& arguments) {
       line.error = L10n::Cli::unknownOption(name);
     }
     if (line.error.empty() && hasValue &&
-        (name == "--help" || name == "--version" || name == "--dark"))
+        (name == "--help" || name == "--version" || name == "--dark" || name == "--station"))
       line.error = L10n::Cli::unexpectedValue(name);
   }
   return line;

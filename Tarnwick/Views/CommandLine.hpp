@@ -20,6 +20,8 @@ struct CommandLine {
   /// Dark colours (the Fusion style with a dark palette), for desktops whose dark mode Qt
   /// does not follow, and for the screenshots' dark pass.
   bool dark = false;
+  /// Opens the window in station mode, for the product given or the one of the last session.
+  bool station = false;
   bool help = false;
   bool version = false;
   /// A message for a command line that cannot be followed; empty when it can.

@@ -507,7 +507,7 @@ void FileListPanel::chooseAnotherFile(const UUID& id) {
 }
 
 void FileListPanel::showContextMenu(const QPoint& position) {
-  if (model_.isFlashing()) return;
+  if (model_.productLocked()) return;
   std::vector<UUID> ids = selectedIDs();
   if (ids.empty()) return;
   QMenu menu(this);
@@ -551,7 +551,7 @@ void FileListPanel::setDragHighlight(bool on) {
 }
 
 void FileListPanel::dragEnterEvent(QDragEnterEvent* event) {
-  if (!model_.isFlashing() && !localFiles(event->mimeData()).empty()) {
+  if (!model_.productLocked() && !localFiles(event->mimeData()).empty()) {
     event->acceptProposedAction();
     setDragHighlight(true);
   }

@@ -12,6 +12,7 @@
 #include <QFrame>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -23,6 +24,7 @@
 #include <QPushButton>
 #include <QSettings>
 #include <QSplitter>
+#include <QStackedWidget>
 #include <QStandardPaths>
 #include <QStyle>
 #include <QToolButton>
@@ -39,9 +41,11 @@
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Simulator/SimulatedBoard.hpp"
 #include "Tarnwick/Model/Colours.hpp"
+#include "Tarnwick/Model/StationModel.hpp"
 #include "Tarnwick/Views/Accessibility.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
@@ -49,6 +53,7 @@
 #include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/Mnemonics.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
+#include "Tarnwick/Views/StationPanel.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 
 namespace tarnwick {
@@ -204,7 +209,8 @@ bool StatusText::event(QEvent* event) {
   return QLabel::event(event);
 }
 
-MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(parent), model_(model) {
+MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
+    : QMainWindow(parent), model_(model), station_(new StationModel(model, this)) {
   installAccessibleInterfaces();
   setObjectName("mainWindow");
   setWindowIcon(QIcon(assets::iconPath));
@@ -221,8 +227,17 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   auto* topLayout = new QVBoxLayout(top);
   topLayout->setContentsMargins(10, 8, 10, 4);
   topLayout->addWidget(buildProductPanel());
+  lockedNote_ = new QLabel(qt(L10n::StationWindow::productLocked()));
+  lockedNote_->setObjectName("productLockedNote");
+  lockedNote_->setWordWrap(true);
+  lockedNote_->hide();
+  topLayout->addWidget(lockedNote_);
   fileList_ = new FileListPanel(model_);
-  topLayout->addWidget(fileList_, 1);
+  stationPanel_ = new StationPanel(model_, *station_);
+  pages_ = new QStackedWidget;
+  pages_->addWidget(fileList_);
+  pages_->addWidget(stationPanel_);
+  topLayout->addWidget(pages_, 1);
 
   log_ = new LogView(model_.output());
   log_->setObjectName("logView");
@@ -247,9 +262,8 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   buildMenus();
 
   model_.setDialogs(this);
-  connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshPorts);
-  connect(&model_, &FlasherModel::selectedPathChanged, this, &MainWindow::refreshPorts);
   connect(&model_, &FlasherModel::portListChanged, this, &MainWindow::refreshBanner);
+  connect(&model_, &FlasherModel::selectedPathChanged, this, &MainWindow::refreshBanner);
   connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshRunControls);
   connect(&model_, &FlasherModel::stateChanged, this, &MainWindow::refreshBanner);
   connect(&model_, &FlasherModel::canFlashChanged, this, &MainWindow::refreshRunControls);
@@ -281,6 +295,8 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   connect(&model_, &FlasherModel::simulatedBoardsChanged, this,
           &MainWindow::refreshSimulatedBoards);
   connect(&model_, &FlasherModel::productChanged, this, &MainWindow::refreshSimulatedBoards);
+  connect(station_, &StationModel::phaseChanged, this, &MainWindow::refreshRunControls);
+  connect(stationPanel_, &StationPanel::controlsChanged, this, &MainWindow::refreshRunControls);
   // The alert comes from the event loop so a message set inside another dialog's handler does
   // not stack a modal loop inside it.
   connect(&model_, &FlasherModel::errorMessageChanged, this, &MainWindow::showErrorMessage,
@@ -291,7 +307,6 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   timestampsAction_->setChecked(model_.showTimestamps());
   saveLogAction_->setEnabled(!model_.outputIsEmpty());
   setLogShown(QSettings().value(showLogKey, false).toBool());
-  refreshPorts();
   refreshProduct();
   refreshRunControls();
   refreshStatus();
@@ -303,7 +318,15 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent) : QMainWindow(paren
   resize(980, 720);
 }
 
-MainWindow::~MainWindow() { model_.setDialogs(nullptr); }
+MainWindow::~MainWindow() {
+  model_.setDialogs(nullptr);
+  // A station still running is stopped while the window can still hear of it: its panel goes
+  // first, then the station, whose end unlocks the product; the rest of the window no longer
+  // listens.
+  disconnect(&model_, nullptr, this, nullptr);
+  delete stationPanel_;
+  delete station_;
+}
 
 QWidget* MainWindow::buildHeader() {
   auto* header = new QFrame;
@@ -312,15 +335,8 @@ QWidget* MainWindow::buildHeader() {
   auto* layout = new QHBoxLayout(header);
   layout->setContentsMargins(10, 8, 10, 8);
   auto* portLabel = new QLabel(qt(L10n::Header::serialPort()));
-  portPicker_ = new QComboBox;
-  portPicker_->setObjectName("portPicker");
-  portPicker_->setMinimumContentsLength(24);
-  portPicker_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  portPicker_ = new PortPicker(model_);
   portLabel->setBuddy(portPicker_);
-  connect(portPicker_, qOverload<int>(&QComboBox::activated), this, [this](int index) {
-    QString path = portPicker_->itemData(index).toString();
-    if (!path.isEmpty()) model_.setSelectedPath(path);
-  });
   statusDot_ = new StatusDot;
   statusDot_->setObjectName("statusDot");
   flashButton_ = new QPushButton;
@@ -346,7 +362,18 @@ QWidget* MainWindow::buildHeader() {
   layout->addWidget(flashButton_);
   layout->addSpacing(8);
   layout->addWidget(automatic_);
+  // In station mode the station takes every port; the title says what the window is now.
+  auto* stationTitle = new QLabel(qt(L10n::StationWindow::menuItem()));
+  stationTitle->setObjectName("stationTitle");
+  QFont title = stationTitle->font();
+  title.setBold(true);
+  title.setPointSizeF(title.pointSizeF() * 1.3);
+  stationTitle->setFont(title);
+  stationTitle->hide();
+  layout->addWidget(stationTitle, 1);
   layout->addWidget(settingsButton_);
+  singleRunControls_ = {portLabel, portPicker_, statusDot_, flashButton_, automatic_};
+  stationTitle_ = stationTitle;
   return header;
 }
 
@@ -508,7 +535,14 @@ void MainWindow::buildMenus() {
 
   QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
   flashAction_ = add(
-      board, L10n::State::flash(), [this] { model_.toggleFlash(); }, Shortcuts::flash());
+      board, L10n::State::flash(),
+      [this] {
+        if (stationMode())
+          station_->toggle();
+        else
+          model_.toggleFlash();
+      },
+      Shortcuts::flash());
   flashAction_->setObjectName("flashAction");
   autoFlashAction_ = board->addAction(qt(L10n::Settings::flashAutomatically()));
   autoFlashAction_->setCheckable(true);
@@ -516,6 +550,12 @@ void MainWindow::buildMenus() {
   editActions_ << autoFlashAction_;
 
   QMenu* view = menuBar()->addMenu(qt(W::viewMenu()));
+  stationAction_ = view->addAction(qt(L10n::StationWindow::menuItem()));
+  stationAction_->setObjectName("stationAction");
+  stationAction_->setCheckable(true);
+  stationAction_->setToolTip(qt(L10n::StationWindow::menuItemTooltip()));
+  connect(stationAction_, &QAction::triggered, this, &MainWindow::setStationMode);
+  view->addSeparator();
   showLogAction_ = view->addAction(qt(L10n::Footer::showLog()));
   showLogAction_->setCheckable(true);
   showLogAction_->setShortcut(Shortcuts::showLog());
@@ -634,7 +674,7 @@ void MainWindow::showNotes() {
   notes->setAccessibleName(qt(L10n::Product::notes()));
   notes->setPlaceholderText(qt(L10n::Product::notesPlaceholder()));
   notes->setPlainText(qt(model_.product().notes));
-  notes->setReadOnly(model_.isFlashing());
+  notes->setReadOnly(model_.productLocked());
   layout->addWidget(notes);
   auto* buttons = new QDialogButtonBox;
   buttons->addButton(qt(W::close()), QDialogButtonBox::AcceptRole);
@@ -667,30 +707,10 @@ void MainWindow::setLogShown(bool shown) {
   QSettings().setValue(showLogKey, shown);
 }
 
-void MainWindow::refreshPorts() {
-  QSignalBlocker quiet(portPicker_);
-  portPicker_->clear();
-  const auto& ports = model_.ports();
-  QString selected = model_.selectedPath();
-  if (ports.empty() && selected.isEmpty()) {
-    portPicker_->addItem(qt(L10n::Header::noPortsFound()));
-  } else if (selected.isEmpty()) {
-    portPicker_->addItem(qt(L10n::Header::selectPort()));
-  }
-  bool listed = false;
-  for (const SerialPortInfo& port : ports) {
-    QString path = QString::fromStdString(port.path);
-    portPicker_->addItem(model_.portLabel(path), path);
-    listed = listed || path == selected;
-  }
-  if (!selected.isEmpty() && !listed)
-    portPicker_->insertItem(0, qt(L10n::Board::notConnected(selected.toStdString())), selected);
-  int index = selected.isEmpty() ? 0 : portPicker_->findData(selected);
-  portPicker_->setCurrentIndex(std::max(index, 0));
-}
-
 void MainWindow::refreshRunControls() {
-  bool flashing = model_.isFlashing();
+  const bool station = stationMode();
+  const bool stationRunning = station_->isRunning();
+  const bool flashing = model_.isFlashing();
   QString flashTip = qt(L10n::Header::flashTooltip());
   QString stopTip = qt(L10n::Header::stopTooltip());
   const std::string title = flashing ? L10n::Header::stop() : L10n::State::flash();
@@ -698,16 +718,29 @@ void MainWindow::refreshRunControls() {
   flashButton_->setText(withoutMnemonic(title));
   flashButton_->setToolTip(flashing ? stopTip : flashTip);
   flashButton_->setEnabled(flashing || model_.canFlash());
-  flashAction_->setText(qt(title));
-  flashAction_->setEnabled(flashButton_->isEnabled());
+  // One key for both: Ctrl+R flashes a board, or starts and stops the station, whichever the
+  // window shows.
+  QPushButton* start = stationPanel_->startButton();
+  flashAction_->setText(station ? start->text() : qt(title));
+  flashAction_->setEnabled(station ? start->isEnabled() : flashButton_->isEnabled());
   automatic_->setChecked(model_.autoFlash());
   autoFlashAction_->setChecked(model_.autoFlash());
+  for (QWidget* control : singleRunControls_)
+    control->setVisible(!station);
+  stationTitle_->setVisible(station);
+  stationAction_->setChecked(station);
+  // The station is left only when it stands still, and a single run is not left for it.
+  stationAction_->setEnabled(!stationRunning && !flashing);
+  lockedNote_->setVisible(stationRunning);
 
-  // While a run goes, nothing that would change it may be touched; the tooltip says why.
-  QString wait = qt(L10n::Header::waitUntilFlashingFinished());
+  // While a run or the station goes, nothing that would change it may be touched; the tooltip
+  // says why.
+  const bool locked = flashing || stationRunning;
+  QString wait = qt(flashing ? L10n::Header::waitUntilFlashingFinished()
+                             : L10n::StationWindow::productLocked());
   auto guard = [&](QWidget* widget, const QString& normal) {
-    widget->setEnabled(!flashing);
-    widget->setToolTip(flashing ? wait : normal);
+    widget->setEnabled(!locked);
+    widget->setToolTip(locked ? wait : normal);
   };
   guard(portPicker_, QString());
   guard(automatic_, qt(L10n::Settings::flashAutomaticallyExplanation()));
@@ -716,10 +749,39 @@ void MainWindow::refreshRunControls() {
   guard(targetPicker_, qt(L10n::Product::targetTooltip()));
   for (QWidget* button : productButtons_)
     guard(button, qt(L10n::Product::productButtonsTooltip()));
-  fileList_->setEnabled(!flashing);
+  fileList_->setEnabled(!locked);
   for (QAction* action : editActions_)
-    action->setEnabled(!flashing);
-  if (settings_) settings_->setEnabled(!flashing);
+    action->setEnabled(!locked);
+  if (settings_) settings_->setEnabled(!locked);
+}
+
+bool MainWindow::stationMode() const { return pages_->currentWidget() == stationPanel_; }
+
+void MainWindow::setStationMode(bool on) {
+  // A running station stays on screen; a single run is not left for the station.
+  if (!on && station_->isRunning()) on = true;
+  if (on && model_.isFlashing()) on = false;
+  const bool entering = on && !stationMode();
+  pages_->setCurrentWidget(on ? static_cast<QWidget*>(stationPanel_) : fileList_);
+  if (entering && logShown()) {
+    // The table of boards wants the room: the log keeps about a quarter of the window.
+    const int total = splitter_->height();
+    splitter_->setSizes({total * 3 / 4, total / 4});
+  }
+  refreshRunControls();
+  refreshStatus();
+  if (on) stationPanel_->startButton()->setFocus();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  // Escape leaves a station that stands still; the find bar and dialogs take theirs first.
+  if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier && stationMode() &&
+      !station_->isRunning()) {
+    setStationMode(false);
+    event->accept();
+    return;
+  }
+  QMainWindow::keyPressEvent(event);
 }
 
 void MainWindow::refreshProduct() {
@@ -737,7 +799,31 @@ void MainWindow::refreshStatus() {
   const FlashStatistics& counts = model_.statistics();
   counters_->setText(qt(L10n::Footer::counters(counts.flashed, counts.failed)));
   bool flashing = model_.isFlashing();
-  progress_->setVisible(flashing);
+  const bool station = stationMode();
+  progress_->setVisible(flashing && !station);
+  // The station has its own counts above its table.
+  counters_->setVisible(!station);
+  const auto images = model_.product().enabledImages();
+  auto addresses = [&] {
+    if (!model_.product().target.isESP()) return std::string();
+    std::uint32_t first = UINT32_MAX, end = 0;
+    for (const auto& image : images) {
+      first = std::min(first, image.offset);
+      end = std::max(end, image.end());
+    }
+    return L10n::Panel::addressRange(formatAddress(first), formatAddress(end > 0 ? end - 1 : 0));
+  };
+  if (station) {
+    // What every board gets; the station's own state is shown above its table.
+    if (model_.product().images.empty())
+      statusText_->setText(qt(L10n::Panel::addFirmwareToBegin()));
+    else if (auto finding = model_.blockingFinding())
+      statusText_->setText(qt(*finding));
+    else
+      statusText_->setText(qt(L10n::Panel::fileCount(static_cast<std::int64_t>(images.size()))) +
+                           (images.empty() ? QString() : QStringLiteral(" · ") + qt(addresses())));
+    return;
+  }
   // Each new text of the status line is announced (a changed name), so the stage of a run, its
   // end and a new board reach a screen reader as they happen.
   if (flashing) {
@@ -754,7 +840,6 @@ void MainWindow::refreshStatus() {
   }
   QString text;
   const auto& outcome = model_.outcome();
-  const auto images = model_.product().enabledImages();
   if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value)) {
     // What the board got, so a series can be checked at a glance.
     const FlashSummary& summary = std::get<FlashOutcome::Success>(outcome->value).summary;
@@ -771,15 +856,7 @@ void MainWindow::refreshStatus() {
     text = qt(*finding);
   } else {
     // The run the Flash button would start: how many files, where they go, onto which port.
-    std::string range;
-    if (model_.product().target.isESP()) {
-      std::uint32_t first = UINT32_MAX, end = 0;
-      for (const auto& image : images) {
-        first = std::min(first, image.offset);
-        end = std::max(end, image.end());
-      }
-      range = L10n::Panel::addressRange(formatAddress(first), formatAddress(end > 0 ? end - 1 : 0));
-    }
+    const std::string range = addresses();
     const QString port = model_.selectedPath().isEmpty() ? qt(L10n::Panel::noPort())
                                                          : model_.portLabel(model_.selectedPath());
     const QString state = model_.selectedPath().isEmpty() || !model_.canFlash()
@@ -800,8 +877,11 @@ void MainWindow::refreshBanner() {
   bool testDevice =
       std::any_of(model_.ports().begin(), model_.ports().end(),
                   [](const SerialPortInfo& port) { return port.path.rfind("/dev/pts/", 0) == 0; });
+  // A board on another computer is as deliberate a choice: no cable to check here.
+  bool networkBoard = FlasherModel::isNetworkPort(model_.selectedPath());
   if (usbBoard) bannerDismissed_ = false;
-  banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !bannerDismissed_);
+  banner_->setVisible(!model_.isFlashing() && !usbBoard && !testDevice && !networkBoard &&
+                      !bannerDismissed_);
 }
 
 void MainWindow::refreshRecent() {

@@ -10,6 +10,7 @@
 
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
+#include "Tarnwick/Views/PortPicker.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
 
 class QAction;
@@ -19,6 +20,7 @@ class QFrame;
 class QLineEdit;
 class QPushButton;
 class QSplitter;
+class QStackedWidget;
 class QToolButton;
 
 namespace tarnwick {
@@ -28,6 +30,8 @@ class HelpWindow;
 class LogFindBar;
 class LogView;
 class SettingsSheet;
+class StationModel;
+class StationPanel;
 
 /// The coloured dot beside the port: the state of the run and of the last outcome, told by a
 /// mark inside it as well as by its colour, and by its accessible name.
@@ -95,9 +99,10 @@ public:
   ~MainWindow() override;
 
   FlasherModel& model() const { return model_; }
+  StationModel& station() const { return *station_; }
 
   // The parts tests and the screenshot mode reach for.
-  QComboBox* portPicker() const { return portPicker_; }
+  PortPicker* portPicker() const { return portPicker_; }
   QPushButton* flashButton() const { return flashButton_; }
   QAction* flashAction() const { return flashAction_; }
   QFrame* noBoardBanner() const { return banner_; }
@@ -116,6 +121,14 @@ public:
   LogFindBar* findBar() const { return findBar_; }
   bool logShown() const;
   void setLogShown(bool shown);
+  StationPanel* stationPanel() const { return stationPanel_; }
+  QAction* stationAction() const { return stationAction_; }
+  /// The line over the product while the station runs.
+  QLabel* productLockedNote() const { return lockedNote_; }
+  /// Station mode: the file table gives way to the flashing station's table of boards, and
+  /// Ctrl+R starts and stops the station. It is left only while the station is idle.
+  bool stationMode() const;
+  void setStationMode(bool on);
 
   // FlasherDialogs.
   std::optional<std::filesystem::path> chooseProductToOpen() override;
@@ -133,6 +146,7 @@ public slots:
 protected:
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
 private:
   QWidget* buildHeader();
@@ -140,7 +154,6 @@ private:
   QWidget* buildProductPanel();
   QWidget* buildStatusLine();
   void buildMenus();
-  void refreshPorts();
   void refreshRunControls();
   void refreshProduct();
   void refreshStatus();
@@ -150,7 +163,11 @@ private:
   void showErrorMessage();
 
   FlasherModel& model_;
-  QComboBox* portPicker_ = nullptr;
+  StationModel* station_ = nullptr;
+  PortPicker* portPicker_ = nullptr;
+  /// The header's controls of a single run, hidden in station mode.
+  QList<QWidget*> singleRunControls_;
+  QLabel* stationTitle_ = nullptr;
   StatusDot* statusDot_ = nullptr;
   QPushButton* flashButton_ = nullptr;
   QCheckBox* automatic_ = nullptr;
@@ -162,6 +179,9 @@ private:
   QToolButton* notesButton_ = nullptr;
   QList<QWidget*> productButtons_;
   FileListPanel* fileList_ = nullptr;
+  StationPanel* stationPanel_ = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  QLabel* lockedNote_ = nullptr;
   StatusText* statusText_ = nullptr;
   RunProgress* progress_ = nullptr;
   QLabel* counters_ = nullptr;
@@ -172,6 +192,7 @@ private:
   QSplitter* splitter_ = nullptr;
   QWidget* bottom_ = nullptr;
   QAction* flashAction_ = nullptr;
+  QAction* stationAction_ = nullptr;
   QAction* autoFlashAction_ = nullptr;
   QAction* showLogAction_ = nullptr;
   QAction* autoscrollAction_ = nullptr;

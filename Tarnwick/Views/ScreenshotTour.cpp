@@ -6,7 +6,9 @@
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QHash>
+#include <QLineEdit>
 #include <QListWidget>
+#include <QTableView>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -15,10 +17,13 @@
 #include "Localization/DesktopTexts.hpp"
 #include "Tarnwick/Model/FlasherModel.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
+#include "Tarnwick/Model/StationModel.hpp"
 #include "Tarnwick/Views/FileListPanel.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
+#include "Tarnwick/Views/NetworkPortDialog.hpp"
 #include "Tarnwick/Views/SettingsSheet.hpp"
+#include "Tarnwick/Views/StationPanel.hpp"
 #include "Tarnwick/Views/TarnwickApp.hpp"
 
 namespace tarnwick {
@@ -159,6 +164,49 @@ int TarnwickApp::takeScreenshots() {
   save(sheet, "settings-arduino.png");
   sheet->hide();
   model.setProduct(product);
+
+  // The station: the test device is flashed as it starts, three boards simulated inside the
+  // program are plugged in after it, and one of them is pulled out during its run.
+  StationModel& station = window.station();
+  const QSize normalSize = window.size();
+  window.resize(normalSize.width(), 820);
+  window.setStationMode(true);
+  model.clearLog();
+  station.start();
+  std::vector<QString> plugged;
+  for (int i = 0; i < 3; ++i)
+    plugged.push_back(model.plugInSimulatedBoard(
+        product.target.espChip() ? product.target : Target::esp(ESPChip::esp32)));
+  const auto runningShare = [&] {
+    int going = 0;
+    for (const StationRow& row : station.rows())
+      going += row.result == StationRow::Result::running && row.total > 0 &&
+               row.done * 10 >= row.total * 3;
+    return going;
+  };
+  if (!waitFor([&] { return runningShare() >= 3; }, 60000)) allSaved = false;
+  model.unplugSimulatedBoard(plugged.back());
+  save(&window, "station-running.png");
+  station.stop();
+  waitFor([&] { return !station.isRunning(); }, 120000);
+  // The board clicked shows its own lines under the table.
+  window.stationPanel()->table()->selectRow(0);
+  save(&window, "station-finished.png");
+  station.clearFinished();
+  for (const QString& path : plugged)
+    model.unplugSimulatedBoard(path);
+  window.setStationMode(false);
+  window.resize(normalSize);
+
+  // The port picker's Add Network Port…, filled in; cancelled, so the user's own list of network
+  // ports stays as it was.
+  window.portPicker()->askForNetworkPort();
+  if (NetworkPortDialog* dialog = window.portPicker()->networkPortDialog()) {
+    dialog->hostField()->setText(QStringLiteral("rack3.local"));
+    dialog->portField()->setText(QStringLiteral("2000"));
+    save(dialog, "network-port.png");
+    dialog->reject();
+  }
 
   HelpWindow* help = window.helpWindow();
   help->resize(900, 640);

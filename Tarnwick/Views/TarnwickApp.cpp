@@ -128,6 +128,7 @@ void TarnwickApp::start(FlasherModel::Options options) {
         SimulatedBoard::suggestedFor(model_->product().target)));
   }
   connect(qApp, &QCoreApplication::aboutToQuit, model_.get(), &FlasherModel::saveWorkNow);
+  if (line_.station) window_->setStationMode(true);
 }
 
 void TarnwickApp::openFiles(const QStringList& files) {
@@ -135,8 +136,9 @@ void TarnwickApp::openFiles(const QStringList& files) {
   if (!model_ || pending_.isEmpty()) return;
   QString first = pending_.front();
   pending_.clear();
-  // A run in progress keeps its product; the latest file handed over waits for its end.
-  if (model_->isFlashing()) {
+  // A run in progress, or the station, keeps its product; the latest file handed over waits for
+  // its end.
+  if (model_->productLocked()) {
     waiting_ = first;
     model_->appendLog({{LogSegment::Kind::meta,
                         L10n::Window::opensAfterRun(QFileInfo(first).fileName().toStdString())}});
@@ -146,7 +148,7 @@ void TarnwickApp::openFiles(const QStringList& files) {
 }
 
 void TarnwickApp::openAfterRun() {
-  if (waiting_.isEmpty() || model_->isFlashing()) return;
+  if (waiting_.isEmpty() || model_->productLocked()) return;
   QString file = std::exchange(waiting_, QString());
   // The file came while the user was busy with a run: work changed since is not dropped unasked.
   if (dropActionFor({file.toStdString()}).kind == DropAction::Kind::openProduct &&

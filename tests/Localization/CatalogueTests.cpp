@@ -202,6 +202,11 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Simulator::servingNetwork("ESP32", "rfc2217://127.0.0.1:2000"); },
       [] { return L::Cli::invalidNetworkPort("rfc2217://pi"); },
       [] { return L::Log::linesUnconfirmed(); },
+      [] { return L::Model::networkPort("rfc2217://pi-rack-1:4001"); },
+      [] { return L::NetworkPorts::explanation(); },
+      [] { return L::NetworkPorts::notAHost("pi rack"); },
+      [] { return L::NetworkPorts::notAPortNumber(); },
+      [] { return L::NetworkPorts::onlyRFC2217(); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;

@@ -144,7 +144,9 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
   EXPECT_EQ(names, (std::vector<std::string>{"window-empty.png", "window-product.png",
                                              "window-flashing.png", "window-success.png",
                                              "settings-esp.png", "settings-arduino.png",
-                                             "window-failure.png", "help.png"}));
+                                             "station-running.png", "station-finished.png",
+                                             "network-port.png", "window-failure.png",
+                                             "help.png"}));
 }
 
 TEST(Help, BlockTextJoinsEverythingTheReaderSees) {

@@ -13,6 +13,7 @@
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 
 using namespace tarnwick;
 namespace L = tarnwick::L10n;
@@ -227,6 +228,79 @@ const std::vector<Entry>& entries() {
       {TEXT(Accessible::notAValidAddress("0x1G")), "0x1G: not a valid address", {"0x1G"}},
       {TEXT(Accessible::clearField()), "Clear"},
       {TEXT(Accessible::helpTopics()), "Help topics"},
+      {TEXT(StationWindow::menuItem()), "Flashing Station"},
+      {TEXT(StationWindow::menuItemTooltip()),
+       "Flash every board plugged in with this product, several at once"},
+      {TEXT(StationWindow::start()), "Start"},
+      {TEXT(StationWindow::stop()), "Stop"},
+      {TEXT(StationWindow::stopNow()), "Stop Now"},
+      {TEXT(StationWindow::startTooltip()),
+       "Flash every board plugged in from now on, several at once (Ctrl+R)"},
+      {TEXT(StationWindow::stopTooltip()), "Take no new boards; the running ones finish (Ctrl+R)"},
+      {TEXT(StationWindow::stopNowTooltip()),
+       "Stop the running boards too: they are left only partly written (Ctrl+R)"},
+      {TEXT(StationWindow::alsoConnected()), "Also flash the boards already connected"},
+      {TEXT(StationWindow::alsoConnectedTooltip()),
+       "Without it, only boards plugged in after pressing Start are flashed"},
+      {TEXT(StationWindow::limit()), "Limit:"},
+      {TEXT(StationWindow::noLimit()), "No limit"},
+      {TEXT(StationWindow::limitTooltip()),
+       "Take no new boards once this many have been flashed or are running"},
+      {TEXT(StationWindow::recordFile()), "Record file:"},
+      {TEXT(StationWindow::noRecordFile()), "None"},
+      {TEXT(StationWindow::chooseRecordFile()), "Choose…"},
+      {TEXT(StationWindow::forgetRecordFile()), "No Record"},
+      {TEXT(StationWindow::recordFileTooltip()),
+       "Each finished board is added to this file as a line of JSON: time, port, chip, MAC "
+       "address, product and result",
+       {"JSON"}},
+      {TEXT(StationWindow::recordDialogTitle()), "Record File of the Station"},
+      {TEXT(StationWindow::recordFileFilter()), "JSON lines (*.jsonl)", {"*.jsonl"}},
+      {TEXT(StationWindow::clearFinished()), "Clear Finished"},
+      {TEXT(StationWindow::portColumn()), "Port", {}, {fr}},
+      {TEXT(StationWindow::boardColumn()), "Board", {}, {nl, de}},
+      {TEXT(StationWindow::serialNumberColumn()), "Serial Number"},
+      {TEXT(StationWindow::chipColumn()), "Chip", {}, {nl, de, es}},
+      {TEXT(StationWindow::macColumn()), "MAC Address", {"MAC"}},
+      {TEXT(StationWindow::stageColumn()), "Stage"},
+      {TEXT(StationWindow::progressColumn()), "Progress"},
+      {TEXT(StationWindow::resultColumn()), "Result"},
+      {TEXT(StationWindow::timeColumn()), "Time"},
+      {TEXT(StationWindow::running()), "Running"},
+      {TEXT(StationWindow::done()), "Done"},
+      {TEXT(StationWindow::failed()), "Failed"},
+      {TEXT(StationWindow::stopped()), "Stopped"},
+      {TEXT(StationWindow::leftAlone()), "Left alone"},
+      {TEXT(StationWindow::percent(45)), "45%", {"45"}, {nl}},
+      {TEXT(StationWindow::flashedCount()), "Flashed"},
+      {TEXT(StationWindow::failedCount()), "Failed"},
+      {TEXT(StationWindow::runningCount()), "Running"},
+      {TEXT(StationWindow::boardsPerHour()), "Boards per hour"},
+      {TEXT(StationWindow::idleState()),
+       "Press Start: then every board plugged in is flashed at once."},
+      {TEXT(StationWindow::runningState()),
+       "Plug boards in: each one is flashed as soon as it is there."},
+      {TEXT(StationWindow::finishingState()), "No new boards are taken; the running ones finish."},
+      {TEXT(StationWindow::productLocked()),
+       "The station flashes this product: it cannot be changed until the station is stopped."},
+      {TEXT(StationWindow::stopBeforeQuitting()),
+       "Stop the station first. Boards are flashed with this product until it is stopped, and a "
+       "board stopped halfway does not start."},
+      {TEXT(StationWindow::ready("Sensor", 0)),
+       "--- Station: flashing “Sensor” onto each board plugged in from now on ---",
+       {"Sensor"}},
+      {TEXT(StationWindow::ready("Sensor", 2)),
+       "--- Station: flashing “Sensor” onto the boards connected now and each one plugged in "
+       "later ---",
+       {"Sensor"}},
+      {TEXT(StationWindow::finishing(1)),
+       "No new boards are taken. The running board finishes; Stop Now stops it."},
+      {TEXT(StationWindow::finishing(3)),
+       "No new boards are taken. The 3 running boards finish; Stop Now stops them.",
+       {"3"}},
+      {TEXT(StationWindow::boardLogPlaceholder()),
+       "Click a board to see its own lines of the log."},
+      {TEXT(StationWindow::boardLogTitle("ttyUSB0")), "Log of the board on ttyUSB0", {"ttyUSB0"}},
   };
   return table;
 }
@@ -264,10 +338,14 @@ TEST(InterfaceTexts, ShortcutsNameThisPlatformsKeys) {
   // The control key as the menus name it with Qt's translations loaded: "Strg" in German,
   // "Control" in Spanish, "Ctrl" in the others. No text may show the symbols of another
   // platform's keys.
-  const std::vector<std::function<std::string()>> tooltips = {
-      [] { return L::Header::flashTooltip(); }, [] { return L::Header::stopTooltip(); },
-      [] { return L::Footer::showLogTooltip(); }, [] { return L::Footer::saveTooltip(); },
-      [] { return L::Footer::clearLogTooltip(); }};
+  const std::vector<std::function<std::string()>> tooltips = {[] { return L::Header::flashTooltip(); },
+                                                              [] { return L::Header::stopTooltip(); },
+                                                              [] { return L::Footer::showLogTooltip(); },
+                                                              [] { return L::Footer::saveTooltip(); },
+                                                              [] { return L::Footer::clearLogTooltip(); },
+                                                              [] { return L::StationWindow::startTooltip(); },
+                                                              [] { return L::StationWindow::stopTooltip(); },
+                                                              [] { return L::StationWindow::stopNowTooltip(); }};
   for (Language language : allLanguages) {
     LanguageOverride guard(language);
     const std::string control = language == de ? "Strg+" : language == es ? "Control+" : "Ctrl+";
@@ -295,5 +373,14 @@ TEST(InterfaceTexts, ExplanationsNameTheChoicesAsTheyAreShown) {
       const std::string name = label(L::Settings::resetModeName(mode));
       EXPECT_NE(L::Settings::resetExplanation().find(name), std::string::npos) << name;
     }
+    // The station's own texts name its buttons as they read.
+    EXPECT_NE(L::StationWindow::idleState().find(L::StationWindow::start()), std::string::npos);
+    EXPECT_NE(L::StationWindow::alsoConnectedTooltip().find(L::StationWindow::start()),
+              std::string::npos)
+        << L::StationWindow::alsoConnectedTooltip();
+    for (std::int64_t running : {1, 3})
+      EXPECT_NE(L::StationWindow::finishing(running).find(L::StationWindow::stopNow()),
+                std::string::npos)
+          << L::StationWindow::finishing(running);
   }
 }

@@ -1,16 +1,14 @@
-// The flashing station against simulated boards: in the process with a port source the test
-// plugs boards into, and as the executable a user runs.
+// The flashing station as the executable a user runs, against simulated boards, and what its
+// console and JSON forms print.
 
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <deque>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <regex>
 #include <sstream>
-#include <sys/eventfd.h>
 #include <sys/ioctl.h>
 
 #include <nlohmann/json.hpp>
@@ -21,14 +19,12 @@
 #include "Localization/Language.hpp"
 #include "Localization/StationTexts.hpp"
 #include "Simulator/PseudoTerminal.hpp"
-#include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Console.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
-#include "TarnwickCLI/Station.hpp"
 #include "TarnwickCLI/StationOutput.hpp"
-#include "TarnwickCLI/StationRecorder.hpp"
+#include "support/Boards.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -44,362 +40,7 @@ namespace {
 // these tests read English whatever the machine's locale.
 const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
 
-// Ports the test plugs in and pulls out; each change wakes the station at once, and the station
-// sees every list in turn, as the scanner delivers one per change.
-class FakePorts : public PortSource {
-public:
-  FakePorts() : changed_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-  ~FakePorts() override { ::close(changed_); }
-
-  // A CH340 adapter: a USB board like any on a hub.
-  static SerialPortInfo adapter() { return {"", std::nullopt, 0x1A86, 0x7523}; }
-  // An ESP32-S3/C3/C6 on its own USB, which restarts with the board.
-  static SerialPortInfo nativeESP(std::optional<std::string> serial) {
-    return {"", std::nullopt, espressifVendorID, 0x1001, std::move(serial)};
-  }
-  void plug(const std::string& path, SerialPortInfo kind = adapter()) {
-    std::lock_guard lock(mutex_);
-    kind.path = path;
-    ports_.push_back(kind);
-    changed();
-  }
-  void pull(const std::string& path) {
-    std::lock_guard lock(mutex_);
-    std::erase_if(ports_, [&](const SerialPortInfo& port) { return port.path == path; });
-    changed();
-  }
-
-  std::vector<SerialPortInfo> start() override {
-    std::lock_guard lock(mutex_);
-    // What changed before is what the station finds at start.
-    lists_.clear();
-    return ports_;
-  }
-  std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
-    pollfd watched[2] = {{changed_, POLLIN, 0}, {wake, POLLIN, 0}};
-    auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    ::poll(watched, 2, static_cast<int>(std::max<std::int64_t>(left, 0)));
-    std::uint64_t drained = 0;
-    [[maybe_unused]] ssize_t got = ::read(changed_, &drained, sizeof drained);
-    std::lock_guard lock(mutex_);
-    if (lists_.empty()) return ports_;
-    auto next = std::move(lists_.front());
-    lists_.pop_front();
-    if (!lists_.empty()) notify();
-    return next;
-  }
-
-private:
-  void changed() {
-    lists_.push_back(ports_);
-    notify();
-  }
-  void notify() {
-    const std::uint64_t one = 1;
-    [[maybe_unused]] ssize_t written = ::write(changed_, &one, sizeof one);
-  }
-  std::mutex mutex_;
-  std::vector<SerialPortInfo> ports_;
-  /// The lists of changes the station has not seen yet, oldest first.
-  std::deque<std::vector<SerialPortInfo>> lists_;
-  int changed_;
-};
-
-
-
-// A station on its own thread, with times short enough for tests.
-struct RunningStation {
-  RunningStation(const ProductWithFiles& p, StationOptions options, FakePorts& ports)
-      : station(ProductPackage{p.product, p.files, {}}, withShortTimes(std::move(options)),
-                recorder) {
-    thread = std::thread([&] { failures = station.run(ports); });
-    // Boards plugged in before the station looked are boards present at start.
-    EXPECT_TRUE(recorder.waitFor("notice"));
-  }
-  ~RunningStation() {
-    if (thread.joinable()) {
-      station.interrupt();
-      station.interrupt();
-      thread.join();
-    }
-  }
-  // Returns the count of boards that failed or were stopped.
-  std::int64_t finish() {
-    thread.join();
-    return failures;
-  }
-  static StationOptions withShortTimes(StationOptions options) {
-    options.testDevices = true;
-    options.settleSeconds = 0.2;
-    options.quietSeconds = 1.5;
-    return options;
-  }
-
-  Recorder recorder;
-  Station station;
-  std::thread thread;
-  std::int64_t failures = -1;
-};
-
-// A board whose run lasts about a second: the line is paced at its real speed.
-SimulatedESPOptions slowESP32() {
-  SimulatedESPOptions options;
-  options.paceLine = true;
-  options.syncAnswers = 1;
-  return options;
-}
-
 } // namespace
-
-// Boards plugged in while others run are flashed at once, side by side; one failing leaves the
-// others alone and shows in the count; a port that comes and goes within the settling time is
-// no board.
-TEST(Station, FlashesBoardsAsTheyArriveAndCountsTheFailures) {
-  SimulatedESP first(slowESP32()), second(slowESP32());
-  SimulatedESPOptions failing;
-  failing.failCommand = static_cast<std::uint8_t>(ESPCommand::flashDeflateBegin);
-  SimulatedESP broken(failing);
-  PseudoTerminal flicker;
-  FakePorts ports;
-  auto product = espProduct(ESPChip::esp32, 48 * 1024);
-  RunningStation running(product, {}, ports);
-
-  ports.plug(first.path());
-  ASSERT_TRUE(running.recorder.waitFor("started", first.path())) << describe(running.recorder);
-  ports.plug(broken.path());
-  ports.plug(second.path());
-  ports.plug(flicker.path());
-  ports.pull(flicker.path());
-  ASSERT_TRUE(running.recorder.waitFor("done", {}, 2)) << describe(running.recorder);
-  ASSERT_TRUE(running.recorder.waitFor("failed", broken.path()));
-  running.station.interrupt();
-  EXPECT_EQ(running.finish(), 1);
-
-  Recorder& r = running.recorder;
-  // The second board started before the first was done: they ran at the same time.
-  EXPECT_LT(r.indexOf("started", second.path()), r.indexOf("done", first.path()))
-      << describe(r);
-  EXPECT_EQ(r.count("done", first.path()), 1);
-  EXPECT_EQ(r.count("done", second.path()), 1);
-  EXPECT_EQ(r.count("started", flicker.path()), 0);
-  EXPECT_EQ(running.station.flashed(), 2);
-  EXPECT_EQ(running.station.failed(), 1);
-  const Bytes& app = product.files.at(product.product.images[2].id);
-  Bytes flash = second.flash();
-  EXPECT_TRUE(std::equal(app.begin(), app.end(), flash.begin() + 0x10000));
-  EXPECT_EQ(r.entries().back().text, "Flashed 2 · Failed 1.");
-}
-
-// A port that goes and comes back right after its run holds another board, unless the port is
-// the board's own USB restarting: then its USB serial number, or else its MAC address, tells.
-// A board of the other family is left alone at once. Nothing is ever left alone silently, and a
-// board that never answered is not tried over and over as it restarts.
-TEST(Station, ABoardSwappedInIsFlashedTheSameBoardRestartingIsLeftAlone) {
-  SimulatedESPOptions otherMAC, mute;
-  otherMAC.macWord0 = 0x0BADF00D;
-  mute.silent = true;
-  SimulatedESP a, b(otherMAC), silent(mute);
-  const fs::path slot = fs::temp_directory_path() / ("tw-slot-" + std::to_string(::getpid()));
-  FakePorts ports;
-  RunningStation running(espProduct(ESPChip::esp32, 4096), {}, ports);
-  Recorder& r = running.recorder;
-
-  struct Step {
-    const char* what;
-    SerialPortInfo port;
-    const SimulatedESP* board;
-    const char* expected; // "done", "failed" or "skipped"
-    std::string reason;
-  };
-  const std::string sameSerial = "the board whose run just ended, restarting (same USB serial "
-                                 "number).";
-  const std::string sameMAC = "the board whose run just ended (same MAC address); restarted "
-                              "into its firmware.";
-  const std::string cannotTell = "taken for the board whose run just ended, restarting: its "
-                                 "port has no USB serial number that would tell another board. "
-                                 "Plug a new board in again after a few seconds.";
-  const std::vector<Step> steps = {
-      {"a first board behind an adapter", FakePorts::adapter(), &a, "done", ""},
-      {"another board on the adapter at once", FakePorts::adapter(), &b, "done", ""},
-      {"that board plugged in again at once", FakePorts::adapter(), &b, "done", ""},
-      {"own USB without a serial number, same MAC", FakePorts::nativeESP(std::nullopt), &b,
-       "skipped", sameMAC},
-      {"and back from that restart", FakePorts::nativeESP(std::nullopt), &b, "skipped", cannotTell},
-      {"own USB, another board without a serial number", FakePorts::nativeESP(std::nullopt), &a,
-       "done", ""},
-      {"own USB, a serial number", FakePorts::nativeESP("S-B"), &b, "done", ""},
-      {"own USB, the same serial number", FakePorts::nativeESP("S-B"), &b, "skipped", sameSerial},
-      {"own USB, another serial number", FakePorts::nativeESP("S-A"), &a, "done", ""},
-      {"an Arduino Uno for an ESP product",
-       {"", std::nullopt, 0x2341, 0x0043},
-       &a,
-       "skipped",
-       "an Arduino board, and this product is for ESP boards."},
-      {"a board that never answers", FakePorts::adapter(), &silent, "failed", ""},
-      {"back after that run, nothing to compare", FakePorts::nativeESP(std::nullopt), &silent,
-       "skipped", cannotTell},
-  };
-  for (const Step& step : steps) {
-    SCOPED_TRACE(step.what);
-    const int before = r.count(step.expected, slot.string());
-    ports.pull(slot.string());
-    fs::remove(slot);
-    fs::create_symlink(step.board->path(), slot);
-    ports.plug(slot.string(), step.port);
-    ASSERT_TRUE(r.waitFor(step.expected, slot.string(), before + 1)) << describe(r);
-    if (!step.reason.empty()) {
-      EXPECT_EQ(r.entries().back().text, step.reason);
-    }
-  }
-  // Swapped while its run still goes on: the board that came is flashed once the run ends.
-  SimulatedESP slow(slowESP32()), next;
-  const int done = r.count("done", slot.string());
-  ports.pull(slot.string());
-  fs::remove(slot);
-  fs::create_symlink(slow.path(), slot);
-  ports.plug(slot.string());
-  ASSERT_TRUE(r.waitFor("connected", slot.string(), r.count("connected", slot.string()) + 1));
-  ports.pull(slot.string());
-  fs::remove(slot);
-  fs::create_symlink(next.path(), slot);
-  ports.plug(slot.string());
-  ASSERT_TRUE(r.waitFor("done", slot.string(), done + 2)) << describe(r);
-  EXPECT_GT(next.requests(ESPCommand::flashDeflateBegin), 0);
-
-  running.station.interrupt();
-  EXPECT_EQ(running.finish(), 1);
-  EXPECT_EQ(running.station.flashed(), 8);
-  EXPECT_EQ(r.count("started"), 10) << describe(r); // eight, the comparison, the silent one
-  fs::remove(slot);
-}
-
-// --now takes the boards already there; --limit stops taking boards once that many succeeded or
-// run, and ends the station when they have succeeded, without Ctrl+C.
-TEST(Station, NowAndLimit) {
-  SimulatedESP a(slowESP32()), b(slowESP32()), c(slowESP32());
-  FakePorts ports;
-  for (const auto* board : {&a, &b, &c})
-    ports.plug(board->path());
-  StationOptions options;
-  options.now = true;
-  options.limit = 2;
-  RunningStation running(espProduct(ESPChip::esp32, 4096), options, ports);
-  EXPECT_EQ(running.finish(), 0);
-  Recorder& r = running.recorder;
-  EXPECT_EQ(r.count("started"), 2) << describe(r);
-  EXPECT_EQ(r.count("done"), 2);
-  EXPECT_EQ(r.count("notice", ""), 3); // ready, limit reached, summary
-  const auto entries = r.entries();
-  ASSERT_GE(entries.size(), 3u);
-  // The board left waiting is said to be left alone, after the limit and before the summary.
-  EXPECT_EQ(entries[entries.size() - 3].text, "Limit of 2 reached: no new boards are taken.");
-  EXPECT_EQ(entries[entries.size() - 2].kind, "skipped");
-  EXPECT_EQ(entries[entries.size() - 2].text, "the station takes no new boards.");
-}
-
-// The first Ctrl+C lets the running boards finish and takes no new ones; a second one stops
-// them, and a stopped board counts as failed.
-TEST(Station, CtrlCOnceLetsBoardsFinishTwiceStopsThem) {
-  for (int presses : {1, 2}) {
-    SCOPED_TRACE(presses);
-    SimulatedESP a(slowESP32()), b(slowESP32()), late;
-    FakePorts ports;
-    RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
-    Recorder& r = running.recorder;
-    ports.plug(a.path());
-    ports.plug(b.path());
-    ASSERT_TRUE(r.waitFor("connected", {}, 2)) << describe(r);
-    running.station.interrupt();
-    ports.plug(late.path());
-    if (presses == 2) running.station.interrupt();
-    const std::int64_t failures = running.finish();
-    EXPECT_EQ(r.count("started", late.path()), 0) << describe(r);
-    EXPECT_EQ(r.count("skipped", late.path()), 1) << describe(r);
-    if (presses == 1) {
-      EXPECT_EQ(failures, 0) << describe(r);
-      EXPECT_EQ(r.count("done"), 2);
-      EXPECT_NE(describe(r).find("The 2 running boards finish; press Ctrl+C again to stop them."),
-                std::string::npos)
-          << describe(r);
-    } else {
-      EXPECT_EQ(failures, 2) << describe(r);
-      EXPECT_EQ(r.count("stopped"), 2);
-      EXPECT_EQ(r.count("done"), 0);
-    }
-  }
-}
-
-// A record line that cannot be written, or a reader of the output that went away: the boards
-// running finish (a board without its record line counts as failed), every board handed to
-// the record, and no board plugged in afterwards is taken, though each is said to be left alone.
-TEST(Station, ALostRecordOrReaderTakesNoNewBoards) {
-  for (const bool recordLost : {true, false}) {
-    SCOPED_TRACE(recordLost ? "the record is lost" : "the reader is gone");
-    SimulatedESP quick, slow(slowESP32()), late;
-    FakePorts ports;
-    RunningStation running(espProduct(ESPChip::esp32, 96 * 1024), {}, ports);
-    Recorder& r = running.recorder;
-    ports.plug(quick.path());
-    ports.plug(slow.path());
-    ASSERT_TRUE(r.waitFor("started", {}, 2)) << describe(r);
-    (recordLost ? r.recordFails : r.outputGone) = true;
-    // The slow board still runs when the quick one has ended and the station noticed.
-    ASSERT_TRUE(r.waitFor(recordLost ? "failed" : "done", quick.path())) << describe(r);
-    ports.plug(late.path());
-    ASSERT_TRUE(r.waitFor("skipped", late.path())) << describe(r);
-    EXPECT_EQ(running.finish(), recordLost ? 2 : 0) << describe(r);
-
-    EXPECT_EQ(r.count(recordLost ? "failed" : "done", slow.path()), 1) << describe(r);
-    EXPECT_EQ(r.count("started", late.path()), 0) << describe(r);
-    EXPECT_EQ(late.requests(ESPCommand::sync), 0);
-    EXPECT_EQ(r.recorded, 2);
-    EXPECT_EQ(running.station.outputWasLost(), !recordLost);
-    EXPECT_EQ(running.station.recordProblem().has_value(), recordLost);
-    if (recordLost) {
-      // Said when it happens, and again after the counts.
-      const auto entries = r.entries();
-      EXPECT_EQ(entries.back().text, "The record file is full.");
-      EXPECT_EQ(entries[entries.size() - 2].text, "Flashed 0 · Failed 2.");
-      EXPECT_NE(describe(r).find("The record file is full. No new boards are taken"),
-                std::string::npos)
-          << describe(r);
-    }
-  }
-}
-
-// Leonardo-type boards go one at a time, and the bootloader port that comes up during a run is
-// that run's, not a new board.
-TEST(Station, CaterinaBoardsOneAtATime) {
-  SimulatedAVROptions leonardo;
-  leonardo.board = AVRBoard::leonardo;
-  SimulatedAVR bootloaderA(leonardo), bootloaderB(leonardo);
-  PseudoTerminal sketchA, sketchB;
-  FakePorts ports;
-  StationOptions options;
-  options.findBootloaderPort = [&](const std::set<std::string>&, const std::string& old) {
-    const std::string& bootloader = old == sketchA.path() ? bootloaderA.path() : bootloaderB.path();
-    ports.pull(old);
-    ports.plug(bootloader);
-    std::this_thread::sleep_for(400ms); // the station sees it while the run waits
-    return bootloader;
-  };
-  RunningStation running(avrProduct(AVRBoard::leonardo, 4000), options, ports);
-  Recorder& r = running.recorder;
-  ports.plug(sketchA.path());
-  ports.plug(sketchB.path());
-  ASSERT_TRUE(r.waitFor("done", {}, 2)) << describe(r);
-  running.station.interrupt();
-  EXPECT_EQ(running.finish(), 0);
-  EXPECT_EQ(r.count("started"), 2) << describe(r);
-  EXPECT_EQ(r.count("started", bootloaderA.path()) + r.count("started", bootloaderB.path()), 0);
-  // Whichever went first was done before the other started.
-  std::vector<std::string> order;
-  for (const auto& e : r.entries())
-    if (e.kind == "started" || e.kind == "done") order.push_back(e.kind);
-  EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"}))
-      << describe(r);
-  EXPECT_NE(describe(r).find("one at a time"), std::string::npos);
-}
 
 // The executable: JSON events and the record file, with simulated boards named as test devices.
 TEST(StationCommand, JSONEventsAndTheRecordFile) {
@@ -412,8 +53,8 @@ TEST(StationCommand, JSONEventsAndTheRecordFile) {
   ProductPackage::writeDirectory({p.product, p.files, {}}, root / "Sensor.twflash");
   std::ifstream recordFile(root / "Sensor.twflash" / "product.json", std::ios::binary);
   const std::string record((std::istreambuf_iterator<char>(recordFile)), {});
-  const std::string digest =
-      Digest::sha256Hex(ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
+  const std::string digest = Digest::sha256Hex(
+      ByteView(reinterpret_cast<const std::uint8_t*>(record.data()), record.size()));
 
   SimulatedESP good;
   SimulatedESPOptions failing;
@@ -421,10 +62,9 @@ TEST(StationCommand, JSONEventsAndTheRecordFile) {
   SimulatedESP silent(failing);
   const std::string log = (root / "boards.jsonl").string();
   std::ofstream(log) << "{\"earlier\":true}\n"; // appended to, never replaced
-  Result result =
-      runCLI({"station", (root / "Sensor.twflash").string(), "--test-device", "--port",
-              good.path(), "-p", silent.path(), "--json", "--record", log},
-             R"("event":"failed")");
+  Result result = runCLI({"station", (root / "Sensor.twflash").string(), "--test-device", "--port",
+                          good.path(), "-p", silent.path(), "--json", "--record", log},
+                         R"("event":"failed")");
   EXPECT_EQ(result.status, 1) << result.out << result.err;
 
   const std::regex isoTime(R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z)");
@@ -478,7 +118,7 @@ TEST(StationCommand, CtrlCAndRefusals) {
   auto p = espProduct(ESPChip::esp32, 64 * 1024);
   ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
   const std::string product = (root / "Sensor.twflash").string();
-  SimulatedESP board(slowESP32());
+  SimulatedESP board(pacedESP32());
 
   Result stopped = runCLI({"station", product, "--test-device", "--port", board.path()},
                           "Flashen gestartet", "de");
@@ -532,8 +172,8 @@ TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
   EXPECT_GE(mentioned, 5);
 
   auto arguments = cli::parseArguments({"station", "-p", "/dev/ttyUSB1", "--port=/dev/ttyUSB0",
-                                        "--now", "--limit", "12", "--json", "--record",
-                                        "b.jsonl", "--no-verify", "P.twflash"});
+                                        "--now", "--limit", "12", "--json", "--record", "b.jsonl",
+                                        "--no-verify", "P.twflash"});
   EXPECT_EQ(arguments.ports, (std::vector<std::string>{"/dev/ttyUSB1", "/dev/ttyUSB0"}));
   EXPECT_EQ(arguments.limit, 12);
   EXPECT_EQ(arguments.record, "b.jsonl");
@@ -595,7 +235,7 @@ std::string liveLineOf(const std::vector<std::string>& paths, const std::string&
     for (const auto& path : paths)
       console.progress({path, ""}, 45, 100);
     if (!left.empty()) console.skipped({left, ""}, "proved to be the last board.");
-    console.notice("redraw"); // a line always draws the live line again
+    console.notice({StationNotice::Kind::stopping}); // a line always draws the live line again
   }
   std::fclose(out);
   std::string shown;
@@ -700,7 +340,7 @@ TEST(StationJSON, ProgressAtEveryFifthPercentCrossedAndSkippedBoards) {
 // its own instead of running on from the live line.
 TEST(StationCommand, AFullRecordDisk) {
   ProductOnDisk product("tw-station-full-");
-  SimulatedESP board(slowESP32());
+  SimulatedESP board(pacedESP32());
   RunOptions terminal;
   terminal.terminalColumns = 80;
   Result result = runCLI(
@@ -740,19 +380,19 @@ TEST(StationCommand, AReaderThatGoesAway) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
-    SimulatedESP board(slowESP32()), later;
+    SimulatedESP board(pacedESP32()), later;
     const std::string log = (product.root / "boards.jsonl").string();
     fs::remove(log);
     const fs::path slot = product.root / "later";
     fs::remove(slot);
-    std::vector<std::string> words = {"station", product.path(), "--test-device", "-p",
-                                      board.path(), "-p", slot.string(), "--record", log};
+    std::vector<std::string> words = {"station",     product.path(), "--test-device",
+                                      "-p",          board.path(),   "-p",
+                                      slot.string(), "--record",     log};
     if (c.json) words.push_back("--json");
     RunOptions options;
     options.when = c.when;
     options.then = RunOptions::Then::closeOutput;
-    if (c.boardComesLater)
-      options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
+    if (c.boardComesLater) options.call = [&](pid_t) { fs::create_symlink(later.path(), slot); };
     Result result = runCLI(words, options);
     EXPECT_EQ(result.status, 1) << result.err;
     EXPECT_NE(result.err.find("The station’s output was closed (the program reading it ended). "
@@ -776,7 +416,7 @@ TEST(StationCommand, AReaderThatGoesAway) {
 // second is told who has the board, and the first writes it undisturbed.
 TEST(StationCommand, TwoProcessesNeverWriteOneBoard) {
   ProductOnDisk product("tw-station-lock-", 256 * 1024);
-  SimulatedESP shared(slowESP32());
+  SimulatedESP shared(pacedESP32());
   Result second;
   pid_t firstProcess = 0;
   RunOptions whileConnected;

@@ -44,16 +44,19 @@ chmod 700 "$XDG_RUNTIME_DIR"
 
 "$launcher" --launch-immediately >"$scratch/launcher.log" 2>&1 &
 started+=($!)
-# The launcher owns org.a11y.Bus once the accessibility bus is up; give it ten seconds.
-address=""
+# The launcher owns org.a11y.Bus once the accessibility bus is up; give it ten seconds. Asked
+# without activating it, so the session bus does not start a second launcher meanwhile.
+owned=""
 for _ in $(seq 100); do
-  address=$(dbus-send --session --print-reply=literal --reply-timeout=1000 --dest=org.a11y.Bus \
-    /org/a11y/bus org.a11y.Bus.GetAddress 2>/dev/null || true)
-  [ -n "$address" ] && break
+  owned=$(dbus-send --session --print-reply=literal --reply-timeout=1000 \
+    --dest=org.freedesktop.DBus /org/freedesktop/DBus org.freedesktop.DBus.NameHasOwner \
+    string:org.a11y.Bus 2>/dev/null || true)
+  [[ "$owned" == *true* ]] && break
   kill -0 "${started[0]}" 2>/dev/null || break
   sleep 0.1
 done
-[ -n "$address" ] || skip "at-spi-bus-launcher did not start: $(cat "$scratch/launcher.log")"
+[[ "$owned" == *true* ]] ||
+  skip "at-spi-bus-launcher did not start: $(cat "$scratch/launcher.log")"
 
 # The display number is the one Xvfb finds free, so sessions side by side never share one.
 Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$scratch/display" \

@@ -8,8 +8,9 @@
 #include <mutex>
 #include <thread>
 
-#include "TarnwickCLI/Station.hpp"
-#include "TarnwickCLI/StationRecorder.hpp"
+#include "FlashStation/PortSource.hpp"
+#include "FlashStation/Station.hpp"
+#include "FlashStation/StationRecorder.hpp"
 #include "support/Products.hpp"
 #include "support/umockdev/Testbed.hpp"
 
@@ -25,7 +26,7 @@ const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
 // The scanner as the station sees it, and a way to wait until the station has had the list in
 // which a port is gone: a port that goes and comes back faster than one look would never have
 // gone, for the station.
-class WatchedSource : public cli::PortSource {
+class WatchedSource : public station::PortSource {
 public:
   std::vector<SerialPortInfo> start() override { return seen(inner_.start()); }
   std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override {
@@ -47,7 +48,7 @@ private:
     changed_.notify_all();
     return ports;
   }
-  cli::ScannerPortSource inner_{{}, PortScanner::ChangeSource::udevMonitor};
+  station::ScannerPortSource inner_{{}, PortScanner::ChangeSource::udevMonitor};
   std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<SerialPortInfo> last_;
@@ -63,8 +64,8 @@ TEST(StationOnScanner, TakesTheBoardPluggedInOnceItStayed) {
   bed.addUSBPort("ttyUSB0", "1a86", "7523", "USB Serial");
   auto p = espProduct(ESPChip::esp32, 4096);
   Recorder recorder;
-  cli::Station station({p.product, p.files, {}}, {}, recorder);
-  cli::ScannerPortSource source({}, PortScanner::ChangeSource::udevMonitor);
+  station::Station station({p.product, p.files, {}}, {}, recorder);
+  station::ScannerPortSource source({}, PortScanner::ChangeSource::udevMonitor);
   std::int64_t failures = -1;
   std::thread running([&] { failures = station.run(source); });
   ASSERT_TRUE(recorder.waitFor("notice"));
@@ -103,16 +104,16 @@ TEST(StationOnScanner, APortThatComesBackIsJudgedByItsKindAndSerialNumber) {
   Testbed bed;
   auto p = espProduct(ESPChip::esp32, 4096);
   Recorder recorder;
-  cli::StationOptions options;
+  station::StationOptions options;
   options.settleSeconds = 0.2;
   options.quietSeconds = 600; // the whole test is within the quiet time
-  cli::Station station({p.product, p.files, {}}, options, recorder);
+  station::Station station({p.product, p.files, {}}, options, recorder);
   WatchedSource source;
   std::int64_t failures = -1;
   std::thread running([&] { failures = station.run(source); });
   // A failed step still ends the station before the test does.
   struct Ending {
-    cli::Station& station;
+    station::Station& station;
     std::thread& thread;
     ~Ending() {
       if (!thread.joinable()) return;

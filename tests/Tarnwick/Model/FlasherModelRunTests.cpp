@@ -171,7 +171,7 @@ TEST_F(ModelTest, FailedAndCancelledRuns) {
   // While flashing, quitting is refused with the reason, and port lists change nothing else.
   EXPECT_FALSE(model->requestQuit());
   ASSERT_EQ(dialogs.alerts.size(), 1u);
-  EXPECT_EQ(dialogs.alerts[0], FlasherModel::quitRefusedText());
+  EXPECT_EQ(dialogs.alerts[0], model->quitRefusedText());
   model->portsChanged({usbPort("/dev/ttyUSB0")});
   EXPECT_EQ(model->selectedPath().toStdString(), silent.path());
   model->toggleFlash();

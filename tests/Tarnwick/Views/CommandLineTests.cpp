@@ -27,6 +27,16 @@ TEST(CommandLine, ReadsFilesTestDevicesAndModes) {
          l.screenshotFolder = "shots";
          l.dark = true;
        }},
+      {{"--station", "Lamp.twflash"},
+       [](CommandLine& l) {
+         l.station = true;
+         l.files = {"Lamp.twflash"};
+       }},
+      {{"--station=on"},
+       [](CommandLine& l) {
+         l.station = true;
+         l.error = "--station takes no value.";
+       }},
       {{"--version"}, [](CommandLine& l) { l.version = true; }},
       {{"-h"}, [](CommandLine& l) { l.help = true; }},
       {{"--", "--odd name.twflash"}, [](CommandLine& l) { l.files = {"--odd name.twflash"}; }},

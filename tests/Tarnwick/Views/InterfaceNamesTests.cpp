@@ -11,7 +11,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTableWidget>
+#include <QTableView>
 #include <QToolButton>
 #include <functional>
 #include <set>
@@ -21,6 +21,7 @@
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/PortTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Localization/StationWindowTexts.hpp"
 #include "Localization/WindowTexts.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
@@ -67,9 +68,9 @@ void collectTexts(QWidget* root, std::set<QString>& texts) {
     if (auto* list = qobject_cast<QListWidget*>(widget))
       for (int i = 0; i < list->count(); ++i)
         add(list->item(i)->text());
-    if (auto* table = qobject_cast<QTableWidget*>(widget))
-      for (int i = 0; i < table->columnCount(); ++i)
-        add(table->horizontalHeaderItem(i)->text());
+    if (auto* table = qobject_cast<QTableView*>(widget); table && table->model())
+      for (int i = 0; i < table->model()->columnCount(); ++i)
+        add(table->model()->headerData(i, Qt::Horizontal).toString());
   }
   for (QAction* action : root->findChildren<QAction*>()) {
     add(action->text());
@@ -123,11 +124,12 @@ protected:
     installQtTranslations(Language::en);
   }
 
-  /// The window in the states the help describes: a product with files, the settings of both
-  /// board families, the help's own topic list.
+  /// The window in the states the help describes: a product with files, a network port chosen,
+  /// the settings of both board families, the help's own topic list.
   std::set<QString> interfaceTexts() {
     std::set<QString> texts;
     load(*model, espProduct(ESPChip::esp32, 4096));
+    model->addNetworkPort("rfc2217://rack3.local:2000");
     MainWindow& window = *this->window;
     collectTexts(&window, texts);
     SettingsSheet* sheet = window.settingsSheet();
@@ -170,6 +172,8 @@ TEST_F(InterfaceNamesTest, EveryBoldNameInTheHelpIsATextTheInterfaceShows) {
         // The status line after a failed run, and the Flash button while a run goes.
         shown.insert(seen(L10n::Panel::flashingFailed()));
         shown.insert(seen(L10n::Header::stop()));
+        // The station's button after its first Stop.
+        shown.insert(seen(L10n::StationWindow::stopNow()));
         auto isShown = [&](const QString& name) {
           if (shown.count(name) != 0) return true;
           // A message may be quoted by its first sentences.
@@ -231,6 +235,10 @@ TEST_F(InterfaceNamesTest, TheHelpAndTheTooltipsNameTheActionsShortcutsInEveryLa
         const std::vector<Tooltip> tooltips = {
             {L10n::Header::flashTooltip(), L10n::State::flash()},
             {L10n::Header::stopTooltip(), L10n::State::flash()},
+            // Ctrl+R starts and stops the station too, in station mode.
+            {L10n::StationWindow::startTooltip(), L10n::State::flash()},
+            {L10n::StationWindow::stopTooltip(), L10n::State::flash()},
+            {L10n::StationWindow::stopNowTooltip(), L10n::State::flash()},
             {L10n::Footer::showLogTooltip(), L10n::Footer::showLog()},
             {L10n::Footer::saveTooltip(), L10n::Menu::saveLog()},
             {L10n::Footer::clearLogTooltip(), L10n::Menu::clearLog()},

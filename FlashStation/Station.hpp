@@ -1,10 +1,14 @@
 #pragma once
 // The flashing station: every board plugged in is flashed at once on a thread of its own, several
-// at the same time, with one product, until Ctrl+C.
+// at the same time, with one product, until it is stopped. Its rules (which port holds a new
+// board, the quiet time, the other family, one Caterina board at a time, the limit, the two
+// stops, the record) serve the command line and the desktop program alike, which only word and
+// show what it reports.
 
 #include <atomic>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,51 +20,22 @@
 #include "FlashCore/ProductPackage.hpp"
 #include "FlashEngine/AVRLoader.hpp"
 #include "FlashEngine/CompressionCache.hpp"
+#include "FlashEngine/FlashEvent.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "FlashSerial/PortScanner.hpp"
+#include "FlashStation/PortSource.hpp"
 
-namespace tarnwick::cli {
-
-/// Where the station learns which ports are present: the port scanner, or a fake in tests.
-class PortSource {
-public:
-  using Clock = std::chrono::steady_clock;
-  virtual ~PortSource() = default;
-  /// Begins watching and returns the ports present now.
-  virtual std::vector<SerialPortInfo> start() = 0;
-  /// Waits until the ports may have changed, `wake` becomes readable or `deadline` passes, and
-  /// returns the new list if there is one. Never reads `wake`.
-  virtual std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline,
-                                                         int wake) = 0;
-};
-
-/// The port scanner as a port source, with the test devices named on the command line (which
-/// no scanner lists) present while their device node exists.
-class ScannerPortSource : public PortSource {
-public:
-  explicit ScannerPortSource(
-      std::vector<std::string> testDevices = {},
-      PortScanner::ChangeSource changes = PortScanner::ChangeSource::automatic);
-  /// False when the system gives no notice of ports coming and going.
-  bool canWatch() const { return scanner_.descriptor() >= 0; }
-  std::vector<SerialPortInfo> start() override;
-  std::optional<std::vector<SerialPortInfo>> wait(Clock::time_point deadline, int wake) override;
-
-private:
-  std::vector<SerialPortInfo> withTestDevices(std::vector<SerialPortInfo> ports) const;
-
-  PortScanner scanner_;
-  std::vector<std::string> testDevices_;
-  std::optional<std::vector<SerialPortInfo>> delivered_;
-  std::vector<SerialPortInfo> last_;
-};
+namespace tarnwick::station {
 
 struct StationOptions {
   /// Watch only these ports; empty watches all.
   std::set<std::string> onlyPorts;
-  /// Devices that are no serial adapters (pseudo-terminals) may be flashed; those among
-  /// `onlyPorts` count as boards and as newly connected at start.
-  bool testDevices = false;
+  /// The engine may open devices that are no serial adapters (pseudo-terminals).
+  bool allowsTestDevices = false;
+  /// Ports named as test devices: boards although no USB facts come with them. Those that are no
+  /// serial adapters are flashed at start, as nothing plugs them in, and a run on them ends
+  /// as on a port behind an adapter.
+  std::set<std::string> testDevices;
   /// Boards already connected at start are flashed too.
   bool now = false;
   /// Take no new board once this many have succeeded or are running.
@@ -71,6 +46,8 @@ struct StationOptions {
   double quietSeconds = 6.0;
   /// Where a Caterina bootloader appeared (tests); absent: the engine watches the devices.
   AVRLoader::PortFinder findBootloaderPort;
+  /// The name of a board for people, called on the station's thread; absent: `boardName`.
+  std::function<std::string(const SerialPortInfo&)> nameBoard;
 };
 
 /// One board, as the station names it.
@@ -78,6 +55,8 @@ struct StationBoard {
   std::string path;
   /// The port's name with its device ("Arduino Uno (ttyACM0)").
   std::string name;
+  /// The USB serial number of its port, where it has one.
+  std::optional<std::string> serialNumber = std::nullopt;
 };
 
 /// How one board's run ended.
@@ -95,24 +74,50 @@ struct BoardOutcome {
   std::chrono::system_clock::time_point finished;
 };
 
-/// Receives what happens at the station. Calls come from the station's thread and, for
-/// `connected` and `progress`, from the threads of the runs: implementations lock.
+/// What the station says about itself; each front end words it in its own way.
+struct StationNotice {
+  enum class Kind {
+    /// Watching; `count` boards present at start are taken at once.
+    ready,
+    /// `text` names a port to watch that is not there yet.
+    waitingForPort,
+    /// The product's boards bring their bootloader up on a port of its own: one at a time.
+    oneAtATime,
+    /// The first stop: no new boards, `count` running boards finish.
+    finishing,
+    /// The second stop: the running boards are stopped.
+    stopping,
+    /// The limit, `count`, is met: no new boards.
+    limitReached,
+    /// The record cannot be kept, and `text` says why: no new boards.
+    recordLost,
+    /// The station has ended: `count` boards flashed, `failed` failed or stopped, and `text`
+    /// why the record was lost (empty when it was kept).
+    ended,
+  };
+  Kind kind = Kind::ready;
+  std::int64_t count = 0;
+  std::int64_t failed = 0;
+  std::string text = {};
+};
+
+/// Receives what happens at the station. Calls come from the station's thread and, for `event`,
+/// from the threads of the runs: implementations lock.
 class StationReport {
 public:
   virtual ~StationReport() = default;
-  /// A message about the station itself (ready, Ctrl+C, limit).
-  virtual void notice(const std::string& text) = 0;
+  virtual void notice(const StationNotice& notice) = 0;
+  /// A board's run begins.
   virtual void started(const StationBoard& board) = 0;
-  virtual void connected(const StationBoard& board, const std::string& chip,
-                         const std::optional<std::string>& mac) = 0;
-  virtual void progress(const StationBoard& board, std::int64_t done, std::int64_t total) = 0;
+  /// Each event of a board's run, on the run's thread.
+  virtual void event(const StationBoard& board, const FlashEvent& event) = 0;
   virtual void finished(const BoardOutcome& outcome) = 0;
   /// A board on this port is left alone, and why (in the interface language). Never silently.
   virtual void skipped(const StationBoard& board, const std::string& reason) = 0;
   /// Keeps the record of a finished board; why it could not, in the interface language. Called
   /// before `finished`: a board whose record is lost counts as failed.
   virtual std::optional<std::string> record(const BoardOutcome&) { return std::nullopt; }
-  /// True once nobody reads what the station prints any more.
+  /// True once nobody reads what the station reports any more.
   virtual bool outputLost() { return false; }
 };
 
@@ -143,6 +148,7 @@ private:
   struct Run;
   using Clock = std::chrono::steady_clock;
 
+  StationBoard boardOn(const SerialPortInfo& port) const;
   bool isCandidate(const SerialPortInfo& port) const;
   bool isTestDevice(const std::string& path) const;
   /// Says so and returns true for a board the USB ids show to be of the product's other family.
@@ -168,7 +174,6 @@ private:
   std::atomic<int> interrupts_ = 0;
   int interruptsSeen_ = 0;
   bool takingBoards_ = true;
-  bool limitNoticed_ = false;
 
   /// The ports of the last list, by path.
   std::map<std::string, SerialPortInfo> present_;
@@ -194,4 +199,4 @@ private:
 /// The name of a port with its device, as the station's lines begin ("CP2102 (ttyUSB0)").
 std::string boardName(const SerialPortInfo& port);
 
-} // namespace tarnwick::cli
+} // namespace tarnwick::station

@@ -10,34 +10,42 @@
 #include <string>
 #include <vector>
 
-#include "TarnwickCLI/Station.hpp"
+#include "FlashStation/Station.hpp"
 
 namespace tarnwick::testing {
 
 // Everything the station reports, in order, for assertions and for waiting on.
-class Recorder : public cli::StationReport {
+class Recorder : public station::StationReport {
 public:
   struct Entry {
     std::string kind; // "started", "connected", "done", "failed", "stopped", "skipped", "notice"
+    /// The board's port; for a notice, what kind of notice ("ready", "ended", …).
     std::string path;
+    /// The board's name, the chip, why it failed or was left alone; a notice's text.
     std::string text;
+    /// A notice's numbers.
+    std::int64_t count = 0;
+    std::int64_t failed = 0;
   };
 
-  void notice(const std::string& text) override { add({"notice", "", text}); }
-  void started(const cli::StationBoard& board) override { add({"started", board.path, board.name}); }
-  void connected(const cli::StationBoard& board, const std::string& chip,
-                 const std::optional<std::string>&) override {
-    add({"connected", board.path, chip});
+  void notice(const station::StationNotice& notice) override {
+    add({"notice", noticeName(notice.kind), notice.text, notice.count, notice.failed});
   }
-  void progress(const cli::StationBoard&, std::int64_t, std::int64_t) override {}
-  void finished(const cli::BoardOutcome& outcome) override {
+  void started(const station::StationBoard& board) override {
+    add({"started", board.path, board.name});
+  }
+  void event(const station::StationBoard& board, const FlashEvent& event) override {
+    if (auto* connected = std::get_if<FlashEvents::Connected>(&event))
+      add({"connected", board.path, connected->chip});
+  }
+  void finished(const station::BoardOutcome& outcome) override {
     static const char* names[] = {"done", "failed", "stopped"};
     add({names[static_cast<int>(outcome.result)], outcome.board.path, outcome.message});
   }
-  void skipped(const cli::StationBoard& board, const std::string& reason) override {
+  void skipped(const station::StationBoard& board, const std::string& reason) override {
     add({"skipped", board.path, reason});
   }
-  std::optional<std::string> record(const cli::BoardOutcome&) override {
+  std::optional<std::string> record(const station::BoardOutcome&) override {
     ++recorded;
     if (recordFails) return "The record file is full.";
     return std::nullopt;
@@ -74,6 +82,21 @@ public:
     return entries_;
   }
 
+  static std::string noticeName(station::StationNotice::Kind kind) {
+    using Kind = station::StationNotice::Kind;
+    switch (kind) {
+    case Kind::ready: return "ready";
+    case Kind::waitingForPort: return "waitingForPort";
+    case Kind::oneAtATime: return "oneAtATime";
+    case Kind::finishing: return "finishing";
+    case Kind::stopping: return "stopping";
+    case Kind::limitReached: return "limitReached";
+    case Kind::recordLost: return "recordLost";
+    case Kind::ended: return "ended";
+    }
+    return {};
+  }
+
 private:
   void add(Entry entry) {
     std::lock_guard lock(mutex_);
@@ -94,7 +117,10 @@ private:
 inline std::string describe(Recorder& recorder) {
   std::string text;
   for (const auto& e : recorder.entries())
-    text += e.kind + " " + e.path + " " + e.text + "\n";
+    text +=
+        e.kind + " " + e.path + " " + e.text +
+        (e.kind == "notice" ? " " + std::to_string(e.count) + "/" + std::to_string(e.failed) : "") +
+        "\n";
   return text;
 }
 

@@ -1,9 +1,8 @@
-#include "TarnwickCLI/Station.hpp"
+#include "FlashStation/Station.hpp"
 
 #include <algorithm>
 #include <ctime>
 #include <sys/eventfd.h>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -13,9 +12,8 @@
 #include "FlashSerial/FlashPortError.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
-#include "TarnwickCLI/Ports.hpp"
 
-namespace tarnwick::cli {
+namespace tarnwick::station {
 
 namespace {
 
@@ -33,49 +31,15 @@ double threadCPUSeconds() {
 
 } // namespace
 
+StationBoard Station::boardOn(const SerialPortInfo& port) const {
+  return {port.path, options_.nameBoard ? options_.nameBoard(port) : boardName(port),
+          port.serialNumber};
+}
+
 std::string boardName(const SerialPortInfo& port) {
   const std::string name = PortScanner::displayName(port);
   const std::string device = deviceName(port.path);
   return name == device ? name : name + " (" + device + ")";
-}
-
-// MARK: - The scanner as a port source
-
-ScannerPortSource::ScannerPortSource(std::vector<std::string> testDevices,
-                                     PortScanner::ChangeSource changes)
-    : scanner_(changes), testDevices_(std::move(testDevices)) {
-  scanner_.onChange = [this](const std::vector<SerialPortInfo>& ports) { delivered_ = ports; };
-  scanner_.start();
-}
-
-std::vector<SerialPortInfo> ScannerPortSource::start() {
-  last_ = delivered_ ? *delivered_ : scanner_.scan();
-  delivered_.reset();
-  return withTestDevices(last_);
-}
-
-std::optional<std::vector<SerialPortInfo>> ScannerPortSource::wait(Clock::time_point deadline,
-                                                                   int wake) {
-  // A test device gives no notice when it goes: look again twice a second.
-  if (!testDevices_.empty()) deadline = std::min(deadline, Clock::now() + seconds(0.5));
-  scanner_.wait(deadline, wake);
-  if (delivered_) {
-    last_ = std::move(*delivered_);
-    delivered_.reset();
-  }
-  return withTestDevices(last_);
-}
-
-std::vector<SerialPortInfo> ScannerPortSource::withTestDevices(
-    std::vector<SerialPortInfo> ports) const {
-  for (const auto& path : testDevices_) {
-    struct stat info {};
-    const bool listed = std::ranges::any_of(ports, [&](const auto& p) { return p.path == path; });
-    if (!listed && ::stat(path.c_str(), &info) == 0 && S_ISCHR(info.st_mode)) {
-      ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
-    }
-  }
-  return ports;
 }
 
 // MARK: - Runs
@@ -92,7 +56,6 @@ struct Station::Run {
   std::optional<std::string> bootloaderPath;
   std::optional<std::string> chip;
   std::optional<std::string> mac;
-  std::optional<std::string> serialNumber;
   /// Set by the run's thread when the board turned out to be the one flashed before.
   bool sameBoard = false;
   /// The station's own: the port went and came back during the run although nothing but
@@ -144,18 +107,18 @@ bool Station::isCandidate(const SerialPortInfo& port) const {
   if (!options_.onlyPorts.empty() && !options_.onlyPorts.contains(port.path)) return false;
   if (port.vendorID) return true;
   // A named test device is a board although no USB facts come with it.
-  return options_.testDevices && options_.onlyPorts.contains(port.path);
+  return options_.testDevices.contains(port.path);
 }
 
 bool Station::isTestDevice(const std::string& path) const {
-  return options_.testDevices && options_.onlyPorts.contains(path) && !FlashPort::isValidPath(path);
+  return options_.testDevices.contains(path) && !FlashPort::isValidPath(path);
 }
 
 bool Station::leftAsOtherFamily(const SerialPortInfo& port) {
   const bool esp = package_.product.target.isESP();
   auto family = boardFamily(port);
   if (!family || (*family == BoardFamily::esp) == esp) return false;
-  report_.skipped({port.path, boardName(port)}, L10n::Station::otherFamily(esp));
+  report_.skipped(boardOn(port), L10n::Station::otherFamily(esp));
   return true;
 }
 
@@ -171,7 +134,7 @@ void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
   case PortChoice::Arrival::newBoard:
   case PortChoice::Arrival::compareMAC:
     if (!takingBoards_) {
-      report_.skipped({port.path, boardName(port)}, L10n::Station::notTakingBoards());
+      report_.skipped(boardOn(port), L10n::Station::notTakingBoards());
       return;
     }
     settling_[port.path] = {
@@ -179,7 +142,7 @@ void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
     return;
   case PortChoice::Arrival::sameSerialNumber:
   case PortChoice::Arrival::cannotTell:
-    report_.skipped({port.path, boardName(port)}, PortChoice::whyLeftAlone(arrival));
+    report_.skipped(boardOn(port), PortChoice::whyLeftAlone(arrival));
     return;
   }
 }
@@ -189,7 +152,7 @@ void Station::stopTaking() {
   takingBoards_ = false;
   for (const auto& [path, settling] : settling_) {
     auto port = present_.find(path);
-    report_.skipped({path, port != present_.end() ? boardName(port->second) : path},
+    report_.skipped(port != present_.end() ? boardOn(port->second) : StationBoard{path, path},
                     L10n::Station::notTakingBoards());
   }
   settling_.clear();
@@ -239,25 +202,20 @@ void Station::startDue(Clock::time_point now) {
 
 void Station::start(const SerialPortInfo& port, std::optional<std::string> leaveBoardWithMAC) {
   auto run = std::make_unique<Run>();
-  run->board = {port.path, boardName(port)};
-  run->serialNumber = port.serialNumber;
+  run->board = boardOn(port);
   Run* self = run.get();
   run->job = std::make_unique<FlashJob>(
-      package_.product, package_.files, port.path, options_.testDevices,
+      package_.product, package_.files, port.path, options_.allowsTestDevices,
       [this, self](const FlashEvent& event) {
-        if (auto* progress = std::get_if<FlashEvents::Progress>(&event)) {
-          report_.progress(self->board, progress->done, progress->total);
-        } else if (auto* connected = std::get_if<FlashEvents::Connected>(&event)) {
-          {
-            std::lock_guard lock(self->mutex);
-            self->chip = connected->chip;
-            self->mac = connected->mac;
-          }
-          report_.connected(self->board, connected->chip, connected->mac);
+        if (auto* connected = std::get_if<FlashEvents::Connected>(&event)) {
+          std::lock_guard lock(self->mutex);
+          self->chip = connected->chip;
+          self->mac = connected->mac;
         } else if (auto* changed = std::get_if<FlashEvents::PortChanged>(&event)) {
           std::lock_guard lock(self->mutex);
           self->bootloaderPath = changed->path;
         }
+        report_.event(self->board, event);
       });
   run->job->compressionCache = cache_;
   run->job->usbJTAGFirst = prefersUSBJTAGReset(port);
@@ -285,8 +243,8 @@ void Station::start(const SerialPortInfo& port, std::optional<std::string> leave
       // Stopped before the board answered, nothing was written.
       std::lock_guard lock(self->mutex);
       outcome.message = !error.isCancelled() ? error.message()
-                        : self->chip        ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
-                                            : L10n::Log::stopped() + " " + L10n::Log::notWritten();
+                        : self->chip ? L10n::Log::stopped() + " " + L10n::Log::partlyWritten()
+                                     : L10n::Log::stopped() + " " + L10n::Log::notWritten();
     } catch (const FlashPortError& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.message();
@@ -320,7 +278,7 @@ void Station::reapFinished() {
     run.thread.join();
     // The board restarts now and may come back on its port, or on its bootloader's.
     const PortChoice::FlashedBoard memory{
-        now + seconds(options_.quietSeconds), run.serialNumber,
+        now + seconds(options_.quietSeconds), run.board.serialNumber,
         run.sameBoard ? run.job->leaveBoardWithMAC : run.outcome.mac, run.sameBoard};
     flashedOn_[run.board.path] = memory;
     if (run.bootloaderPath) flashedOn_[*run.bootloaderPath] = memory;
@@ -348,7 +306,7 @@ void Station::reapFinished() {
   }
   if (recordProblem_ && !recordNoticed_) {
     recordNoticed_ = true;
-    report_.notice(L10n::Station::recordLost(*recordProblem_));
+    report_.notice({StationNotice::Kind::recordLost, 0, 0, *recordProblem_});
     stopTaking();
   }
   if (!outputLost_ && report_.outputLost()) {
@@ -356,7 +314,7 @@ void Station::reapFinished() {
     stopTaking();
   }
   if (options_.limit && flashed_ >= *options_.limit && takingBoards_) {
-    report_.notice(L10n::Station::limitReached(*options_.limit));
+    report_.notice({StationNotice::Kind::limitReached, *options_.limit});
     stopTaking();
   }
 }
@@ -366,11 +324,11 @@ void Station::handleInterrupts() {
   if (count == interruptsSeen_) return;
   if (interruptsSeen_ == 0) {
     if (!runs_.empty())
-      report_.notice(L10n::Station::finishing(static_cast<std::int64_t>(runs_.size())));
+      report_.notice({StationNotice::Kind::finishing, static_cast<std::int64_t>(runs_.size())});
     stopTaking();
   }
   if (count >= 2 && !runs_.empty()) {
-    report_.notice(L10n::Station::stopping());
+    report_.notice({StationNotice::Kind::stopping});
     for (auto& run : runs_)
       run->job->cancel();
   }
@@ -396,11 +354,11 @@ std::int64_t Station::run(PortSource& source) {
     if (!leftAsOtherFamily(port))
       settling_[port.path] = {now - seconds(options_.settleSeconds), std::nullopt};
   }
-  report_.notice(L10n::Station::ready(package_.product.name, !settling_.empty()));
+  report_.notice({StationNotice::Kind::ready, static_cast<std::int64_t>(settling_.size())});
   for (const auto& path : options_.onlyPorts) {
-    if (!present_.contains(path)) report_.notice(L10n::Station::waitingForPort(path));
+    if (!present_.contains(path)) report_.notice({StationNotice::Kind::waitingForPort, 0, 0, path});
   }
-  if (oneAtATime_) report_.notice(L10n::Station::oneAtATime());
+  if (oneAtATime_) report_.notice({StationNotice::Kind::oneAtATime});
 
   while (true) {
     handleInterrupts();
@@ -412,9 +370,8 @@ std::int64_t Station::run(PortSource& source) {
     [[maybe_unused]] ssize_t got = ::read(wakeFD_, &drained, sizeof drained);
     if (ports) arrived(*ports, Clock::now());
   }
-  report_.notice(L10n::Station::summary(flashed_, failed_));
-  if (recordProblem_) report_.notice(*recordProblem_);
+  report_.notice({StationNotice::Kind::ended, flashed_, failed_, recordProblem_.value_or("")});
   return failed_;
 }
 
-} // namespace tarnwick::cli
+} // namespace tarnwick::station
