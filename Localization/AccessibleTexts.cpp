@@ -58,6 +58,14 @@ std::string notAValidAddress(const std::string& typed) {
 
 std::string clearField() { return tr({"Clear", "Wissen", "Leeren", "Effacer", "Borrar"}); }
 
+std::string unknown() {
+  return tr({"Unknown", "Onbekend", "Unbekannt", "Inconnu", "Desconocido"});
+}
+
+std::string stationTable() {
+  return tr({"Boards", "Boards", "Boards", "Cartes", "Placas"});
+}
+
 std::string helpTopics() {
   return tr(
       {"Help topics", "Helponderwerpen", "Hilfethemen", "Rubriques d’aide", "Temas de ayuda"});

@@ -27,6 +27,10 @@ std::string nothingToReport();
 std::string notAValidAddress(const std::string& typed);
 /// The button inside a search field that empties it.
 std::string clearField();
+/// An empty cell of a table whose value is not known, such as a board's serial number.
+std::string unknown();
+/// The station's table of boards.
+std::string stationTable();
 /// The help window's list of topics.
 std::string helpTopics();
 } // namespace tarnwick::L10n::Accessible

@@ -9,8 +9,8 @@
 namespace tarnwick::L10n::StationWindow {
 
 std::string menuItem() {
-  return tr({"Flashing Station", "Flashstation", "Flash-Station", "Station de flashage",
-             "Estación de flasheo"});
+  return tr({"Flashing &Station", "&Flashstation", "&Flash-Station", "S&tation de flashage",
+             "&Estación de flasheo"});
 }
 std::string menuItemTooltip() {
   return tr({"Flash every board plugged in with this product, several at once",

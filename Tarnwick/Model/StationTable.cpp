@@ -5,6 +5,7 @@
 
 #include "FlashCore/VisibleText.hpp"
 #include "FlashSerial/PortScanner.hpp"
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationWindowTexts.hpp"
 #include "Tarnwick/Model/Colours.hpp"
@@ -94,6 +95,13 @@ QVariant StationTable::data(const QModelIndex& index, int role) const {
   }
   if (role == Qt::TextAlignmentRole && index.column() == Column::time)
     return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+  if (role == Qt::AccessibleTextRole) {
+    // An empty cell is read out as what it means: a board still running has no time yet, one
+    // without a serial number (or not yet read) has an unknown one.
+    if (!data(index, Qt::DisplayRole).toString().isEmpty()) return {};
+    if (index.column() == Column::time) return resultText(row);
+    return qs(L10n::Accessible::unknown());
+  }
   if (role != Qt::DisplayRole) return {};
   switch (index.column()) {
   case Column::port: return qs(deviceName(row.path));

@@ -404,6 +404,11 @@ void FileListPanel::rebuildRows() {
     });
     table_->setCellWidget(row, addressColumn, centred(address));
     follow(address);
+    // The cell reads as the field does, while an address is typed too.
+    connect(address, &QLineEdit::textChanged, this, [this, row](const QString& text) {
+      if (QTableWidgetItem* cell = table_->item(row, addressColumn))
+        cell->setData(Qt::AccessibleTextRole, text);
+    });
 
     // Every cell has an item: those under a control carry what it holds as their text for
     // assistive technology, which reads the table by its cells.
@@ -439,9 +444,8 @@ void FileListPanel::updateRow(int row, const std::vector<ProductIssue>& issues,
   if (auto* address = cellControl<AddressField>(row, addressColumn)) {
     address->setAddress(image.offset);
     renameAccessibly(address, qt(L10n::Accessible::ofFile(L10n::Images::address(), name)));
+    table_->item(row, addressColumn)->setData(Qt::AccessibleTextRole, address->text());
   }
-  table_->item(row, addressColumn)
-      ->setData(Qt::AccessibleTextRole, qt(formatAddress(image.offset)));
   table_->item(row, fileColumn)->setText(qt(image.fileName));
   table_->item(row, fileColumn)->setToolTip(qt(image.fileName));
   table_->item(row, sizeColumn)->setText(qt(formatByteCount(image.size)));

@@ -363,7 +363,7 @@ QWidget* MainWindow::buildHeader() {
   layout->addSpacing(8);
   layout->addWidget(automatic_);
   // In station mode the station takes every port; the title says what the window is now.
-  auto* stationTitle = new QLabel(qt(L10n::StationWindow::menuItem()));
+  auto* stationTitle = new QLabel(withoutMnemonic(L10n::StationWindow::menuItem()));
   stationTitle->setObjectName("stationTitle");
   QFont title = stationTitle->font();
   title.setBold(true);
@@ -533,7 +533,7 @@ void MainWindow::buildMenus() {
       file, W::quit(), [this] { close(); }, Shortcuts::quit());
   quit->setMenuRole(QAction::QuitRole);
 
-  QMenu* board = menuBar()->addMenu(qt(W::boardMenu()));
+  QMenu* board = boardMenu_ = menuBar()->addMenu(qt(W::boardMenu()));
   flashAction_ = add(
       board, L10n::State::flash(),
       [this] {
@@ -722,6 +722,8 @@ void MainWindow::refreshRunControls() {
   // window shows.
   QPushButton* start = stationPanel_->startButton();
   flashAction_->setText(station ? start->text() : qt(title));
+  // The station's words carry no mark of their own: they take a letter free in the menu.
+  if (station) giveMnemonics(boardMenu_);
   flashAction_->setEnabled(station ? start->isEnabled() : flashButton_->isEnabled());
   automatic_->setChecked(model_.autoFlash());
   autoFlashAction_->setChecked(model_.autoFlash());

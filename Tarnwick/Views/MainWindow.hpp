@@ -184,6 +184,7 @@ private:
   QLabel* lockedNote_ = nullptr;
   StatusText* statusText_ = nullptr;
   RunProgress* progress_ = nullptr;
+  QMenu* boardMenu_ = nullptr;
   QLabel* counters_ = nullptr;
   QToolButton* logToggle_ = nullptr;
   QPushButton* logOptions_ = nullptr;

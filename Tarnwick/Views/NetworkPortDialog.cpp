@@ -161,6 +161,9 @@ void NetworkPortDialog::showProblem(const QString& text, QLineEdit* field) {
   problem_->setText(text);
   hostMark_->setVisible(field == host_);
   portMark_->setVisible(field == port_);
+  // The mark's button is named after its action: it says the reason too, when hovered or read.
+  hostMark_->setText(field == host_ ? text : QString());
+  portMark_->setText(field == port_ ? text : QString());
   // A screen reader hears the reason with the field, not only the mark.
   host_->setAccessibleDescription(field == host_ ? text : QString());
   port_->setAccessibleDescription(field == port_ ? text : QString());

@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPainter>
 #include <QPushButton>
 #include <QSpinBox>
@@ -21,6 +22,7 @@
 #include <QVBoxLayout>
 #include <map>
 
+#include "Localization/AccessibleTexts.hpp"
 #include "Localization/StationTexts.hpp"
 #include "Localization/StationWindowTexts.hpp"
 #include "Tarnwick/Model/Colours.hpp"
@@ -108,6 +110,7 @@ StationPanel::StationPanel(FlasherModel& model, StationModel& station, QWidget* 
   rows_ = new StationTable(station_, this);
   table_ = new QTableView;
   table_->setObjectName("stationTable");
+  table_->setAccessibleName(qt(L10n::Accessible::stationTable()));
   table_->setModel(rows_);
   table_->verticalHeader()->hide();
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -261,6 +264,8 @@ QWidget* StationPanel::buildControls() {
   limit_->setSpecialValueText(qt(T::noLimit()));
   limit_->setToolTip(qt(T::limitTooltip()));
   limitLabel->setBuddy(limit_);
+  // The spin box's field is what takes the focus, and is read out by itself.
+  if (auto* field = limit_->findChild<QLineEdit*>()) field->setAccessibleName(limitLabel->text());
   connect(limit_, qOverload<int>(&QSpinBox::valueChanged), this, [this](int value) {
     station_.setLimit(value > 0 ? std::optional<std::int64_t>(value) : std::nullopt);
   });

@@ -41,7 +41,6 @@ inline bool needsName(QAccessibleInterface* node) {
   case QAccessible::ButtonDropDown:
   case QAccessible::ButtonDropGrid:
   case QAccessible::MenuItem:
-  case QAccessible::ListItem:
   case QAccessible::Cell:
   case QAccessible::ColumnHeader:
   case QAccessible::PageTab:
@@ -50,6 +49,9 @@ inline bool needsName(QAccessibleInterface* node) {
   case QAccessible::Tree:
   case QAccessible::TreeItem:
   case QAccessible::StatusBar: return true;
+  case QAccessible::ListItem:
+    // A picker's separator line is stepped over; Qt marks it so.
+    return node->text(QAccessible::Description) != QLatin1String("separator");
   case QAccessible::List: {
     // A combo box's list is read through the combo box.
     QAccessibleInterface* parent = node->parent();
@@ -99,8 +101,9 @@ inline std::vector<AccessibleNode> accessibleNodes(QWidget* window) {
   collect(root, describe(root), nodes, objects, 0);
   for (QWidget* widget : window->findChildren<QWidget*>()) {
     if (objects.count(widget) != 0) continue;
-    // A window of its own (a menu, a combo box's list) is reached through its owner.
-    if (widget->isWindow()) continue;
+    // A window of its own (a menu, a combo box's list) is reached through its owner; what is
+    // hidden with its parent (another page of a stack) is met when that is shown.
+    if (widget->isWindow() || !widget->isVisibleTo(window)) continue;
     QAccessibleInterface* node = QAccessible::queryAccessibleInterface(widget);
     if (node == nullptr) continue;
     QString where;
@@ -130,6 +133,8 @@ inline std::set<QString> shownTexts(QWidget* root) {
     if (auto* field = qobject_cast<QLineEdit*>(widget)) add(field->text());
     if (auto* view = qobject_cast<QAbstractItemView*>(widget)) {
       const QAbstractItemModel* model = view->model();
+      for (int column = 0; model != nullptr && column < model->columnCount(); ++column)
+        add(model->headerData(column, Qt::Horizontal).toString());
       for (int row = 0; model != nullptr && row < model->rowCount(); ++row)
         for (int column = 0; column < model->columnCount(); ++column)
           add(model->index(row, column).data().toString());

@@ -15,10 +15,14 @@
 #include "Localization/Language.hpp"
 #include "Localization/MainWindowTexts.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "Tarnwick/Model/StationModel.hpp"
 #include "Tarnwick/Views/AccessibilityProbe.hpp"
 #include "Tarnwick/Views/AddressField.hpp"
 #include "Tarnwick/Views/LogFindBar.hpp"
 #include "Tarnwick/Views/Mnemonics.hpp"
+#include "Tarnwick/Views/NetworkPortDialog.hpp"
+#include "Tarnwick/Views/PortPicker.hpp"
+#include "Tarnwick/Views/StationPanel.hpp"
 #include "Tarnwick/Views/ViewSupport.hpp"
 #include "Tarnwick/Views/WindowFixture.hpp"
 
@@ -79,44 +83,72 @@ TEST_F(AccessibilityTest, EveryControlOfEveryWindowIsNamedInTheUsersLanguage) {
     SCOPED_TRACE(std::string(code(language)));
     LanguageOverride guard(language);
     MainWindow& w = openFull();
-    std::vector<AccessibleNode> nodes = accessibleNodes(&w);
+    std::vector<AccessibleNode> nodes;
+    // Reads `window` as it is now: its names, and in French the texts it shows (menus included),
+    // for the comparison below.
+    auto read = [&](QWidget* window) {
+      for (AccessibleNode& node : accessibleNodes(window))
+        nodes.push_back(node);
+      if (language != Language::fr) return;
+      frenchShown.merge(shownTexts(window));
+      for (QMenu* menu : window->findChildren<QMenu*>())
+        frenchShown.merge(shownTexts(menu));
+    };
+    read(&w);
+    // The station in the window, with the row of a board it flashed; the address typed wrong is
+    // mended first.
+    auto* address = w.fileList()->cellControl<AddressField>(0, FileListPanel::addressColumn);
+    address->selectAll();
+    QTest::keyClicks(address, "0x1000");
+    QTest::keyClick(address, Qt::Key_Return);
+    ASSERT_FALSE(model->blockingFinding()) << *model->blockingFinding();
+    w.setStationMode(true);
+    w.station().setAlsoConnected(true);
+    w.station().start();
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] {
+          const auto& rows = w.station().rows();
+          return !rows.empty() && rows.front().result != StationRow::Result::running;
+        },
+        60000));
+    w.station().stop();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !w.station().isRunning(); }, 60000));
+    w.stationPanel()->table()->selectRow(0);
+    read(&w);
+    w.setStationMode(false);
     SettingsSheet* sheet = w.settingsSheet();
     sheet->show();
     for (const Target& target : {Target::esp(), Target::avr(AVRBoard::uno)}) {
       Product product = model->product();
       product.target = target;
       model->setProduct(product);
-      for (AccessibleNode& node : accessibleNodes(sheet))
-        nodes.push_back(node);
+      read(sheet);
     }
     HelpWindow* help = w.helpWindow();
     help->show();
-    for (AccessibleNode& node : accessibleNodes(help))
-      nodes.push_back(node);
+    read(help);
     // The dialogs that wait for an answer are read while they wait.
     whileModal([&] { w.askSaveChanges(); },
                [&](QWidget* dialog) {
-                 for (AccessibleNode& node : accessibleNodes(dialog))
-                   nodes.push_back(node);
+                 read(dialog);
                  dialog->close();
                });
     whileModal([&] { w.showNotes(); },
                [&](QWidget* dialog) {
-                 for (AccessibleNode& node : accessibleNodes(dialog))
-                   nodes.push_back(node);
+                 read(dialog);
                  dialog->close();
                });
+    // The dialog that adds a board on another computer, with a reason shown.
+    w.portPicker()->askForNetworkPort();
+    NetworkPortDialog* networkPort = w.portPicker()->networkPortDialog();
+    ASSERT_NE(networkPort, nullptr);
+    QTest::keyClicks(networkPort->findChild<QLineEdit*>("networkHost"), "bad host");
+    read(networkPort);
+    networkPort->reject();
 
     for (const AccessibleNode& node : nodes) {
       EXPECT_TRUE(!node.needsName || !node.name.isEmpty()) << node.where.toStdString();
       names[language][node.where] = node.name;
-    }
-    if (language == Language::fr) {
-      for (QWidget* window :
-           {static_cast<QWidget*>(&w), static_cast<QWidget*>(sheet), static_cast<QWidget*>(help)})
-        frenchShown.merge(shownTexts(window));
-      for (QMenu* menu : w.findChildren<QMenu*>())
-        frenchShown.merge(shownTexts(menu));
     }
     help->close();
     window.reset();
@@ -226,6 +258,18 @@ TEST_F(AccessibilityTest, TabVisitsEveryControlOnceInReadingOrder) {
   QTest::keyClicks(w.findBar()->field(), "x");
   w.resize(1100, 800);
   expectTabOrder(&w);
+  w.setStationMode(true);
+  expectTabOrder(&w);
+  w.setStationMode(false);
+
+  w.portPicker()->askForNetworkPort();
+  NetworkPortDialog* networkPort = w.portPicker()->networkPortDialog();
+  ASSERT_NE(networkPort, nullptr);
+  QApplication::setActiveWindow(networkPort);
+  QTest::keyClicks(networkPort->findChild<QLineEdit*>("networkHost"), "localhost");
+  QTest::keyClicks(networkPort->findChild<QLineEdit*>("networkPort"), "4000");
+  expectTabOrder(networkPort);
+  networkPort->reject();
 
   SettingsSheet* sheet = w.settingsSheet();
   sheet->show();
@@ -290,6 +334,12 @@ TEST_F(AccessibilityTest, EveryMenuEntryHasAMnemonicOfItsOwnInEveryLanguage) {
       contextMenu << action;
     ASSERT_EQ(contextMenu.size(), 2);
     check(contextMenu, QStringLiteral("file table"));
+    // In the station the flash command starts and stops it, under the station's words.
+    w.setStationMode(true);
+    for (QMenu* menu : w.findChildren<QMenu*>())
+      if (menu->actions().contains(w.flashAction()))
+        check(menu->actions(), withoutMnemonic(menu->title()) + " (station)");
+    w.setStationMode(false);
     EXPECT_EQ(faults, std::vector<std::string>{});
     window.reset();
   }
