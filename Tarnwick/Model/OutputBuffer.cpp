@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QTextBlock>
 #include <QTextCursor>
+#include <algorithm>
 
 #include "Tarnwick/Model/Colours.hpp"
 
@@ -89,9 +90,20 @@ void OutputBuffer::append(const std::vector<LogSegment>& segments) {
   QTextCursor cursor(storage_);
   cursor.movePosition(QTextCursor::End);
   cursor.beginEditBlock();
+  // An error or a warning is told by a mark as well as by its colour: a line of one that has
+  // none of its own (a station's record lost, a stopped run's second line) gets one.
+  bool marked = std::ranges::any_of(segments, [](const LogSegment& segment) {
+    return segment.text.find("✕") != std::string::npos ||
+           segment.text.find("⚠") != std::string::npos;
+  });
   for (const LogSegment& segment : segments) {
-    if (!segment.text.empty())
-      cursor.insertText(QString::fromStdString(segment.text), format(segment.kind));
+    if (segment.text.empty()) continue;
+    if (!marked && (segment.kind == Kind::error || segment.kind == Kind::warning)) {
+      cursor.insertText(QString::fromUtf8(segment.kind == Kind::error ? "✕ " : "⚠ "),
+                        format(segment.kind));
+      marked = true;
+    }
+    cursor.insertText(QString::fromStdString(segment.text), format(segment.kind));
   }
   cursor.insertBlock(QTextBlockFormat(), format(Kind::text));
   trimIfNeeded(cursor);

@@ -43,7 +43,8 @@ public:
                         qsizetype trimTarget = defaultTrimTarget, QObject* parent = nullptr);
   ~OutputBuffer() override;
 
-  /// Adds one line: the segments in their kinds' styles, then a line feed.
+  /// Adds one line: the segments in their kinds' styles, then a line feed. An error or warning
+  /// line without a mark ("✕", "⚠") gets one before its first error or warning segment.
   void append(const std::vector<LogSegment>& segments);
   /// Removes all text.
   void clear();

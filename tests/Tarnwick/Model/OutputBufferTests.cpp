@@ -113,6 +113,32 @@ TEST(OutputBuffer, OneEditPerLineAndSizesInUTF16Units) {
   EXPECT_EQ(buffer.plainText(), "✕ Stopped.\n");
 }
 
+// Errors and warnings are not told by colour alone: a line without a mark of its own gets one,
+// after its timestamp; one marked anywhere (a board's line in the station) keeps its own.
+TEST(OutputBuffer, ErrorAndWarningLinesCarryAMark) {
+  struct Case {
+    std::vector<LogSegment> line;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {{{Kind::error, "The record file cannot be written."}},
+       "✕ The record file cannot be written."},
+      {{{Kind::warning, "The board is only partly written."}}, "⚠ The board is only partly written."},
+      {{{Kind::timestamp, "09:00:00.000  "}, {Kind::error, "No answer."}},
+       "09:00:00.000  ✕ No answer."},
+      {{{Kind::error, "✕ No answer."}}, "✕ No answer."},
+      {{{Kind::warning, "✕ Stopped."}}, "✕ Stopped."},
+      {{{Kind::error, "ttyUSB0: ✕ No answer."}}, "ttyUSB0: ✕ No answer."},
+      {{{Kind::meta, "Connecting…"}}, "Connecting…"},
+      {{{Kind::response, "✓ app.bin verified"}}, "✓ app.bin verified"},
+  };
+  for (const Case& each : cases) {
+    OutputBuffer buffer;
+    buffer.append(each.line);
+    EXPECT_EQ(buffer.plainText(), QString::fromUtf8(each.shown) + u'\n');
+  }
+}
+
 TEST(OutputBuffer, TrimsToTheTargetAtALineStart) {
   // Small limits walk every cut position; the real ones check the numbers the model uses.
   struct Case {
