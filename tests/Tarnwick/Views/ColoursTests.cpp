@@ -139,5 +139,35 @@ TEST_F(WindowTest, LogAndStatusColoursReadOnTheirBackgroundsInLightAndDarkPalett
   }
 }
 
+// The status dot is not read by its colour alone: two states of different colours differ in the
+// mark drawn inside and in the words it is named by (also its tooltip).
+TEST_F(WindowTest, TheStatusDotsStatesDifferInMarkAndWordsNotOnlyInColour) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  StatusDot* dot = w.statusDot();
+  struct Shown {
+    QColor colour;
+    StatusDot::Mark mark;
+    QString name;
+  };
+  std::vector<Shown> states;
+  const std::vector<std::optional<FlashOutcome>> outcomes = {
+      std::nullopt, FlashOutcome{FlashOutcome::Success{}},
+      FlashOutcome{FlashOutcome::Failure{"r"}}, FlashOutcome{FlashOutcome::Cancelled{}}};
+  for (bool flashing : {false, true})
+    for (const auto& outcome : outcomes) {
+      dot->showState(flashing, outcome);
+      states.push_back({dot->color(), dot->mark(), dot->accessibleName()});
+      EXPECT_FALSE(dot->accessibleName().isEmpty());
+      EXPECT_EQ(dot->toolTip(), dot->accessibleName());
+    }
+  for (std::size_t i = 0; i < states.size(); ++i)
+    for (std::size_t j = i + 1; j < states.size(); ++j) {
+      if (states[i].colour == states[j].colour) continue;
+      EXPECT_NE(states[i].mark, states[j].mark) << states[i].name.toStdString();
+      EXPECT_NE(states[i].name, states[j].name) << states[i].name.toStdString();
+    }
+}
+
 } // namespace
 } // namespace tarnwick::testing
