@@ -58,13 +58,9 @@ std::string notAValidAddress(const std::string& typed) {
 
 std::string clearField() { return tr({"Clear", "Wissen", "Leeren", "Effacer", "Borrar"}); }
 
-std::string unknown() {
-  return tr({"Unknown", "Onbekend", "Unbekannt", "Inconnu", "Desconocido"});
-}
+std::string unknown() { return tr({"Unknown", "Onbekend", "Unbekannt", "Inconnu", "Desconocido"}); }
 
-std::string stationTable() {
-  return tr({"Boards", "Boards", "Boards", "Cartes", "Placas"});
-}
+std::string stationTable() { return tr({"Boards", "Boards", "Boards", "Cartes", "Placas"}); }
 
 std::string helpTopics() {
   return tr(

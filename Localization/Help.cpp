@@ -42,9 +42,9 @@ std::string HelpBlock::text() const {
 namespace tarnwick::L10n::Help {
 
 std::vector<HelpTopic> topics() {
-  return {content::start(),      content::products(),        content::esp(),
-          content::arduino(),    content::production(),      content::network(),
-          content::troubleshooting(), content::privacy(), content::shortcuts()};
+  return {content::start(),           content::products(),   content::esp(),
+          content::arduino(),         content::production(), content::network(),
+          content::troubleshooting(), content::privacy(),    content::shortcuts()};
 }
 
 HelpIcon icon(std::string_view symbol) {

@@ -257,9 +257,14 @@ FileListPanel::FileListPanel(FlasherModel& model, QWidget* parent)
   const int widths[] = {36, 200, 130, 110, 80, 260};
   for (int column = 0; column < 6; ++column)
     table_->setColumnWidth(column, widths[column]);
+  // The Kind box whole in its column, whatever the font and the language.
+  QComboBox sample;
+  for (FirmwareImage::Role each : allRoles)
+    sample.addItem(roleName(each));
+  const int roleWidth = std::max(110, sample.minimumSizeHint().width() + 4);
   fitting_ = new TableFitting(table_, {{"enabled", {36, 36}},
                                        {"file", {100, 100000}},
-                                       {"role", {110, 220}},
+                                       {"role", {roleWidth, std::max(220, roleWidth)}},
                                        {"address", {100, 160}},
                                        {"size", {70, 120}},
                                        {"location", {120, 100000}}});

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QHeaderView>
 #include <QScrollBar>
+#include <QStyle>
 #include <QTableView>
 #include <algorithm>
 #include <cmath>
@@ -80,6 +81,17 @@ void TableFitting::userResized() {
   fit();
 }
 
+int TableFitting::titleWidth(int column) const {
+  QHeaderView* header = table_->horizontalHeader();
+  if (table_->model() == nullptr) return 0;
+  const QString title = table_->model()->headerData(column, Qt::Horizontal).toString();
+  if (title.isEmpty()) return 0;
+  QFont bold = header->font();
+  bold.setBold(true);
+  const int margin = header->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, header);
+  return QFontMetrics(bold).horizontalAdvance(title) + 2 * margin + 2;
+}
+
 void TableFitting::fit() {
   QHeaderView* header = table_->horizontalHeader();
   std::vector<int> visible;
@@ -94,6 +106,10 @@ void TableFitting::fit() {
     auto bound = bounds_.find(id);
     fitted.minimum = bound != bounds_.end() ? bound->second.first : header->minimumSectionSize();
     fitted.maximum = bound != bounds_.end() ? bound->second.second : 1e9;
+    // Never narrower than its title, whatever the font: as wide as the title is drawn in bold,
+    // as it is while the row under it is selected.
+    fitted.minimum = std::max(fitted.minimum, static_cast<double>(titleWidth(column)));
+    fitted.maximum = std::max(fitted.maximum, fitted.minimum);
     visible.push_back(column);
     columns.push_back(fitted);
   }

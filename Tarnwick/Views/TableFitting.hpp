@@ -43,6 +43,8 @@ protected:
 
 private:
   QString identifier(int column) const;
+  /// The width `column` needs to show its title whole.
+  int titleWidth(int column) const;
   void userResized();
 
   QTableView* table_;

@@ -141,12 +141,11 @@ TEST(Help, WindowTextsIconsAndScreenshots) {
 
   // The screenshots the window captures; the help names each once, whatever the language.
   const std::vector<std::string> names = Help::screenshotNames();
-  EXPECT_EQ(names, (std::vector<std::string>{"window-empty.png", "window-product.png",
-                                             "window-flashing.png", "window-success.png",
-                                             "settings-esp.png", "settings-arduino.png",
-                                             "station-running.png", "station-finished.png",
-                                             "network-port.png", "window-failure.png",
-                                             "help.png"}));
+  EXPECT_EQ(names, (std::vector<std::string>{
+                       "window-empty.png", "window-product.png", "window-flashing.png",
+                       "window-success.png", "settings-esp.png", "settings-arduino.png",
+                       "station-running.png", "station-finished.png", "network-port.png",
+                       "window-failure.png", "help.png"}));
 }
 
 TEST(Help, BlockTextJoinsEverythingTheReaderSees) {

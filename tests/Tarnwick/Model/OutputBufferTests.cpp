@@ -123,7 +123,8 @@ TEST(OutputBuffer, ErrorAndWarningLinesCarryAMark) {
   const Case cases[] = {
       {{{Kind::error, "The record file cannot be written."}},
        "✕ The record file cannot be written."},
-      {{{Kind::warning, "The board is only partly written."}}, "⚠ The board is only partly written."},
+      {{{Kind::warning, "The board is only partly written."}},
+       "⚠ The board is only partly written."},
       {{{Kind::timestamp, "09:00:00.000  "}, {Kind::error, "No answer."}},
        "09:00:00.000  ✕ No answer."},
       {{{Kind::error, "✕ No answer."}}, "✕ No answer."},

@@ -399,7 +399,8 @@ class AccessibilityBusTest : public AccessibilityTest {
 protected:
   void SetUp() override {
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
-      GTEST_SKIP() << "needs the accessibility bus: run under tests/support/accessibility-session.sh";
+      GTEST_SKIP()
+          << "needs the accessibility bus: run under tests/support/accessibility-session.sh";
     AccessibilityTest::SetUp();
     ASSERT_TRUE(QTest::qWaitFor([] { return QAccessible::isActive(); }, 10000))
         << "Qt did not join the accessibility bus";
@@ -484,8 +485,7 @@ TEST_F(AccessibilityBusTest, TheStagesAndTheEndOfARunAndANewBoardAreAnnounced) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return model->isFlashing(); }, 10000));
     ASSERT_TRUE(waitUntilIdle(*model, 60000));
     const QStringList status = heard.of(w.statusText(), QAccessible::NameChanged);
-    const QString newBoard =
-        "New board on Simulated ESP32 (" + path + "): flashing automatically";
+    const QString newBoard = "New board on Simulated ESP32 (" + path + "): flashing automatically";
     ASSERT_TRUE(status.contains(newBoard)) << status.join(" | ").toStdString();
     expectSaidOnce(status);
     EXPECT_EQ(status.indexOf(newBoard) + 1, status.indexOf("Connecting to the bootloader…"));

@@ -152,8 +152,8 @@ TEST_F(WindowTest, TheStatusDotsStatesDifferInMarkAndWordsNotOnlyInColour) {
   };
   std::vector<Shown> states;
   const std::vector<std::optional<FlashOutcome>> outcomes = {
-      std::nullopt, FlashOutcome{FlashOutcome::Success{}},
-      FlashOutcome{FlashOutcome::Failure{"r"}}, FlashOutcome{FlashOutcome::Cancelled{}}};
+      std::nullopt, FlashOutcome{FlashOutcome::Success{}}, FlashOutcome{FlashOutcome::Failure{"r"}},
+      FlashOutcome{FlashOutcome::Cancelled{}}};
   for (bool flashing : {false, true})
     for (const auto& outcome : outcomes) {
       dot->showState(flashing, outcome);
