@@ -2,6 +2,8 @@
 // through Qt's accessibility interfaces as a screen reader reads them.
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -281,6 +283,52 @@ TEST_F(AccessibilityTest, TabVisitsEveryControlOnceInReadingOrder) {
   help->show();
   QApplication::setActiveWindow(help);
   expectTabOrder(help);
+  help->close();
+}
+
+// Without a mouse: Tab reaches a file's controls and so selects its row, which Delete then
+// removes; in the help Ctrl+F goes to the search, the arrow keys choose among the topics found
+// and Return takes the focus to the page, named after the topic shown.
+TEST_F(AccessibilityTest, FilesAreRemovedAndHelpTopicsChosenWithTheKeyboardAlone) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  load(*model, espProduct(ESPChip::esp32, 4096));
+  const std::vector<std::string> before = fileNames();
+  ASSERT_GE(before.size(), 2u);
+  QTableWidget* table = w.fileList()->table();
+  table->setFocus(Qt::TabFocusReason);
+  // The second row's check box: after the first row's box, kind and address.
+  for (int i = 0; i < 4; ++i)
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  ASSERT_EQ(QApplication::focusWidget(),
+            w.fileList()->cellControl<QCheckBox>(1, FileListPanel::enabledColumn));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Delete);
+  std::vector<std::string> expected = before;
+  expected.erase(expected.begin() + 1);
+  EXPECT_EQ(fileNames(), expected);
+
+  HelpWindow* help = w.helpWindow();
+  help->show();
+  QApplication::setActiveWindow(help);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(help));
+  auto* search = help->findChild<QLineEdit*>("helpSearch");
+  auto* topics = help->findChild<QListWidget*>("helpTopics");
+  auto* page = help->findChild<QWidget*>("helpPage");
+  page->setFocus();
+  QTest::keyClick(page, Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(QApplication::focusWidget(), search);
+  QTest::keyClicks(search, "board");
+  ASSERT_GE(topics->count(), 2);
+  const int first = topics->currentRow();
+  QTest::keyClick(search, Qt::Key_Down);
+  EXPECT_EQ(topics->currentRow(), first + 1);
+  EXPECT_EQ(QApplication::focusWidget(), search);
+  QTest::keyClick(search, Qt::Key_Up);
+  EXPECT_EQ(topics->currentRow(), first);
+  QTest::keyClick(search, Qt::Key_Down);
+  QTest::keyClick(search, Qt::Key_Return);
+  EXPECT_EQ(QApplication::focusWidget(), page);
+  EXPECT_EQ(page->accessibleName(), topics->currentItem()->text());
   help->close();
 }
 
