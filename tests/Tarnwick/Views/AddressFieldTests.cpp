@@ -58,10 +58,13 @@ TEST(AddressField, StoresWhileTypingMarksInvalidTextAndRestoresOnLeaving) {
   EXPECT_TRUE(field->isMarkedInvalid());
   EXPECT_EQ(field->address(), 1u);
   EXPECT_EQ(edited.size(), 2);
+  // The mark is said in words too, to a screen reader and as the mark's tooltip.
+  EXPECT_EQ(field->accessibleDescription(), "0x1G: not a valid address");
 
   QTest::keyClick(field, Qt::Key_Return);
   EXPECT_EQ(field->text(), "0x1");
   EXPECT_FALSE(field->isMarkedInvalid());
+  EXPECT_EQ(field->accessibleDescription(), "");
 
   field->selectAll();
   QTest::keyClicks(field, "zz");
