@@ -181,9 +181,7 @@ std::string noPortsFound() { return Header::noPortsFound(); }
 std::string packed(const std::string& file, int count) {
   return around({"Saved ", "", "", "", "Guardado "}, file,
                 {" with ", " opgeslagen met ", " mit ", " enregistré avec ", " con "}) +
-         std::to_string(count) +
-         tr({" file(s).", " bestand(en).", " Datei(en) gespeichert.", " fichier(s).",
-             " archivo(s)."});
+         Panel::fileCount(count) + tr({".", ".", " gespeichert.", ".", "."});
 }
 std::string noFindings() {
   return tr({"No problems found.", "Geen problemen gevonden.", "Keine Probleme gefunden.",

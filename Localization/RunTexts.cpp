@@ -7,6 +7,7 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include "Localization/MainWindowTexts.hpp"
 #include "Localization/Text.hpp"
 
 namespace tarnwick {
@@ -241,9 +242,8 @@ std::string newBoardOn(const std::string& port) {
                   ": flasheo automático"});
 }
 std::string filesFrom(std::int64_t count, const std::string& folder) {
-  return std::to_string(count) + compose({" file(s) from ", " bestand(en) uit ", " Datei(en) aus ",
-                                          " fichier(s) de ", " archivo(s) de "},
-                                         folder, {"", "", "", "", ""});
+  return Panel::fileCount(count) +
+         compose({" from ", " uit ", " aus ", " de ", " de "}, folder, {"", "", "", "", ""});
 }
 std::string openedProduct(const std::string& name) {
   return compose({"Opened product ", "Product ", "Produkt ", "Produit ", "Producto "}, name,

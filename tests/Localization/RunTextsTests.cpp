@@ -102,7 +102,8 @@ TEST(RunTexts, EnglishWordingsAndEveryLanguageFilled) {
     EXPECT_EQ(L10n::Log::writeTo("app.bin", "0x10000", "1 MB"), "app.bin to 0x10000 (1 MB)");
     EXPECT_EQ(L10n::Log::writtenIn("app.bin", "2.0 s"), "app.bin written in 2.0 s");
     EXPECT_EQ(L10n::Log::speed(460800), "Speed 460800 baud");
-    EXPECT_EQ(L10n::Log::filesFrom(4, "esp32dev"), "4 file(s) from esp32dev");
+    EXPECT_EQ(L10n::Log::filesFrom(4, "esp32dev"), "4 files from esp32dev");
+    EXPECT_EQ(L10n::Log::filesFrom(1, "esp32dev"), "1 file from esp32dev");
     EXPECT_EQ(L10n::Log::stopped(), "Stopped.");
   }
   for (Language language : allLanguages) {

@@ -461,7 +461,7 @@ TEST_F(ModelTest, AddingReplacingAndRemovingFiles) {
   model->importFolder(path("build"));
   ASSERT_EQ(model->product().images.size(), 1u);
   EXPECT_EQ(model->product().images[0].fileName, "firmware.bin");
-  EXPECT_TRUE(model->output().plainText().contains("1 file(s) from build"));
+  EXPECT_TRUE(model->output().plainText().contains("1 file from build"));
   model->clearErrorMessage();
   model->importFolder(path("nothing here"));
   EXPECT_TRUE(model->errorMessage().startsWith("Cannot use nothing here: "));
