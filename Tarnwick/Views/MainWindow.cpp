@@ -28,7 +28,6 @@
 #include <QStandardPaths>
 #include <QStyle>
 #include <QToolButton>
-#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "Assets/AssetsLookup.hpp"
@@ -181,32 +180,71 @@ void StatusDot::paintEvent(QPaintEvent*) {
   }
 }
 
+// The status line wraps onto further lines rather than cut its text: a failure's reason is read
+// in full where it is shown, at any scale and font size.
+constexpr int statusTextFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap;
+
 QSize StatusText::minimumSizeHint() const {
-  // A few words, the rest in the tooltip.
-  return {fontMetrics().averageCharWidth() * 12, QLabel::minimumSizeHint().height()};
+  // A few words a line; the height follows the width.
+  return {fontMetrics().averageCharWidth() * 12, fontMetrics().height()};
 }
 
-bool StatusText::isElided() const {
-  return fontMetrics().horizontalAdvance(text()) > contentsRect().width();
+QSize StatusText::sizeHint() const {
+  return {fontMetrics().horizontalAdvance(text()), fontMetrics().height()};
+}
+
+bool StatusText::hasHeightForWidth() const { return true; }
+
+int StatusText::heightForWidth(int width) const {
+  const QMargins margins = contentsMargins();
+  const int inner = std::max(1, width - margins.left() - margins.right());
+  const QRect needed =
+      fontMetrics().boundingRect(QRect(0, 0, inner, QWIDGETSIZE_MAX), statusTextFlags, text());
+  return std::max(needed.height(), fontMetrics().height()) + margins.top() + margins.bottom();
 }
 
 void StatusText::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  const QRect area = contentsRect();
-  const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, area.width());
-  style()->drawItemText(&painter, area, Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(),
-                        shown, foregroundRole());
+  style()->drawItemText(&painter, contentsRect(), statusTextFlags, palette(), isEnabled(), text(),
+                        foregroundRole());
 }
 
-bool StatusText::event(QEvent* event) {
-  if (event->type() == QEvent::ToolTip) {
-    if (isElided())
-      QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), text(), this);
-    else
-      QToolTip::hideText();
-    return true;
+QSize LowerPane::minimumSizeHint() const {
+  // A splitter asks a pane for its smallest size without a width; the status line's lines at
+  // the pane's present width are what the pane needs at least.
+  const QSize plain = QWidget::minimumSizeHint();
+  const QLayout* box = layout();
+  if (box == nullptr) return plain;
+  const QMargins margins = box->contentsMargins();
+  const int width = std::max(1, this->width() - margins.left() - margins.right());
+  int height = margins.top() + margins.bottom();
+  int shown = 0;
+  for (int i = 0; i < box->count(); ++i) {
+    QLayoutItem* item = box->itemAt(i);
+    if (item->isEmpty()) continue;
+    height += item->hasHeightForWidth() ? item->heightForWidth(width) : item->minimumSize().height();
+    ++shown;
   }
-  return QLabel::event(event);
+  height += std::max(0, shown - 1) * std::max(0, box->spacing());
+  return {plain.width(), std::max(plain.height(), height)};
+}
+
+void LowerPane::setCollapsed(bool collapsed) {
+  collapsed_ = collapsed;
+  fit();
+}
+
+bool LowerPane::event(QEvent* event) {
+  const bool handled = QWidget::event(event);
+  // A status line that wraps onto another line, or back, changes what the pane needs.
+  if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::Resize) fit();
+  return handled;
+}
+
+void LowerPane::fit() {
+  const int most = collapsed_ ? minimumSizeHint().height() : QWIDGETSIZE_MAX;
+  if (maximumHeight() != most) setMaximumHeight(most);
+  updateGeometry();
 }
 
 MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
@@ -244,7 +282,7 @@ MainWindow::MainWindow(FlasherModel& model, QWidget* parent)
   log_->setMinimumHeight(80);
   splitter_ = new QSplitter(Qt::Vertical);
   splitter_->addWidget(top);
-  bottom_ = new QWidget;
+  bottom_ = new LowerPane;
   auto* bottomLayout = new QVBoxLayout(bottom_);
   bottomLayout->setContentsMargins(0, 0, 0, 0);
   bottomLayout->setSpacing(0);
@@ -696,7 +734,7 @@ void MainWindow::setLogShown(bool shown) {
   log_->setVisible(shown);
   if (!shown && findBar_->isVisible()) findBar_->dismiss();
   // Without the log the lower pane is just the status line; the files get the rest.
-  bottom_->setMaximumHeight(shown ? QWIDGETSIZE_MAX : bottom_->layout()->minimumSize().height());
+  bottom_->setCollapsed(!shown);
   if (shown && !wasShown) {
     // The log opens at a useful height: about two fifths of the window.
     int total = splitter_->height();

@@ -77,19 +77,36 @@ private:
   QString valueText_;
 };
 
-/// The status line's text: cut with an ellipsis when the window is too narrow for it, the whole
-/// text then in its tooltip.
+/// The status line's text: onto a further line when the window is too narrow for it, never cut.
 class StatusText : public QLabel {
   Q_OBJECT
 public:
   using QLabel::QLabel;
   QSize minimumSizeHint() const override;
-  /// Whether the text is cut at the current width.
-  bool isElided() const;
+  QSize sizeHint() const override;
+  bool hasHeightForWidth() const override;
+  int heightForWidth(int width) const override;
 
 protected:
   void paintEvent(QPaintEvent* event) override;
+};
+
+/// The pane below the splitter: the status line, the log and its find bar. Never lower than the
+/// status line's lines need at the pane's width; collapsed to the status line alone while the log
+/// is hidden.
+class LowerPane : public QWidget {
+  Q_OBJECT
+public:
+  using QWidget::QWidget;
+  QSize minimumSizeHint() const override;
+  void setCollapsed(bool collapsed);
+
+protected:
   bool event(QEvent* event) override;
+
+private:
+  void fit();
+  bool collapsed_ = false;
 };
 
 class MainWindow : public QMainWindow, public FlasherDialogs {
@@ -191,7 +208,7 @@ private:
   LogView* log_ = nullptr;
   LogFindBar* findBar_ = nullptr;
   QSplitter* splitter_ = nullptr;
-  QWidget* bottom_ = nullptr;
+  LowerPane* bottom_ = nullptr;
   QAction* flashAction_ = nullptr;
   QAction* stationAction_ = nullptr;
   QAction* autoFlashAction_ = nullptr;

@@ -1,6 +1,9 @@
 // The windows with a large font, as at 150 % or on a screen scaled twice: every control at least
 // as large as it asks to be, no title or header cut. Measured with the fonts actually in use, so
 // the test holds whatever fonts the machine has.
+#include <cerrno>
+#include <cstring>
+
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
@@ -14,7 +17,9 @@
 #include <QStyle>
 #include <QTableView>
 
+#include "Localization/GeneralTexts.hpp"
 #include "Localization/Language.hpp"
+#include "Localization/MainWindowTexts.hpp"
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogFindBar.hpp"
 #include "Tarnwick/Views/NetworkPortDialog.hpp"
@@ -70,8 +75,8 @@ bool isControl(QWidget* widget) {
 }
 
 /// What is too small in `window` as it is laid out now: a control smaller than its
-/// minimumSizeHint (or one whose largest allowed size is smaller than that), a table's column
-/// narrower than its title.
+/// minimumSizeHint (or one whose largest allowed size is smaller than that), wrapped text lower
+/// than its lines, a table's column narrower than its title.
 std::vector<std::string> tooSmall(QWidget* window) {
   std::vector<std::string> faults;
   QList<QWidget*> widgets = window->findChildren<QWidget*>();
@@ -87,6 +92,16 @@ std::vector<std::string> tooSmall(QWidget* window) {
                        std::to_string(size.height()) + " < " + std::to_string(wanted.width()) +
                        "×" + std::to_string(wanted.height()) +
                        (granted != wanted ? " (its maximum size forbids more)" : ""));
+  }
+  // Text that wraps (the status line among it) gets the height its lines need at its width.
+  for (QWidget* widget : widgets) {
+    if (!widget->isVisibleTo(window) || widget->isWindow() || !widget->hasHeightForWidth())
+      continue;
+    if (qobject_cast<QLabel*>(widget) == nullptr) continue;
+    const int needed = widget->heightForWidth(widget->width());
+    if (widget->height() < needed)
+      faults.push_back(whereIs(widget).toStdString() + ": " + std::to_string(widget->height()) +
+                       " high, its lines need " + std::to_string(needed));
   }
   for (QHeaderView* header : window->findChildren<QHeaderView*>()) {
     if (!header->isVisibleTo(window) || header->orientation() != Qt::Horizontal) continue;
@@ -125,8 +140,17 @@ TEST_F(WindowTest, WithALargeFontNoControlIsSmallerThanItAsksAndNoTitleIsCut) {
     for (bool station : {false, true})
       for (bool smallest : {false, true}) {
         w.setStationMode(station);
+        // The smallest window also without its log: the lower pane is then the status line alone.
+        w.setLogShown(!smallest);
         if (smallest) w.resize(w.minimumSizeHint());
-        QCoreApplication::processEvents();
+        // A failure's reason, longer than the status line is wide.
+        w.statusText()->setText(qt(L10n::Panel::lastFailure(
+            L10n::Errors::cannotOpen("/dev/serial/by-id/usb-Silicon_Labs_CP2102N_0001-if00-port0",
+                                      std::strerror(ENOENT)))));
+        // Each layout passes what changed to the one around it by a posted event: the status
+        // line, then the lower pane, then the splitter.
+        for (int pass = 0; pass < 4; ++pass)
+          QCoreApplication::processEvents();
         for (std::string& fault : tooSmall(&w))
           faults.push_back((station ? "station" : "window") +
                            std::string(smallest ? ", smallest" : "") + ": " + fault);
