@@ -152,7 +152,7 @@ std::string networkHostNotFound(const std::string& host) {
     return "De computer '" + host + "' is niet gevonden. Controleer de naam in het poortadres.";
   case Language::de:
     return "Der Rechner „" + host +
-           "“ wurde nicht gefunden. Prüfen Sie seinen Namen in der Portadresse.";
+           "“ wurde nicht gefunden. Prüfe seinen Namen in der Portadresse.";
   case Language::fr:
     return "L’ordinateur « " + host + " » est introuvable. Vérifiez son nom dans l’adresse du port.";
   case Language::es:
@@ -195,7 +195,7 @@ std::string networkNoAnswer(const std::string& server) {
            "2217 aanbiedt.";
   case Language::de:
     return "Keine Antwort von " + server +
-           ". Prüfen Sie Adresse und Netzwerk und ob der serielle Server diesen Port mit RFC "
+           ". Prüfe Adresse und Netzwerk und ob der serielle Server diesen Port mit RFC "
            "2217 bereitstellt.";
   case Language::fr:
     return "Aucune réponse de " + server +
@@ -217,7 +217,7 @@ std::string networkNotRFC2217(const std::string& server) {
     return server + " spreekt geen RFC 2217. Bied de poort aan als telnet(rfc2217) in de "
                     "configuratie van de seriële server.";
   case Language::de:
-    return server + " spricht kein RFC 2217. Stellen Sie den Port in der Konfiguration des "
+    return server + " spricht kein RFC 2217. Stelle den Port in der Konfiguration des "
                     "seriellen Servers als telnet(rfc2217) bereit.";
   case Language::fr:
     return server + " ne parle pas RFC 2217. Servez le port en telnet(rfc2217) dans la "
@@ -241,7 +241,7 @@ std::string networkNoBoard(const std::string& server) {
            "board bij die computer.";
   case Language::de:
     return "Kein Board an " + server +
-           ": Der serielle Server kann sein Gerät nicht öffnen. Prüfen Sie das Kabel des Boards "
+           ": Der serielle Server kann sein Gerät nicht öffnen. Prüfe das Kabel des Boards "
            "an diesem Rechner.";
   case Language::fr:
     return "Aucune carte sur " + server +
@@ -263,8 +263,8 @@ std::string networkPortInUse(const std::string& server) {
     return server + " is al in gebruik door een andere client. Sluit die verbinding en probeer "
                     "opnieuw.";
   case Language::de:
-    return server + " wird bereits von einem anderen Client verwendet. Trennen Sie diese "
-                    "Verbindung und versuchen Sie es erneut.";
+    return server + " wird bereits von einem anderen Client verwendet. Trenne diese "
+                    "Verbindung und versuche es erneut.";
   case Language::fr:
     return server + " est déjà utilisé par un autre client. Fermez cette connexion et réessayez.";
   case Language::es:

@@ -226,7 +226,7 @@ std::string invalidTCPPort(const std::string& value) {
   return tr({"“", "‘", "„", "« ", "«"}) + value +
          tr({"” is not a TCP port: give a number from 0 to 65535 (0: any free port).",
              "’ is geen TCP-poort: geef een getal van 0 tot 65535 (0: een vrije poort).",
-             "“ ist kein TCP-Port: Geben Sie eine Zahl von 0 bis 65535 an (0: ein freier Port).",
+             "“ ist kein TCP-Port: Gib eine Zahl von 0 bis 65535 an (0: ein freier Port).",
              " » n’est pas un port TCP : indiquez un nombre de 0 à 65535 (0 : un port libre).",
              "» no es un puerto TCP: indique un número de 0 a 65535 (0: un puerto libre)."});
 }
