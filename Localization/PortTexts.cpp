@@ -171,7 +171,7 @@ std::string networkConnectionRefused(const std::string& server) {
     return server + " weigert de verbinding. Controleer of de seriële server daar draait en "
                     "deze poort aanbiedt.";
   case Language::de:
-    return server + " hat die Verbindung abgelehnt. Prüfen Sie, ob der serielle Server dort "
+    return server + " hat die Verbindung abgelehnt. Prüfe, ob der serielle Server dort "
                     "läuft und diesen Port bereitstellt.";
   case Language::fr:
     return server + " a refusé la connexion. Vérifiez que le serveur série y fonctionne et "
