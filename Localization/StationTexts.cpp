@@ -292,6 +292,17 @@ std::string waitingForPort(const std::string& path) {
              "En attente de " + path + " : il n’est pas encore là.",
              "Esperando a " + path + ": todavía no está."});
 }
+std::string cannotReach(const std::string& port, const std::string& reason) {
+  return tr({"Cannot reach " + port + ": " + reason + " The station tries again every second.",
+             "Kan " + port + " niet bereiken: " + reason +
+                 " Het station probeert het elke seconde opnieuw.",
+             port + " ist nicht erreichbar: " + reason +
+                 " Die Station versucht es jede Sekunde erneut.",
+             "Impossible de joindre " + port + " : " + reason +
+                 " La station réessaie chaque seconde.",
+             "No se puede conectar con " + port + ": " + reason +
+                 " La estación lo vuelve a intentar cada segundo."});
+}
 std::string outputLost(bool recorded) {
   if (recorded) {
     return tr({"The station’s output was closed (the program reading it ended). No new boards "
