@@ -14,6 +14,7 @@
 #include "Simulator/SimulatedESP.hpp"
 #include "support/Boards.hpp"
 #include "support/Products.hpp"
+#include "support/Ser2net.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::station;
@@ -339,4 +340,47 @@ TEST(Station, CaterinaBoardsOneAtATime) {
     if (e.kind == "started" || e.kind == "done") order.push_back(e.kind);
   EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"})) << describe(r);
   EXPECT_EQ(r.count("notice", "oneAtATime"), 1) << describe(r);
+}
+
+// Debian's ser2net in front of a device path a board's pseudo-terminal is linked to, as a rack
+// computer serves a USB port a board is plugged into: without the device it answers "Device open
+// failure" and closes, so the station keeps connecting and says once that it waits; a board
+// plugged in is flashed through the connection that found it; a board pulled out closes the
+// connection; another board put in is flashed in turn, and each is flashed once.
+TEST(Station, BoardsBehindSer2net) {
+  const fs::path root = fs::temp_directory_path() / ("tw-station-ser2net-" + std::to_string(::getpid()));
+  fs::remove_all(root);
+  fs::create_directories(root);
+  const fs::path device = root / "ttyUSB0";
+  Ser2net server(device.string());
+  const std::string port = server.portName();
+
+  auto product = espProduct(ESPChip::esp32, 16 * 1024);
+  // ser2net cannot set a pseudo-terminal's modem lines: the simulated ROM waits anyway.
+  product.product.resetMode = ResetMode::manual;
+  StationOptions options;
+  options.networkPorts = {port};
+  options.onlyPorts = {port};
+  FakePorts none;
+  RunningStation running(product, options, none);
+  Recorder& r = running.recorder;
+  ASSERT_TRUE(r.waitFor("notice", "waitingForPort")) << describe(r);
+
+  for (int board = 0; board < 2; ++board) {
+    // Told apart by their MAC addresses, as the second comes within the first's quiet time.
+    SimulatedESPOptions own;
+    own.macWord0 += static_cast<std::uint32_t>(board);
+    SimulatedESP esp(own);
+    fs::create_symlink(esp.path(), device);
+    ASSERT_TRUE(r.waitFor("done", port, board + 1)) << describe(r);
+    EXPECT_TRUE(flashHoldsPlan(esp.flash(), product, ESPChip::esp32));
+    // Pulled out: the pseudo-terminal closes with the board, and its link goes.
+    fs::remove(device);
+  }
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0) << describe(r);
+  EXPECT_EQ(r.count("started", port), 2) << describe(r);
+  EXPECT_EQ(r.count("notice", "waitingForPort"), 1) << describe(r);
+  EXPECT_EQ(r.count("notice", "unreachable"), 0) << describe(r);
+  fs::remove_all(root);
 }
