@@ -157,8 +157,7 @@ FlashSummary FlashJob::runAVR(AVRBoard board) {
   const FirmwareImage& sketch = images.front();
   const Bytes& data = files_.at(sketch.id);
 
-  AVRLoader loader(context_, board, product_.verify,
-                   openLink(baudRate(board)), findBootloaderPort,
+  AVRLoader loader(context_, board, product_.verify, openLink(baudRate(board)), findBootloaderPort,
                    linkOptions());
   const auto size = static_cast<std::int64_t>(data.size());
   auto writeStart = Clock::now();

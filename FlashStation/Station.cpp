@@ -138,8 +138,7 @@ void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
   // USB of its own, which leaves and returns with every restart, so it is told by its MAC
   // address as a board on an unknown adapter is. AVR boards that can be flashed over the
   // network all sit behind a USB-serial chip (the others are refused), so theirs is a new board.
-  const bool alwaysNew =
-      isTestDevice(port.path) || (looksLikeNetworkPort(port.path) && !esp);
+  const bool alwaysNew = isTestDevice(port.path) || (looksLikeNetworkPort(port.path) && !esp);
   const auto arrival = PortChoice::judgeArrival(port, alwaysNew, last, esp, now);
   switch (arrival) {
   case PortChoice::Arrival::newBoard:
@@ -401,8 +400,8 @@ std::int64_t Station::run(PortSource& source) {
   const auto now = Clock::now();
   if (!options_.networkPorts.empty()) {
     const auto avr = package_.product.target.avrBoard();
-    network_ = std::make_unique<NetworkPorts>(options_.networkPorts,
-                                              avr ? baudRate(*avr) : 115200, [this] {
+    network_ = std::make_unique<NetworkPorts>(options_.networkPorts, avr ? baudRate(*avr) : 115200,
+                                              [this] {
                                                 networkChanged_ = true;
                                                 wake();
                                               });

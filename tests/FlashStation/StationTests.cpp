@@ -348,7 +348,8 @@ TEST(Station, CaterinaBoardsOneAtATime) {
 // plugged in is flashed through the connection that found it; a board pulled out closes the
 // connection; another board put in is flashed in turn, and each is flashed once.
 TEST(Station, BoardsBehindSer2net) {
-  const fs::path root = fs::temp_directory_path() / ("tw-station-ser2net-" + std::to_string(::getpid()));
+  const fs::path root =
+      fs::temp_directory_path() / ("tw-station-ser2net-" + std::to_string(::getpid()));
   fs::remove_all(root);
   fs::create_directories(root);
   const fs::path device = root / "ttyUSB0";

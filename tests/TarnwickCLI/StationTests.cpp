@@ -524,8 +524,8 @@ TEST(StationCommand, BoardsBehindNetworkPorts) {
     const std::string port = board.firstLine();
     ASSERT_TRUE(port.starts_with("rfc2217://127.0.0.1:")) << port;
     const std::string record = (product.root / "boards.jsonl").string();
-    Result run = runCLI({"station", product.path(), "--port", port, "--json", "--limit", "1",
-                         "--record", record});
+    Result run = runCLI(
+        {"station", product.path(), "--port", port, "--json", "--limit", "1", "--record", record});
     EXPECT_EQ(run.status, 0) << run.out << run.err;
     std::vector<std::string> events;
     std::istringstream lines(run.out);
@@ -582,9 +582,9 @@ TEST(StationCommand, BoardsBehindNetworkPorts) {
   // Mixed with a local board, which is flashed meanwhile.
   const std::string nowhere = "rfc2217://nosuchhost.invalid:2000";
   SimulatedESP local;
-  Result unknown = runCLI({"station", product.path(), "--test-device", "--port", nowhere,
-                           "--port", local.path()},
-                          nowhere + " ist nicht erreichbar", "de");
+  Result unknown = runCLI(
+      {"station", product.path(), "--test-device", "--port", nowhere, "--port", local.path()},
+      nowhere + " ist nicht erreichbar", "de");
   EXPECT_EQ(unknown.status, 0) << unknown.out << unknown.err;
   EXPECT_EQ(occurrences(unknown.out, "Der Rechner „nosuchhost.invalid“ wurde nicht gefunden."), 1u)
       << unknown.out;

@@ -443,8 +443,9 @@ TEST_F(StationModelTest, TheNetworkPortsOfThePortList) {
       QTest::qWaitFor([&] { return model->output().plainText().contains(refused); }, 10000));
 
   SimulatedESP board;
-  NetworkSerialServer server(board.path(), ResetWiring::espAutoReset,
-                             [&](BoardStart how) { board.start(how); }, "127.0.0.1", tcp);
+  NetworkSerialServer server(
+      board.path(), ResetWiring::espAutoReset, [&](BoardStart how) { board.start(how); },
+      "127.0.0.1", tcp);
   ASSERT_TRUE(QTest::qWaitFor([&] { return station->tally().flashed == 1; }, 30000))
       << describe(*station);
   const StationRow* r = row(*station, port);
