@@ -385,3 +385,32 @@ TEST(Station, BoardsBehindSer2net) {
   EXPECT_EQ(r.count("notice", "unreachable"), 0) << describe(r);
   fs::remove_all(root);
 }
+
+// Network ports connected to again and again without a board: a server out of reach and one
+// without its device are each said once, not at every attempt.
+TEST(Station, NetworkPortsWithoutABoardAreSaidOnce) {
+  const std::string refusing = "rfc2217://127.0.0.1:" + std::to_string(freeTCPPort());
+  PlainServer empty("\r\nDevice open failure: No such file or directory\r\n", true);
+  StationOptions options;
+  options.networkPorts = {refusing, empty.portName()};
+  options.onlyPorts = {refusing, empty.portName()};
+  FakePorts none;
+  RunningStation running(espProduct(ESPChip::esp32, 16 * 1024), options, none);
+  // Several attempts at the port without a board take a second or two; the refusing port,
+  // whose attempts end at once, has had as many.
+  const auto deadline = std::chrono::steady_clock::now() + 20s;
+  while (empty.accepted() < 4 && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(20ms); // looked at often; nothing tells when it was connected to
+  ASSERT_GE(empty.accepted(), 4);
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0);
+  Recorder& r = running.recorder;
+  EXPECT_EQ(r.count("notice", "unreachable"), 1) << describe(r);
+  EXPECT_EQ(r.count("notice", "waitingForPort"), 1) << describe(r);
+  EXPECT_EQ(r.count("started"), 0) << describe(r);
+  const auto said = r.entries();
+  EXPECT_TRUE(std::ranges::any_of(said, [&](const Recorder::Entry& e) {
+    return e.path == "unreachable" && e.text.starts_with(refusing + " ") &&
+           e.text.find("refused") != std::string::npos;
+  })) << describe(r);
+}
