@@ -119,7 +119,6 @@ struct NetworkPorts::Port {
           failure = error;
         } catch (const Ended&) {
         }
-        attempt.reset();
         lock.lock();
         if (ending) break;
         if (failure) {

@@ -352,8 +352,10 @@ int station(const Arguments& arguments) {
     checkPortName(path, arguments, true);
     // A network port by the name its events and record give it, however it was written.
     if (auto address = parseNetworkPort(path)) {
-      options.networkPorts.push_back(address->name());
-      options.onlyPorts.insert(address->name());
+      // Named twice, it is still one port: its server would take a second watcher for another
+      // client.
+      if (options.onlyPorts.insert(address->name()).second)
+        options.networkPorts.push_back(address->name());
       continue;
     }
     options.onlyPorts.insert(path);

@@ -565,13 +565,17 @@ TEST(StationCommand, BoardsBehindNetworkPorts) {
       ++step;
     }
   };
-  Result run = runCLI({"station", product.path(), "--port", port, "--limit", "2"}, options);
+  // Named twice, in two spellings: still one port, which its server serves one client.
+  Result run = runCLI(
+      {"station", product.path(), "--port", port, "--port", "RFC2217://" + address, "--limit", "2"},
+      options);
   server.reset();
   EXPECT_EQ(run.status, 0) << run.out << run.err;
   EXPECT_EQ(step, 3) << run.out;
   EXPECT_EQ(occurrences(run.out, port + ": Flashing started"), 2u) << run.out;
   EXPECT_EQ(occurrences(run.out, ": Done in "), 2u) << run.out;
   EXPECT_EQ(occurrences(run.out, refused), 2u) << "once for each time it is out of reach";
+  EXPECT_EQ(run.out.find("in use"), std::string::npos) << run.out;
   std::smatch first, second;
   const std::regex mac("MAC ([0-9A-F:]{17})");
   ASSERT_TRUE(std::regex_search(run.out, first, mac)) << run.out;

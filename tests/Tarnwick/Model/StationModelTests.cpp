@@ -448,6 +448,9 @@ TEST_F(StationModelTest, TheNetworkPortsOfThePortList) {
       "127.0.0.1", tcp);
   ASSERT_TRUE(QTest::qWaitFor([&] { return station->tally().flashed == 1; }, 30000))
       << describe(*station);
+  // The connection that found the board is the one it was flashed through (the server takes
+  // one client at a time); at most one more has been made since, to watch the board.
+  EXPECT_LE(server.clientsServed(), 2);
   const StationRow* r = row(*station, port);
   ASSERT_NE(r, nullptr) << describe(*station);
   EXPECT_EQ(r->result, Result::done);
