@@ -17,6 +17,12 @@ Clock::duration seconds(double value) {
 // How long one look at a held connection lasts: how soon a run gets the connection it asks for.
 constexpr double lookSeconds = 0.05;
 
+// A server may not have seen a run's connection close when the next one comes a moment later,
+// and answers that the port is in use: for this long after a run, that is its own connection
+// going, tried again this often, and the board stays.
+constexpr double runClosingSeconds = 2.0;
+constexpr double runClosingRetrySeconds = 0.05;
+
 // Thrown through a connection attempt when the watching ends.
 struct Ended {};
 
@@ -53,6 +59,8 @@ struct NetworkPorts::Port {
   std::unique_ptr<NetworkLink> handedOver;
   /// A run has the port.
   bool lent = false;
+  /// When the last run gave the port back.
+  Clock::time_point givenBack;
   bool finished = false;
 
   void tell() {
@@ -121,7 +129,10 @@ struct NetworkPorts::Port {
         }
         lock.lock();
         if (ending) break;
-        if (failure) {
+        if (failure && present && failure->kind() == FlashPortError::Kind::portInUse &&
+            Clock::now() - givenBack < seconds(runClosingSeconds)) {
+          wakeUp.wait_for(lock, seconds(runClosingRetrySeconds), [&] { return ending || wanted; });
+        } else if (failure) {
           missed(*failure);
           wakeUp.wait_for(lock, seconds(retrySeconds), [&] { return ending || wanted; });
         } else {
@@ -236,6 +247,7 @@ void NetworkPorts::giveBack(const std::string& name, bool lostBoard) {
     if (port->name != name) continue;
     std::lock_guard lock(port->mutex);
     port->lent = false;
+    port->givenBack = Clock::now();
     if (lostBoard && port->present) {
       port->present = false;
       port->sinceStart = false;
