@@ -616,9 +616,9 @@ bootloader als eigen poort verschijnt.
 
 Opties:
   -p, --port PAD       alleen deze poort bewaken (mag vaker); rfc2217://HOST:POORT is
-                       een poort aan een andere computer, elke seconde opnieuw verbonden
-                       zolang er geen board is; een board dat er bij de start al is,
-                       wordt meteen geflasht
+                       een poort aan een andere computer, waarmee het station elke
+                       seconde opnieuw verbinding maakt zolang er geen board is; een
+                       board dat er bij de start al is, wordt meteen geflasht
       --now            ook de boards flashen die al aangesloten zijn
       --limit N        geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn; het
                        station stopt als er N gelukt zijn
@@ -686,9 +686,9 @@ une, car leur bootloader apparaît comme un port à part.
 
 Options :
   -p, --port CHEMIN    ne surveiller que ce port (répétable) ; rfc2217://HÔTE:PORT est
-                       un port sur un autre ordinateur, rappelé chaque seconde tant
-                       qu’il n’a pas de carte ; une carte déjà là au démarrage est
-                       flashée aussitôt
+                       un port sur un autre ordinateur, auquel la station se reconnecte
+                       chaque seconde tant qu’il n’a pas de carte ; une carte déjà là
+                       au démarrage est flashée aussitôt
       --now            flasher aussi les cartes déjà branchées
       --limit N        ne plus prendre de nouvelles cartes dès que N ont réussi ou sont en
                        cours ; la station s’arrête quand N ont réussi
