@@ -44,6 +44,15 @@ SerialLinkOptions FlashJob::linkOptions() {
   return options;
 }
 
+std::unique_ptr<SerialLink> FlashJob::openLink(std::int64_t baudRate) {
+  if (!openLink_) return openSerialLink(portPath_, baudRate, linkOptions());
+  std::unique_ptr<NetworkLink> link = std::move(openLink_);
+  link->setOptions(linkOptions());
+  link->open();
+  if (link->baudRate() != baudRate) link->setBaudRate(baudRate);
+  return link;
+}
+
 void FlashJob::hardReset(SerialLink& port) {
   if (!context_.isCancelled()) context_.emit(FlashEvents::Resetting{});
   port.setLines(false, true);
@@ -74,7 +83,7 @@ FlashSummary FlashJob::runESP(std::optional<ESPChip> expected) {
     }
   }
 
-  const auto link = openSerialLink(portPath_, 115200, linkOptions());
+  const auto link = openLink(115200);
   SerialLink& port = *link;
   try {
     ESPLoader loader(port, context_);
@@ -148,8 +157,7 @@ FlashSummary FlashJob::runAVR(AVRBoard board) {
   const FirmwareImage& sketch = images.front();
   const Bytes& data = files_.at(sketch.id);
 
-  AVRLoader loader(context_, board, product_.verify,
-                   openSerialLink(portPath_, baudRate(board), linkOptions()), findBootloaderPort,
+  AVRLoader loader(context_, board, product_.verify, openLink(baudRate(board)), findBootloaderPort,
                    linkOptions());
   const auto size = static_cast<std::int64_t>(data.size());
   auto writeStart = Clock::now();

@@ -10,6 +10,7 @@
 #include "FlashEngine/AVRLoader.hpp"
 #include "FlashEngine/CompressionCache.hpp"
 #include "FlashEngine/JobContext.hpp"
+#include "FlashSerial/NetworkLink.hpp"
 
 namespace tarnwick {
 
@@ -36,6 +37,11 @@ public:
   /// restarts it into its application and throws SameBoard instead of writing.
   std::optional<std::string> leaveBoardWithMAC;
   struct SameBoard {};
+  /// The port's connection, already open: a network port's server takes one client at a time,
+  /// so the connection that found the board is the one its run goes through. Used instead of
+  /// opening the port (connected anew should its server have closed it meanwhile), and closed
+  /// when the run ends. Before `run`.
+  void useOpenLink(std::unique_ptr<NetworkLink> link) { openLink_ = std::move(link); }
   /// Asks the run to stop; any thread, returns at once.
   void cancel() { context_.cancel(); }
 
@@ -48,11 +54,14 @@ private:
   // How this job opens its links: the test-device flag, and a network server's notes and
   // cancellation reaching the run.
   SerialLinkOptions linkOptions();
+  // The link to the port at `baudRate`: the one handed over, or the port opened now.
+  std::unique_ptr<SerialLink> openLink(std::int64_t baudRate);
 
   Product product_;
   FileBytesMap files_;
   std::string portPath_;
   bool allowsTestDevice_;
+  std::unique_ptr<NetworkLink> openLink_;
   JobContext context_;
   std::chrono::steady_clock::time_point start_;
 };

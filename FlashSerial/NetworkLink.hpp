@@ -52,6 +52,9 @@ public:
   std::int64_t baudRate() const override { return baudRate_; }
   /// Whether the server confirms line changes; absent until the first change.
   std::optional<bool> confirmsLines() const { return confirmsLines_; }
+  /// Who hears of this connection from now on: a connection opened by one party (the station,
+  /// watching for a board) serves a run that has notes and a Stop button of its own.
+  void setOptions(SerialLinkOptions options) { options_ = std::move(options); }
 
   void setBaudRate(std::int64_t rate) override;
   /// Sends the changes back to back, asserted lines first as a local port does, and only then

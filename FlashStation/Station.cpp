@@ -10,6 +10,7 @@
 #include "FlashEngine/FlashJob.hpp"
 #include "FlashSerial/FlashPort.hpp"
 #include "FlashSerial/FlashPortError.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/StationTexts.hpp"
 
@@ -58,6 +59,8 @@ struct Station::Run {
   std::optional<std::string> mac;
   /// Set by the run's thread when the board turned out to be the one flashed before.
   bool sameBoard = false;
+  /// Set by the run's thread when a network port's connection was lost: its board is gone.
+  bool connectionLost = false;
   /// The station's own: the port went and came back during the run although nothing but
   /// unplugging takes it away, so another board is there now.
   bool anotherBoardArrived = false;
@@ -106,6 +109,8 @@ void Station::interrupt() {
 bool Station::isCandidate(const SerialPortInfo& port) const {
   if (!options_.onlyPorts.empty() && !options_.onlyPorts.contains(port.path)) return false;
   if (port.vendorID) return true;
+  // Network ports are listed only while their server holds a board's connection.
+  if (looksLikeNetworkPort(port.path)) return true;
   // A named test device is a board although no USB facts come with it.
   return options_.testDevices.contains(port.path);
 }
@@ -128,8 +133,13 @@ void Station::judge(const SerialPortInfo& port, Clock::time_point now) {
   if (leftAsOtherFamily(port)) return;
   auto known = flashedOn_.find(port.path);
   PortChoice::FlashedBoard* last = known != flashedOn_.end() ? &known->second : nullptr;
-  const auto arrival = PortChoice::judgeArrival(port, isTestDevice(port.path), last,
-                                                package_.product.target.isESP(), now);
+  const bool esp = package_.product.target.isESP();
+  // A network port comes back with whatever its server's device holds. An ESP there may have
+  // USB of its own, which leaves and returns with every restart, so it is told by its MAC
+  // address as a board on an unknown adapter is. AVR boards that can be flashed over the
+  // network all sit behind a USB-serial chip (the others are refused), so theirs is a new board.
+  const bool alwaysNew = isTestDevice(port.path) || (looksLikeNetworkPort(port.path) && !esp);
+  const auto arrival = PortChoice::judgeArrival(port, alwaysNew, last, esp, now);
   switch (arrival) {
   case PortChoice::Arrival::newBoard:
   case PortChoice::Arrival::compareMAC:
@@ -172,6 +182,16 @@ void Station::arrived(const std::vector<SerialPortInfo>& ports, Clock::time_poin
   }
   for (const auto& [path, port] : present) {
     if (present_.contains(path) || !isCandidate(port)) continue;
+    // A network port's board that was there when the station started: taken at once when the
+    // port was named (or with `now`), else left as a USB board already plugged in is.
+    if (foundAtStart_.contains(path)) {
+      if (!options_.now && !options_.onlyPorts.contains(path)) continue;
+      if (takingBoards_)
+        settling_[path] = {now - seconds(options_.settleSeconds), std::nullopt};
+      else
+        report_.skipped(boardOn(port), L10n::Station::notTakingBoards());
+      continue;
+    }
     // A board that re-enumerates during its own run, or a bootloader coming up for one, is no
     // new board; while a bootloader is awaited, any port that appears may be it. A port that
     // only goes with its cable is judged once its run has ended.
@@ -224,7 +244,12 @@ void Station::start(const SerialPortInfo& port, std::optional<std::string> leave
   run->job->leaveBoardWithMAC = std::move(leaveBoardWithMAC);
 
   report_.started(run->board);
-  run->thread = std::thread([this, self] {
+  const bool network = network_ && network_->watches(port.path);
+  run->thread = std::thread([this, self, network] {
+    // The connection that found the board: its server would take no second one.
+    if (network) {
+      if (auto link = network_->lend(self->board.path)) self->job->useOpenLink(std::move(link));
+    }
     BoardOutcome outcome;
     outcome.board = self->board;
     const double cpuStart = threadCPUSeconds();
@@ -248,6 +273,8 @@ void Station::start(const SerialPortInfo& port, std::optional<std::string> leave
     } catch (const FlashPortError& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.message();
+      self->connectionLost = error.kind() == FlashPortError::Kind::disconnected ||
+                             error.kind() == FlashPortError::Kind::noBoard;
     } catch (const std::exception& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.what();
@@ -276,6 +303,8 @@ void Station::reapFinished() {
       continue;
     }
     run.thread.join();
+    if (network_ && network_->watches(run.board.path))
+      network_->giveBack(run.board.path, run.connectionLost);
     // The board restarts now and may come back on its port, or on its bootloader's.
     const PortChoice::FlashedBoard memory{
         now + seconds(options_.quietSeconds), run.board.serialNumber,
@@ -343,10 +372,45 @@ Station::Clock::time_point Station::nextDeadline(Clock::time_point now) const {
   return deadline;
 }
 
+std::vector<SerialPortInfo> Station::portsNow() {
+  std::vector<SerialPortInfo> ports;
+  for (const auto& port : sourcePorts_) {
+    if (!looksLikeNetworkPort(port.path)) ports.push_back(port);
+  }
+  foundAtStart_.clear();
+  if (!network_) return ports;
+  for (const auto& board : network_->present()) {
+    ports.push_back({board.name, std::nullopt, std::nullopt, std::nullopt});
+    if (board.sinceStart) foundAtStart_.insert(board.name);
+  }
+  return ports;
+}
+
+void Station::sayNetworkNotices() {
+  if (!network_) return;
+  for (const auto& said : network_->takeNotices()) {
+    if (said.problem)
+      report_.notice({StationNotice::Kind::unreachable, 0, 0, said.name, said.problem->message()});
+    else
+      report_.notice({StationNotice::Kind::waitingForPort, 0, 0, said.name});
+  }
+}
+
 std::int64_t Station::run(PortSource& source) {
   const auto now = Clock::now();
-  for (const auto& port : source.start()) {
+  if (!options_.networkPorts.empty()) {
+    const auto avr = package_.product.target.avrBoard();
+    network_ = std::make_unique<NetworkPorts>(options_.networkPorts, avr ? baudRate(*avr) : 115200,
+                                              [this] {
+                                                networkChanged_ = true;
+                                                wake();
+                                              });
+  }
+  sourcePorts_ = source.start();
+  for (const auto& port : portsNow()) {
     if (!options_.onlyPorts.empty() && !options_.onlyPorts.contains(port.path)) continue;
+    // Known by connecting to it, which has only begun.
+    if (looksLikeNetworkPort(port.path)) continue;
     present_.emplace(port.path, port);
     // Boards already there are taken with --now; named test devices always, as nothing plugs
     // them in. Either way they were there long enough.
@@ -356,7 +420,9 @@ std::int64_t Station::run(PortSource& source) {
   }
   report_.notice({StationNotice::Kind::ready, static_cast<std::int64_t>(settling_.size())});
   for (const auto& path : options_.onlyPorts) {
-    if (!present_.contains(path)) report_.notice({StationNotice::Kind::waitingForPort, 0, 0, path});
+    // A network port's first connection tells whether it is there.
+    if (!present_.contains(path) && !(network_ && network_->watches(path)))
+      report_.notice({StationNotice::Kind::waitingForPort, 0, 0, path});
   }
   if (oneAtATime_) report_.notice({StationNotice::Kind::oneAtATime});
 
@@ -368,8 +434,13 @@ std::int64_t Station::run(PortSource& source) {
     auto ports = source.wait(nextDeadline(Clock::now()), wakeFD_);
     std::uint64_t drained = 0;
     [[maybe_unused]] ssize_t got = ::read(wakeFD_, &drained, sizeof drained);
-    if (ports) arrived(*ports, Clock::now());
+    const bool networkChanged = networkChanged_.exchange(false);
+    if (ports) sourcePorts_ = std::move(*ports);
+    if (ports || networkChanged) arrived(portsNow(), Clock::now());
+    sayNetworkNotices();
   }
+  // Every run has ended: the connections held for boards waiting go.
+  network_.reset();
   report_.notice({StationNotice::Kind::ended, flashed_, failed_, recordProblem_.value_or("")});
   return failed_;
 }

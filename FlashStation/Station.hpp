@@ -23,6 +23,7 @@
 #include "FlashEngine/FlashEvent.hpp"
 #include "FlashSerial/PortChoice.hpp"
 #include "FlashSerial/PortScanner.hpp"
+#include "FlashStation/NetworkPorts.hpp"
 #include "FlashStation/PortSource.hpp"
 
 namespace tarnwick::station {
@@ -36,6 +37,11 @@ struct StationOptions {
   /// serial adapters are flashed at start, as nothing plugs them in, and a run on them ends
   /// as on a port behind an adapter.
   std::set<std::string> testDevices;
+  /// Network serial ports ("rfc2217://HOST:PORT") to watch by connecting to them, as nothing
+  /// announces their boards: a board is there while its server holds the connection. Those also
+  /// in `onlyPorts` were named on purpose: a board their first connection finds is flashed at
+  /// start, as a test device is. Other lists' entries for these names are not heeded.
+  std::vector<std::string> networkPorts;
   /// Boards already connected at start are flashed too.
   bool now = false;
   /// Take no new board once this many have succeeded or are running.
@@ -81,6 +87,9 @@ struct StationNotice {
     ready,
     /// `text` names a port to watch that is not there yet.
     waitingForPort,
+    /// `text` names a network port whose server cannot be reached, and `detail` says why; the
+    /// station keeps trying.
+    unreachable,
     /// The product's boards bring their bootloader up on a port of its own: one at a time.
     oneAtATime,
     /// The first stop: no new boards, `count` running boards finish.
@@ -99,6 +108,7 @@ struct StationNotice {
   std::int64_t count = 0;
   std::int64_t failed = 0;
   std::string text = {};
+  std::string detail = {};
 };
 
 /// Receives what happens at the station. Calls come from the station's thread and, for `event`,
@@ -157,6 +167,9 @@ private:
   void stopTaking();
   bool canTake() const;
   void arrived(const std::vector<SerialPortInfo>& ports, Clock::time_point now);
+  /// The source's last list with the network ports that have a board now.
+  std::vector<SerialPortInfo> portsNow();
+  void sayNetworkNotices();
   void startDue(Clock::time_point now);
   void start(const SerialPortInfo& port, std::optional<std::string> leaveBoardWithMAC);
   void reapFinished();
@@ -175,6 +188,13 @@ private:
   int interruptsSeen_ = 0;
   bool takingBoards_ = true;
 
+  /// The network ports' boards, while the station runs.
+  std::unique_ptr<NetworkPorts> network_;
+  std::atomic<bool> networkChanged_ = false;
+  /// The last list of the port source.
+  std::vector<SerialPortInfo> sourcePorts_;
+  /// Network ports whose first connection found their board.
+  std::set<std::string> foundAtStart_;
   /// The ports of the last list, by path.
   std::map<std::string, SerialPortInfo> present_;
   struct Settling {

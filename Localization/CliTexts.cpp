@@ -1,7 +1,7 @@
 #include "Localization/CliTexts.hpp"
 
-#include "Localization/Text.hpp"
 #include "Localization/MainWindowTexts.hpp"
+#include "Localization/Text.hpp"
 
 namespace tarnwick::L10n::Cli {
 
@@ -134,20 +134,25 @@ std::string labelled(const std::string& label) { return label + tr({":", ":", ":
 std::string invalidNetworkPort(const std::string& name) {
   switch (currentLanguage()) {
   case Language::en:
-    return "'" + name + "' is not a valid network port: write rfc2217://HOST:PORT (an IPv6 "
-                        "address in brackets, a port from 1 to 65535).";
+    return "'" + name +
+           "' is not a valid network port: write rfc2217://HOST:PORT (an IPv6 "
+           "address in brackets, a port from 1 to 65535).";
   case Language::nl:
-    return "'" + name + "' is geen geldige netwerkpoort: schrijf rfc2217://HOST:POORT (een "
-                        "IPv6-adres tussen haken, een poort van 1 tot 65535).";
+    return "'" + name +
+           "' is geen geldige netwerkpoort: schrijf rfc2217://HOST:POORT (een "
+           "IPv6-adres tussen haken, een poort van 1 tot 65535).";
   case Language::de:
-    return "„" + name + "“ ist kein gültiger Netzwerkport: Schreibe rfc2217://HOST:PORT (eine "
-                        "IPv6-Adresse in eckigen Klammern, einen Port von 1 bis 65535).";
+    return "„" + name +
+           "“ ist kein gültiger Netzwerkport: Schreibe rfc2217://HOST:PORT (eine "
+           "IPv6-Adresse in eckigen Klammern, einen Port von 1 bis 65535).";
   case Language::fr:
-    return "« " + name + " » n’est pas un port réseau valide : écrivez rfc2217://HÔTE:PORT (une "
-                         "adresse IPv6 entre crochets, un port de 1 à 65535).";
+    return "« " + name +
+           " » n’est pas un port réseau valide : écrivez rfc2217://HÔTE:PORT (une "
+           "adresse IPv6 entre crochets, un port de 1 à 65535).";
   case Language::es:
-    return "«" + name + "» no es un puerto de red válido: escribe rfc2217://HOST:PUERTO (una "
-                        "dirección IPv6 entre corchetes, un puerto de 1 a 65535).";
+    return "«" + name +
+           "» no es un puerto de red válido: escribe rfc2217://HOST:PUERTO (una "
+           "dirección IPv6 entre corchetes, un puerto de 1 a 65535).";
   }
   return {};
 }
@@ -575,7 +580,9 @@ Every board left alone is named with the reason. Leonardo, Micro and Pro Micro b
 flashed one at a time, as their bootloader comes up as a port of its own.
 
 Options:
-  -p, --port PATH      watch only this port (repeatable)
+  -p, --port PATH      watch only this port (repeatable); rfc2217://HOST:PORT names a
+                       port on another computer, connected to every second while it
+                       has no board; a board found there at start is flashed at once
       --now            also flash the boards already connected
       --limit N        take no new board once N have succeeded or are running; the station
                        ends when N have succeeded
@@ -606,7 +613,10 @@ reden genoemd. Leonardo-, Micro- en Pro Micro-boards worden één voor één gef
 bootloader als eigen poort verschijnt.
 
 Opties:
-  -p, --port PAD       alleen deze poort bewaken (mag vaker)
+  -p, --port PAD       alleen deze poort bewaken (mag vaker); rfc2217://HOST:POORT is
+                       een poort aan een andere computer, waarmee het station elke
+                       seconde opnieuw verbinding maakt zolang er geen board is; een
+                       board dat er bij de start al is, wordt meteen geflasht
       --now            ook de boards flashen die al aangesloten zijn
       --limit N        geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn; het
                        station stopt als er N gelukt zijn
@@ -638,7 +648,10 @@ angerührt. Jedes nicht angerührte Board wird mit dem Grund genannt. Leonardo, 
 Micro werden nacheinander geflasht, weil ihr Bootloader als eigene Schnittstelle erscheint.
 
 Optionen:
-  -p, --port PFAD      nur diese Schnittstelle beobachten (mehrfach möglich)
+  -p, --port PFAD      nur diese Schnittstelle beobachten (mehrfach möglich);
+                       rfc2217://HOST:PORT ist ein Port an einem anderen Rechner, mit
+                       dem jede Sekunde neu verbunden wird, solange kein Board da ist;
+                       ein Board, das beim Start schon da ist, wird sofort geflasht
       --now            auch die bereits angeschlossenen Boards flashen
       --limit N        keine neuen Boards mehr annehmen, sobald N erfolgreich sind oder
                        laufen; die Station endet, wenn N erfolgreich sind
@@ -670,7 +683,10 @@ telle quelle est nommée avec la raison. Les Leonardo, Micro et Pro Micro sont f
 une, car leur bootloader apparaît comme un port à part.
 
 Options :
-  -p, --port CHEMIN    ne surveiller que ce port (répétable)
+  -p, --port CHEMIN    ne surveiller que ce port (répétable) ; rfc2217://HÔTE:PORT est
+                       un port sur un autre ordinateur, auquel la station se reconnecte
+                       chaque seconde tant qu’il n’a pas de carte ; une carte déjà là
+                       au démarrage est flashée aussitôt
       --now            flasher aussi les cartes déjà branchées
       --limit N        ne plus prendre de nouvelles cartes dès que N ont réussi ou sont en
                        cours ; la station s’arrête quand N ont réussi
@@ -702,7 +718,10 @@ Micro y Pro Micro se flashean de una en una, porque su bootloader aparece como u
 propio.
 
 Opciones:
-  -p, --port RUTA      vigilar solo este puerto (se puede repetir)
+  -p, --port RUTA      vigilar solo este puerto (se puede repetir); rfc2217://HOST:PUERTO
+                       es un puerto en otro equipo, al que se conecta cada segundo
+                       mientras no tenga placa; una placa que ya esté al iniciar se
+                       flashea enseguida
       --now            flashear también las placas ya conectadas
       --limit N        no aceptar placas nuevas cuando N hayan salido bien o estén en curso;
                        la estación termina cuando N han salido bien

@@ -23,9 +23,8 @@ HelpBlock configuration(const Texts& comment) {
 HelpTopic network() {
   return {
       "network",
-      tr({"Boards on other computers", "Boards aan andere computers",
-          "Boards an anderen Rechnern", "Cartes sur d’autres ordinateurs",
-          "Placas en otros equipos"}),
+      tr({"Boards on other computers", "Boards aan andere computers", "Boards an anderen Rechnern",
+          "Cartes sur d’autres ordinateurs", "Placas en otros equipos"}),
       "network",
       {
           paragraph(
@@ -70,13 +69,17 @@ HelpTopic network() {
           paragraph(
               {"On the computer with the boards, install ser2net (`sudo apt install ser2net` on "
                "Debian and Raspberry Pi OS), give each board a connection with a TCP port of its "
-               "own in `/etc/ser2net.yaml`, in place of the examples there, and restart it (`sudo systemctl restart ser2net`):",
+               "own in `/etc/ser2net.yaml`, in place of the examples there, and restart it (`sudo "
+               "systemctl restart ser2net`):",
                "Installeer op de computer met de boards ser2net (`sudo apt install ser2net` op "
                "Debian en Raspberry Pi OS), geef elk board in `/etc/ser2net.yaml` een verbinding "
-               "met een eigen TCP-poort, in plaats van de voorbeelden daar, en herstart het (`sudo systemctl restart ser2net`):",
+               "met een eigen TCP-poort, in plaats van de voorbeelden daar, en herstart het (`sudo "
+               "systemctl restart ser2net`):",
                "Installiere auf dem Rechner mit den Boards ser2net (`sudo apt install ser2net` "
-               "unter Debian und Raspberry Pi OS), gib jedem Board in `/etc/ser2net.yaml` anstelle der "
-               "Beispiele dort eine Verbindung mit eigenem TCP-Port und starte es neu (`sudo systemctl restart "
+               "unter Debian und Raspberry Pi OS), gib jedem Board in `/etc/ser2net.yaml` anstelle "
+               "der "
+               "Beispiele dort eine Verbindung mit eigenem TCP-Port und starte es neu (`sudo "
+               "systemctl restart "
                "ser2net`):",
                "Sur l’ordinateur des cartes, installez ser2net (`sudo apt install ser2net` sous "
                "Debian et Raspberry Pi OS), donnez à chaque carte une connexion avec son propre "
@@ -85,7 +88,8 @@ HelpTopic network() {
                "ser2net`)\u00A0:",
                "En el equipo de las placas, instala ser2net (`sudo apt install ser2net` en Debian "
                "y Raspberry Pi OS), da a cada placa una conexión con su propio puerto TCP en "
-               "`/etc/ser2net.yaml`, en lugar de los ejemplos que trae, y reinícialo (`sudo systemctl restart ser2net`):"}),
+               "`/etc/ser2net.yaml`, en lugar de los ejemplos que trae, y reinícialo (`sudo "
+               "systemctl restart ser2net`):"}),
           configuration({"one connection per board, each on a TCP port of its own",
                          "één verbinding per board, elk op een eigen TCP-poort",
                          "eine Verbindung pro Board, jede an einem eigenen TCP-Port",
@@ -170,12 +174,91 @@ HelpTopic network() {
                "puerto de red. **Quitar el puerto de red** en la misma lista olvida el elegido. "
                "El flasheo automático espera a placas conectadas a este equipo; para una placa en "
                "la red, pulsa **Flasheo**."}),
-          screenshot("network-port.png",
-                     {"Adding a board on another computer.",
-                      "Een board aan een andere computer toevoegen.",
-                      "Ein Board an einem anderen Rechner hinzufügen.",
-                      "Ajouter une carte branchée sur un autre ordinateur.",
-                      "Añadir una placa conectada a otro equipo."}),
+          screenshot("network-port.png", {"Adding a board on another computer.",
+                                          "Een board aan een andere computer toevoegen.",
+                                          "Ein Board an einem anderen Rechner hinzufügen.",
+                                          "Ajouter une carte branchée sur un autre ordinateur.",
+                                          "Añadir una placa conectada a otro equipo."}),
+          heading({"At the flashing station", "Aan het flashstation", "An der Flashstation",
+                   "À la station de flashage", "En la estación de flasheo"}),
+          paragraph(
+              {"The flashing station takes network ports as well: name each with `--port`, "
+               "mixed with ports of this computer (`tarnwick-cli station --port "
+               "rfc2217://rack3.local:2000 --port rfc2217://rack3.local:2001 Sensor.twflash`); in "
+               "the window, the station watches the network ports of the **Serial port** list. "
+               "Nothing announces a board plugged in at the other computer, but ser2net keeps a "
+               "connection only while the board's device is there. So the station connects to "
+               "each network port about once a second until a board answers; the board then "
+               "counts as plugged in (after 1.2 s, as any board) and is flashed through that same "
+               "connection, and once the server closes it the board counts as unplugged. A board "
+               "that is already there when the station starts is flashed at once if its port was "
+               "named with `--port` (in the window: with **Also flash the boards already "
+               "connected**). An ESP board that comes back within a few seconds of its run is "
+               "told by its MAC address, so the board just flashed is not written twice. A "
+               "server that cannot be reached is said once, and the station keeps trying.",
+               "Het flashstation neemt ook netwerkpoorten: noem ze elk met `--port`, gemengd met "
+               "poorten van deze computer (`tarnwick-cli station --port "
+               "rfc2217://rack3.local:2000 --port rfc2217://rack3.local:2001 Sensor.twflash`); in "
+               "het venster bewaakt het station de netwerkpoorten uit de lijst **Seriële poort**. "
+               "Niets meldt een board dat aan de andere computer wordt aangesloten, maar ser2net "
+               "houdt een verbinding alleen open zolang het apparaat van het board er is. Daarom "
+               "maakt het station ongeveer elke seconde verbinding met elke netwerkpoort tot er "
+               "een board antwoordt; dat board geldt dan als aangesloten (na 1,2 s, zoals elk "
+               "board) en wordt via diezelfde verbinding geflasht, en zodra de server haar "
+               "sluit, geldt het board als losgekoppeld. Een board dat er al is wanneer het "
+               "station start, wordt meteen geflasht als zijn poort met `--port` is genoemd (in "
+               "het venster: met **Ook de al aangesloten boards flashen**). Een ESP-board dat "
+               "binnen enkele seconden na zijn flash terugkomt, wordt aan zijn MAC-adres "
+               "herkend, zodat het net geflashte board niet twee keer wordt beschreven. Een "
+               "server die niet bereikbaar is, wordt één keer gemeld, en het station blijft het "
+               "proberen.",
+               "Die Flashstation nimmt auch Netzwerkports: Nenne jeden mit `--port`, gemischt "
+               "mit Schnittstellen dieses Rechners (`tarnwick-cli station --port "
+               "rfc2217://rack3.local:2000 --port rfc2217://rack3.local:2001 Sensor.twflash`); im "
+               "Fenster beobachtet die Station die Netzwerkports der Liste **Serielle "
+               "Schnittstelle**. Nichts meldet ein Board, das am anderen Rechner angesteckt wird, "
+               "aber ser2net hält eine Verbindung nur, solange das Gerät des Boards da ist. "
+               "Deshalb verbindet sich die Station etwa jede Sekunde mit jedem Netzwerkport, bis "
+               "ein Board antwortet; das Board gilt dann als angesteckt (nach 1,2 s, wie jedes "
+               "Board) und wird über genau diese Verbindung geflasht, und sobald der Server sie "
+               "schließt, gilt es als abgezogen. Ein Board, das beim Start der Station schon da "
+               "ist, wird sofort geflasht, wenn sein Port mit `--port` genannt wurde (im "
+               "Fenster: mit **Auch die schon angeschlossenen Boards flashen**). Ein "
+               "ESP-Board, das wenige Sekunden nach seinem Durchlauf wiederkommt, wird an seiner "
+               "MAC-Adresse erkannt, sodass das gerade geflashte Board nicht zweimal beschrieben "
+               "wird. Ein Server, der nicht erreichbar ist, wird einmal gemeldet, und die Station "
+               "versucht es weiter.",
+               "La station de flashage prend aussi les ports réseau : nommez chacun avec "
+               "`--port`, mêlés aux ports de cet ordinateur (`tarnwick-cli station --port "
+               "rfc2217://rack3.local:2000 --port rfc2217://rack3.local:2001 Sensor.twflash`)"
+               " ; dans la fenêtre, la station surveille les ports réseau de la liste "
+               "**Port série**. Rien n’annonce une carte branchée sur l’autre ordinateur, mais "
+               "ser2net ne garde une connexion que tant que le périphérique de la carte est là. "
+               "La station se connecte donc à chaque port réseau environ une fois par seconde "
+               "jusqu’à ce qu’une carte réponde ; la carte compte alors comme branchée "
+               "(après 1,2 s, comme toute carte) et elle est flashée par cette même "
+               "connexion, et dès que le serveur la ferme, la carte compte comme débranchée. Une "
+               "carte déjà là au démarrage de la station est flashée aussitôt si son port a été "
+               "nommé avec `--port` (dans la fenêtre : avec **Flasher aussi les cartes déjà "
+               "branchées**). Une carte ESP qui revient quelques secondes après son flashage est "
+               "reconnue à son adresse MAC, si bien que la carte tout juste flashée n’est pas "
+               "écrite deux fois. Un serveur injoignable est signalé une fois, et la station "
+               "continue d’essayer.",
+               "La estación de flasheo también acepta puertos de red: indica cada uno con "
+               "`--port`, junto con puertos de este equipo (`tarnwick-cli station --port "
+               "rfc2217://rack3.local:2000 --port rfc2217://rack3.local:2001 Sensor.twflash`); en "
+               "la ventana, la estación vigila los puertos de red de la lista **Puerto serie**. "
+               "Nada avisa de una placa conectada en el otro equipo, pero ser2net mantiene una "
+               "conexión solo mientras el dispositivo de la placa está ahí. Por eso la estación "
+               "se conecta a cada puerto de red más o menos una vez por segundo hasta que "
+               "responde una placa; esa placa cuenta entonces como conectada (tras 1,2 s, como "
+               "cualquier placa) y se flashea por esa misma conexión, y en cuanto el servidor la "
+               "cierra, la placa cuenta como desconectada. Una placa que ya está ahí cuando "
+               "arranca la estación se flashea enseguida si su puerto se indicó con `--port` (en "
+               "la ventana: con **Flashear también las placas ya conectadas**). Una placa ESP que "
+               "vuelve pocos segundos después de su flasheo se reconoce por su dirección MAC, así "
+               "que la placa recién flasheada no se escribe dos veces. Un servidor inalcanzable "
+               "se indica una vez, y la estación sigue intentándolo."}),
           heading({"What to expect", "Wat je kunt verwachten", "Was dich erwartet",
                    "À quoi s’attendre", "Qué esperar"}),
           bullets({

@@ -293,10 +293,16 @@ HelpTopic production() {
                "añadas `--now`."}),
           table({
               {same("`--port PATH`"),
-               {"Only watch these ports (repeatable).", "Alleen deze poorten bewaken (mag vaker).",
-                "Nur diese Schnittstellen beobachten (mehrfach möglich).",
-                "Ne surveiller que ces ports (répétable).",
-                "Vigilar solo estos puertos (se puede repetir)."}},
+               {"Only watch these ports (repeatable); `rfc2217://HOST:PORT` is a board on "
+                "another computer (see **Boards on other computers**).",
+                "Alleen deze poorten bewaken (mag vaker); `rfc2217://HOST:POORT` is een board "
+                "aan een andere computer (zie **Boards aan andere computers**).",
+                "Nur diese Schnittstellen beobachten (mehrfach möglich); `rfc2217://HOST:PORT` "
+                "ist ein Board an einem anderen Rechner (siehe **Boards an anderen Rechnern**).",
+                "Ne surveiller que ces ports (répétable)\u00A0; `rfc2217://HÔTE:PORT` est une "
+                "carte sur un autre ordinateur (voir **Cartes sur d’autres ordinateurs**).",
+                "Vigilar solo estos puertos (se puede repetir); `rfc2217://HOST:PUERTO` es una "
+                "placa en otro equipo (ver **Placas en otros equipos**)."}},
               {same("`--limit N`"),
                {"Stop taking new boards once N have succeeded or are running.",
                 "Geen nieuwe boards meer nemen zodra er N gelukt zijn of bezig zijn.",

@@ -107,8 +107,8 @@ std::string status(const std::vector<std::pair<std::string, int>>& inProgress, s
                         currentLanguage() == Language::es;
     for (std::size_t i = 0; i < inProgress.size(); ++i) {
       if (i > 0) text += compact ? " " : ", ";
-      text += inProgress[i].first + " " + std::to_string(inProgress[i].second) +
-              (spaced ? " %" : "%");
+      text +=
+          inProgress[i].first + " " + std::to_string(inProgress[i].second) + (spaced ? " %" : "%");
     }
   }
   return text;
@@ -291,6 +291,16 @@ std::string waitingForPort(const std::string& path) {
              "Warte auf " + path + ": Der Anschluss ist noch nicht da.",
              "En attente de " + path + " : il n’est pas encore là.",
              "Esperando a " + path + ": todavía no está."});
+}
+std::string cannotReach(const std::string& port, const std::string& reason) {
+  return tr(
+      {"Cannot reach " + port + ": " + reason + " The station tries again every second.",
+       "Kan " + port + " niet bereiken: " + reason +
+           " Het station probeert het elke seconde opnieuw.",
+       port + " ist nicht erreichbar: " + reason + " Die Station versucht es jede Sekunde erneut.",
+       "Impossible de joindre " + port + " : " + reason + " La station réessaie chaque seconde.",
+       "No se puede conectar con " + port + ": " + reason +
+           " La estación lo vuelve a intentar cada segundo."});
 }
 std::string outputLost(bool recorded) {
   if (recorded) {

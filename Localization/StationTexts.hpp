@@ -49,6 +49,8 @@ std::string leftAlone(const std::string& reason);
 std::string recordLost(const std::string& problem);
 /// A port named with --port that is not there yet.
 std::string waitingForPort(const std::string& path);
+/// A network port whose server cannot be reached; `reason` is a sentence or two of its own.
+std::string cannotReach(const std::string& port, const std::string& reason);
 /// Standard output went away: no new boards, the running ones finished (and `recorded`).
 std::string outputLost(bool recorded);
 /// A port named with --port that only `--test-device` allows.

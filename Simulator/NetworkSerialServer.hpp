@@ -29,6 +29,8 @@ public:
   std::uint16_t port() const;
   /// "rfc2217://ADDRESS:PORT", the name a client opens.
   std::string portName() const;
+  /// How many connections it has taken as its client so far (not those turned away).
+  int clientsServed() const;
 
 private:
   struct Service;

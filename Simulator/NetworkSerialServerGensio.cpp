@@ -26,8 +26,7 @@ namespace tarnwick::simulator {
 namespace {
 
 double steadySeconds() {
-  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
-      .count();
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
 int ignoreEvent(gensio*, void*, int, int, unsigned char*, gensiods*, const char* const*) {
@@ -58,11 +57,12 @@ struct NetworkSerialServer::Service {
   std::string host;
   std::uint16_t port = 0;
   std::atomic<bool> stop = false;
+  std::atomic<int> clientsServed = 0;
   std::thread thread;
 
   Service(ResetWiring wiring, std::function<void(BoardStart)> start)
-      : circuit(wiring, [this](BoardStart how) { startBoard(how); }),
-        startBoard(std::move(start)) {}
+      : circuit(wiring, [this](BoardStart how) { startBoard(how); }), startBoard(std::move(start)) {
+  }
 
   ~Service() {
     if (device) gensio_free(device);
@@ -104,6 +104,7 @@ struct NetworkSerialServer::Service {
       return 0;
     }
     self->client = io;
+    ++self->clientsServed;
     gensio_set_callback(io, &Service::clientEvent, self);
     gensio_set_read_callback_enable(io, true);
     return 0;
@@ -242,8 +243,8 @@ NetworkSerialServer::NetworkSerialServer(std::string devicePath, ResetWiring wir
   gensio_set_read_callback_enable(s.device, true);
 
   const std::string listen = "telnet(rfc2217),tcp," + bindAddress + "," + std::to_string(port);
-  if (int error = str_to_gensio_accepter(listen.c_str(), s.os, &Service::accepted, &s,
-                                         &s.accepter)) {
+  if (int error =
+          str_to_gensio_accepter(listen.c_str(), s.os, &Service::accepted, &s, &s.accepter)) {
     s.accepter = nullptr;
     throw failed(bindAddress + " " + std::to_string(port), error);
   }
@@ -268,6 +269,8 @@ NetworkSerialServer::~NetworkSerialServer() {
 }
 
 std::uint16_t NetworkSerialServer::port() const { return service_->port; }
+
+int NetworkSerialServer::clientsServed() const { return service_->clientsServed; }
 
 std::string NetworkSerialServer::portName() const {
   return NetworkPortAddress{service_->host, service_->port}.name();

@@ -344,14 +344,22 @@ int station(const Arguments& arguments) {
   checkBeforeFlashing(package);
 
   station::StationOptions options;
-  options.onlyPorts = {arguments.ports.begin(), arguments.ports.end()};
   options.allowsTestDevices = arguments.testDevice;
-  if (arguments.testDevice) options.testDevices = options.onlyPorts;
   options.now = arguments.now;
   options.limit = arguments.limit;
   std::vector<std::string> testDevices;
   for (const auto& path : arguments.ports) {
-    checkPortName(path, arguments, false);
+    checkPortName(path, arguments, true);
+    // A network port by the name its events and record give it, however it was written.
+    if (auto address = parseNetworkPort(path)) {
+      // Named twice, it is still one port: its server would take a second watcher for another
+      // client.
+      if (options.onlyPorts.insert(address->name()).second)
+        options.networkPorts.push_back(address->name());
+      continue;
+    }
+    options.onlyPorts.insert(path);
+    if (arguments.testDevice) options.testDevices.insert(path);
     if (!FlashPort::isValidPath(path)) testDevices.push_back(path);
   }
 
@@ -367,8 +375,10 @@ int station(const Arguments& arguments) {
   }
 
   station::ScannerPortSource source(testDevices);
-  // Named test devices need no notice of ports coming and going; anything else does.
-  if (!source.canWatch() && testDevices.size() != arguments.ports.size()) {
+  // Named test devices and network ports need no notice of ports coming and going; anything
+  // else does.
+  if (!source.canWatch() &&
+      testDevices.size() + options.networkPorts.size() != arguments.ports.size()) {
     throw Unusable{L10n::Ports::cannotWatch()};
   }
 

@@ -93,6 +93,7 @@ std::vector<std::string> noticeLines(const StationNotice& notice, const std::str
   switch (notice.kind) {
   case Kind::ready: return {L10n::Station::ready(productName, notice.count > 0)};
   case Kind::waitingForPort: return {L10n::Station::waitingForPort(notice.text)};
+  case Kind::unreachable: return {L10n::Station::cannotReach(notice.text, notice.detail)};
   case Kind::oneAtATime: return {L10n::Station::oneAtATime()};
   case Kind::finishing: return {L10n::Station::finishing(notice.count)};
   case Kind::stopping: return {L10n::Station::stopping()};

@@ -222,6 +222,9 @@ void StationModel::start() {
   // The program's own ports are pseudo-terminals: the test devices and the simulated boards.
   options.allowsTestDevices = true;
   options.testDevices = {model_.testDevices().begin(), model_.testDevices().end()};
+  // The network ports added to the port list: their boards are found by connecting to them.
+  for (const QString& name : model_.networkPorts())
+    options.networkPorts.push_back(name.toStdString());
   options.now = alsoConnected_;
   options.limit = limit_;
   options.settleSeconds = options_.settleSeconds;
@@ -458,6 +461,10 @@ void StationModel::apply(Update& update) {
         kind = LogSegment::Kind::system;
         break;
       case Kind::waitingForPort: text = L10n::Station::waitingForPort(said.text); break;
+      case Kind::unreachable:
+        text = L10n::Station::cannotReach(said.text, said.detail);
+        kind = LogSegment::Kind::error;
+        break;
       case Kind::oneAtATime: text = L10n::Station::oneAtATime(); break;
       case Kind::finishing: shown = text = L10n::StationWindow::finishing(said.count); break;
       case Kind::stopping: shown = text = L10n::Station::stopping(); break;

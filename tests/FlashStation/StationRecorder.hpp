@@ -29,7 +29,9 @@ public:
   };
 
   void notice(const station::StationNotice& notice) override {
-    add({"notice", noticeName(notice.kind), notice.text, notice.count, notice.failed});
+    add({"notice", noticeName(notice.kind),
+         notice.detail.empty() ? notice.text : notice.text + " " + notice.detail, notice.count,
+         notice.failed});
   }
   void started(const station::StationBoard& board) override {
     add({"started", board.path, board.name});
@@ -87,6 +89,7 @@ public:
     switch (kind) {
     case Kind::ready: return "ready";
     case Kind::waitingForPort: return "waitingForPort";
+    case Kind::unreachable: return "unreachable";
     case Kind::oneAtATime: return "oneAtATime";
     case Kind::finishing: return "finishing";
     case Kind::stopping: return "stopping";

@@ -14,6 +14,7 @@
 #include "Simulator/SimulatedESP.hpp"
 #include "support/Boards.hpp"
 #include "support/Products.hpp"
+#include "support/Ser2net.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::station;
@@ -339,4 +340,77 @@ TEST(Station, CaterinaBoardsOneAtATime) {
     if (e.kind == "started" || e.kind == "done") order.push_back(e.kind);
   EXPECT_EQ(order, (std::vector<std::string>{"started", "done", "started", "done"})) << describe(r);
   EXPECT_EQ(r.count("notice", "oneAtATime"), 1) << describe(r);
+}
+
+// Debian's ser2net in front of a device path a board's pseudo-terminal is linked to, as a rack
+// computer serves a USB port a board is plugged into: without the device it answers "Device open
+// failure" and closes, so the station keeps connecting and says once that it waits; a board
+// plugged in is flashed through the connection that found it; a board pulled out closes the
+// connection; another board put in is flashed in turn, and each is flashed once.
+TEST(Station, BoardsBehindSer2net) {
+  const fs::path root =
+      fs::temp_directory_path() / ("tw-station-ser2net-" + std::to_string(::getpid()));
+  fs::remove_all(root);
+  fs::create_directories(root);
+  const fs::path device = root / "ttyUSB0";
+  Ser2net server(device.string());
+  const std::string port = server.portName();
+
+  auto product = espProduct(ESPChip::esp32, 16 * 1024);
+  // ser2net cannot set a pseudo-terminal's modem lines: the simulated ROM waits anyway.
+  product.product.resetMode = ResetMode::manual;
+  StationOptions options;
+  options.networkPorts = {port};
+  options.onlyPorts = {port};
+  FakePorts none;
+  RunningStation running(product, options, none);
+  Recorder& r = running.recorder;
+  ASSERT_TRUE(r.waitFor("notice", "waitingForPort")) << describe(r);
+
+  for (int board = 0; board < 2; ++board) {
+    // Told apart by their MAC addresses, as the second comes within the first's quiet time.
+    SimulatedESPOptions own;
+    own.macWord0 += static_cast<std::uint32_t>(board);
+    SimulatedESP esp(own);
+    fs::create_symlink(esp.path(), device);
+    ASSERT_TRUE(r.waitFor("done", port, board + 1)) << describe(r);
+    EXPECT_TRUE(flashHoldsPlan(esp.flash(), product, ESPChip::esp32));
+    // Pulled out: the pseudo-terminal closes with the board, and its link goes.
+    fs::remove(device);
+  }
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0) << describe(r);
+  EXPECT_EQ(r.count("started", port), 2) << describe(r);
+  EXPECT_EQ(r.count("notice", "waitingForPort"), 1) << describe(r);
+  EXPECT_EQ(r.count("notice", "unreachable"), 0) << describe(r);
+  fs::remove_all(root);
+}
+
+// Network ports connected to again and again without a board: a server out of reach and one
+// without its device are each said once, not at every attempt.
+TEST(Station, NetworkPortsWithoutABoardAreSaidOnce) {
+  const std::string refusing = "rfc2217://127.0.0.1:" + std::to_string(freeTCPPort());
+  PlainServer empty("\r\nDevice open failure: No such file or directory\r\n", true);
+  StationOptions options;
+  options.networkPorts = {refusing, empty.portName()};
+  options.onlyPorts = {refusing, empty.portName()};
+  FakePorts none;
+  RunningStation running(espProduct(ESPChip::esp32, 16 * 1024), options, none);
+  // Several attempts at the port without a board take a second or two; the refusing port,
+  // whose attempts end at once, has had as many.
+  const auto deadline = std::chrono::steady_clock::now() + 20s;
+  while (empty.accepted() < 4 && std::chrono::steady_clock::now() < deadline)
+    std::this_thread::sleep_for(20ms); // looked at often; nothing tells when it was connected to
+  ASSERT_GE(empty.accepted(), 4);
+  running.station.interrupt();
+  EXPECT_EQ(running.finish(), 0);
+  Recorder& r = running.recorder;
+  EXPECT_EQ(r.count("notice", "unreachable"), 1) << describe(r);
+  EXPECT_EQ(r.count("notice", "waitingForPort"), 1) << describe(r);
+  EXPECT_EQ(r.count("started"), 0) << describe(r);
+  const auto said = r.entries();
+  EXPECT_TRUE(std::ranges::any_of(said, [&](const Recorder::Entry& e) {
+    return e.path == "unreachable" && e.text.starts_with(refusing + " ") &&
+           e.text.find("refused") != std::string::npos;
+  })) << describe(r);
 }

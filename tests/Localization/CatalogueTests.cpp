@@ -140,7 +140,9 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::Station::cannotOpenRecord("b.jsonl", "r"); },
       [] { return L::Station::cannotWriteRecord("b.jsonl", "r"); },
       [] { return L::Station::needsTestDevice("/dev/pts/3"); },
-      [] { return L::Station::status({{"3", 45}, {"12", 5}}, 3, 1, true); },
+      [] {
+        return L::Station::status({{"3", 45}, {"12", 5}}, 3, 1, true);
+      },
       [] { return L::Station::otherFamily(true); },
       [] { return L::Station::otherFamily(false); },
       [] { return L::Station::leftAlone(L::Station::sameSerialNumber()); },
@@ -207,6 +209,7 @@ TEST(Catalogue, EveryTextInEveryLanguage) {
       [] { return L::NetworkPorts::notAHost("pi rack"); },
       [] { return L::NetworkPorts::notAPortNumber(); },
       [] { return L::NetworkPorts::onlyRFC2217(); },
+      [] { return L::Station::cannotReach("rfc2217://pi:4001", "r"); },
   };
   for (std::size_t i = 0; i < sentences.size(); ++i) {
     std::set<std::string> versions;

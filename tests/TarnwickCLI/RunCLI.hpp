@@ -63,6 +63,9 @@ struct RunOptions {
     call,
   } then = Then::interrupt;
   std::function<void(pid_t)> call;
+  /// Called with everything read so far whenever more output arrives: for tests that act at
+  /// several points of a run.
+  std::function<void(const Result&)> onOutput;
   /// Standard output on a terminal this many columns wide instead of a pipe.
   unsigned short terminalColumns = 0;
 };
@@ -128,6 +131,7 @@ inline Result runCLI(const std::vector<std::string>& args, const RunOptions& opt
         continue;
       }
       (i == 0 ? result.out : result.err).append(buffer, static_cast<std::size_t>(n));
+      if (options.onOutput) options.onOutput(result);
     }
     if (!options.when.empty() && !triggered && result.out.find(options.when) != std::string::npos) {
       triggered = true;

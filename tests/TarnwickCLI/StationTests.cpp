@@ -26,6 +26,7 @@
 #include "TarnwickCLI/StationOutput.hpp"
 #include "support/Boards.hpp"
 #include "support/Products.hpp"
+#include "support/Ser2net.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::cli;
@@ -499,4 +500,97 @@ TEST(StationOutput, NamesFromDevicesAreShownNotObeyed) {
     for (const char* control : {"\u202E", "\u2066", "\a"})
       EXPECT_EQ(text.find(control), std::string::npos) << control;
   }
+}
+
+namespace {
+std::size_t occurrences(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+    ++count;
+  return count;
+}
+} // namespace
+
+// Boards behind network ports, served by tarnwick-simboard's own RFC 2217 server with the
+// board's reset circuit: one already served when the station starts is taken at once, with its
+// address as the port in the events and the record; a server started after the station is a
+// board arriving, its server going away the board leaving, and a server back with another
+// board another board to flash, while each time the server is out of reach it is said once.
+// A host that does not exist is said once too, and holds nothing up.
+TEST(StationCommand, BoardsBehindNetworkPorts) {
+  ProductOnDisk product("tw-station-net-", 16 * 1024);
+  {
+    RunningProgram board(TARNWICK_SIMBOARD, {"esp32", "--rfc2217", "0"});
+    const std::string port = board.firstLine();
+    ASSERT_TRUE(port.starts_with("rfc2217://127.0.0.1:")) << port;
+    const std::string record = (product.root / "boards.jsonl").string();
+    Result run = runCLI(
+        {"station", product.path(), "--port", port, "--json", "--limit", "1", "--record", record});
+    EXPECT_EQ(run.status, 0) << run.out << run.err;
+    std::vector<std::string> events;
+    std::istringstream lines(run.out);
+    for (std::string line; std::getline(lines, line);) {
+      auto event = nlohmann::json::parse(line);
+      EXPECT_EQ(event.at("port"), port) << line;
+      if (event.at("event") != "progress") events.push_back(event.at("event"));
+    }
+    EXPECT_EQ(events, (std::vector<std::string>{"started", "connected", "done"})) << run.out;
+    std::ifstream in(record);
+    std::string row;
+    ASSERT_TRUE(std::getline(in, row));
+    EXPECT_EQ(nlohmann::json::parse(row).at("port"), port);
+  }
+
+  const std::string address = "127.0.0.1:" + std::to_string(freeTCPPort());
+  const std::string port = "rfc2217://" + address;
+  const std::string refused = "Cannot reach " + port + ": " + address + " refused the connection.";
+  std::unique_ptr<RunningProgram> server;
+  int step = 0;
+  RunOptions options;
+  options.onOutput = [&](const Result& sofar) {
+    const auto said = occurrences(sofar.out, refused);
+    const auto done = occurrences(sofar.out, ": Done in ");
+    auto serve = [&] {
+      server = std::make_unique<RunningProgram>(
+          TARNWICK_SIMBOARD, std::vector<std::string>{"esp32", "--rfc2217", address.substr(10)});
+    };
+    if (step == 0 && said == 1) {
+      serve();
+      ++step;
+    } else if (step == 1 && done == 1) {
+      server.reset(); // the board goes
+      ++step;
+    } else if (step == 2 && said == 2) {
+      serve(); // another board (each simulated board has a MAC address of its own)
+      ++step;
+    }
+  };
+  // Named twice, in two spellings: still one port, which its server serves one client.
+  Result run = runCLI(
+      {"station", product.path(), "--port", port, "--port", "RFC2217://" + address, "--limit", "2"},
+      options);
+  server.reset();
+  EXPECT_EQ(run.status, 0) << run.out << run.err;
+  EXPECT_EQ(step, 3) << run.out;
+  EXPECT_EQ(occurrences(run.out, port + ": Flashing started"), 2u) << run.out;
+  EXPECT_EQ(occurrences(run.out, ": Done in "), 2u) << run.out;
+  EXPECT_EQ(occurrences(run.out, refused), 2u) << "once for each time it is out of reach";
+  EXPECT_EQ(run.out.find("in use"), std::string::npos) << run.out;
+  std::smatch first, second;
+  const std::regex mac("MAC ([0-9A-F:]{17})");
+  ASSERT_TRUE(std::regex_search(run.out, first, mac)) << run.out;
+  const std::string rest = first.suffix();
+  ASSERT_TRUE(std::regex_search(rest, second, mac)) << run.out;
+  EXPECT_NE(first[1].str(), second[1].str());
+
+  // Mixed with a local board, which is flashed meanwhile.
+  const std::string nowhere = "rfc2217://nosuchhost.invalid:2000";
+  SimulatedESP local;
+  Result unknown = runCLI(
+      {"station", product.path(), "--test-device", "--port", nowhere, "--port", local.path()},
+      nowhere + " ist nicht erreichbar", "de");
+  EXPECT_EQ(unknown.status, 0) << unknown.out << unknown.err;
+  EXPECT_EQ(occurrences(unknown.out, "Der Rechner „nosuchhost.invalid“ wurde nicht gefunden."), 1u)
+      << unknown.out;
+  EXPECT_TRUE(unknown.lastLine().starts_with("Geflasht 1 · Fehlgeschlagen 0")) << unknown.out;
 }

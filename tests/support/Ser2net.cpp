@@ -107,8 +107,8 @@ bool Ser2net::start(const std::string& device, const Options& options) {
   const std::string configText = config.string();
   const std::string pidFile = (folder_ / "ser2net.pid").string();
   const std::string logFile = (folder_ / "ser2net.log").string();
-  std::vector<const char*> argv = {"ser2net", "-n",          "-u", "-c",
-                                   configText.c_str(), "-P", pidFile.c_str(), nullptr};
+  std::vector<const char*> argv = {"ser2net",       "-n",   "-u", "-c", configText.c_str(), "-P",
+                                   pidFile.c_str(), nullptr};
   const pid_t parent = ::getpid();
   pid_ = ::fork();
   if (pid_ < 0) throw std::runtime_error("fork failed");
@@ -154,9 +154,9 @@ void Ser2net::stop() {
   pid_ = -1;
 }
 
-PlainServer::PlainServer(std::string greeting) {
+PlainServer::PlainServer(std::string greeting, bool hangUp) {
   listener_ = listenerOnFreePort(port_);
-  thread_ = std::thread([this, greeting] {
+  thread_ = std::thread([this, greeting, hangUp] {
     std::vector<int> clients;
     while (!stop_) {
       pollfd wait{listener_, POLLIN, 0};
@@ -164,7 +164,10 @@ PlainServer::PlainServer(std::string greeting) {
       const int client = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
       if (client < 0) continue;
       if (!greeting.empty()) (void)!::send(client, greeting.data(), greeting.size(), MSG_NOSIGNAL);
-      clients.push_back(client);
+      if (hangUp)
+        ::close(client);
+      else
+        clients.push_back(client);
       ++accepted_;
     }
     for (int client : clients)
@@ -178,8 +181,6 @@ PlainServer::~PlainServer() {
   ::close(listener_);
 }
 
-std::string PlainServer::portName() const {
-  return NetworkPortAddress{"127.0.0.1", port_}.name();
-}
+std::string PlainServer::portName() const { return NetworkPortAddress{"127.0.0.1", port_}.name(); }
 
 } // namespace tarnwick::testing

@@ -2,12 +2,12 @@
 // The real ser2net (Debian's), run for one test in front of one device, and plain TCP servers
 // that misbehave as serial servers do, for the network port tests.
 
+#include <atomic>
 #include <cstdint>
 #include <filesystem>
 #include <string>
 #include <sys/types.h>
 #include <thread>
-#include <atomic>
 
 namespace tarnwick::testing {
 
@@ -48,10 +48,11 @@ private:
 };
 
 /// A TCP server on a free port of 127.0.0.1 that accepts every connection and then either says
-/// nothing at all or sends `greeting` (as an SSH server does), never speaking Telnet.
+/// nothing at all or sends `greeting` (as an SSH server does), never speaking Telnet; with
+/// `hangUp` it closes each connection after its greeting, as ser2net does one it cannot serve.
 class PlainServer {
 public:
-  explicit PlainServer(std::string greeting = {});
+  explicit PlainServer(std::string greeting = {}, bool hangUp = false);
   ~PlainServer();
   PlainServer(const PlainServer&) = delete;
   PlainServer& operator=(const PlainServer&) = delete;

@@ -9,11 +9,13 @@
 
 #include "Localization/StationWindowTexts.hpp"
 #include "ModelFixture.hpp"
+#include "Simulator/NetworkSerialServer.hpp"
 #include "Simulator/SimulatedESP.hpp"
 #include "Tarnwick/Model/OutputBuffer.hpp"
 #include "Tarnwick/Model/StationModel.hpp"
 #include "Tarnwick/Model/StationTable.hpp"
 #include "support/Boards.hpp"
+#include "support/Ser2net.hpp"
 
 using namespace tarnwick;
 using namespace tarnwick::testing;
@@ -421,4 +423,41 @@ TEST_F(StationModelTest, UpdatesAreGatheredToAFewASecond) {
     EXPECT_EQ(r.result, Result::done);
   station.stop();
   ASSERT_TRUE(waitUntilIdle(station));
+}
+
+// A network port added to the port list is watched by the station: a server out of reach is
+// said in the log once, and the board its server then serves is flashed through it, in a row
+// named by the port's address.
+TEST_F(StationModelTest, TheNetworkPortsOfThePortList) {
+  auto model = makeModel();
+  const auto product = espProduct(ESPChip::esp32, 16 * 1024);
+  load(*model, product);
+  const std::uint16_t tcp = freeTCPPort();
+  const std::string port = "rfc2217://127.0.0.1:" + std::to_string(tcp);
+  ASSERT_EQ(model->addNetworkPort(QString::fromStdString(port)).toStdString(), port);
+  auto station = makeStation(*model);
+  station->start();
+  ASSERT_TRUE(station->isRunning());
+  const QString refused = QString::fromStdString("Cannot reach " + port + ": ");
+  ASSERT_TRUE(
+      QTest::qWaitFor([&] { return model->output().plainText().contains(refused); }, 10000));
+
+  SimulatedESP board;
+  NetworkSerialServer server(
+      board.path(), ResetWiring::espAutoReset, [&](BoardStart how) { board.start(how); },
+      "127.0.0.1", tcp);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return station->tally().flashed == 1; }, 30000))
+      << describe(*station);
+  // The connection that found the board is the one it was flashed through (the server takes
+  // one client at a time); at most one more has been made since, to watch the board.
+  EXPECT_LE(server.clientsServed(), 2);
+  const StationRow* r = row(*station, port);
+  ASSERT_NE(r, nullptr) << describe(*station);
+  EXPECT_EQ(r->result, Result::done);
+  EXPECT_TRUE(r->boardName.startsWith(QString::fromStdString(port))) << r->boardName.toStdString();
+  EXPECT_EQ(r->mac, "AB:CD:12:34:56:78");
+  EXPECT_TRUE(flashHoldsPlan(board.flash(), product, ESPChip::esp32));
+  EXPECT_EQ(model->output().plainText().count(refused), 1);
+  station->stop();
+  EXPECT_TRUE(waitUntilIdle(*station));
 }
