@@ -316,4 +316,12 @@ std::string cannotWatch() {
              "En este sistema no se pueden seguir los cambios de los puertos serie."});
 }
 
+std::string announced(const std::string& service) {
+  return tr({"\u201C" + service + "\u201D on the network",
+             "\u2018" + service + "\u2019 op het netwerk",
+             "\u201E" + service + "\u201C im Netzwerk",
+             "\u00AB\u00A0" + service + "\u00A0\u00BB sur le r\u00E9seau",
+             "\u00AB" + service + "\u00BB en la red"});
+}
+
 } // namespace tarnwick::L10n::Ports

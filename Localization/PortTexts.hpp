@@ -35,4 +35,6 @@ std::string usbSerial(const std::string& chip);
 std::string severalUSBBoards();
 /// Neither the udev monitor nor the device directory can be watched.
 std::string cannotWatch();
+/// A port a serial server announces on the network, by the name it announces it under.
+std::string announced(const std::string& service);
 } // namespace tarnwick::L10n::Ports

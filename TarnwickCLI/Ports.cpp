@@ -11,6 +11,8 @@
 
 #include "FlashCore/VisibleText.hpp"
 #include "Localization/CliTexts.hpp"
+#include "FlashSerial/NetworkDiscovery.hpp"
+#include "FlashSerial/NetworkPort.hpp"
 #include "Localization/PortTexts.hpp"
 #include "TarnwickCLI/Arguments.hpp"
 #include "TarnwickCLI/Cli.hpp"
@@ -21,6 +23,10 @@ namespace tarnwick::cli {
 namespace {
 
 std::atomic<bool> stopWatching = false;
+
+// How long the one-off listing waits for serial servers on the network to answer; the daemon
+// usually knows them already and answers at once.
+constexpr double browseSeconds = 1.5;
 
 extern "C" void onStopWatching(int) { stopWatching = true; }
 
@@ -41,6 +47,13 @@ void print(std::FILE* out, const std::vector<SerialPortInfo>& ports, bool json) 
   }
   // Whoever reads a pipe sees each list when it happens, not when a buffer fills.
   std::fflush(out);
+}
+
+// Ports the network announced are named by the name they are announced under.
+std::string nameOf(const SerialPortInfo& port) {
+  if (looksLikeNetworkPort(port.path) && port.productName)
+    return L10n::Ports::announced(*port.productName);
+  return PortScanner::displayName(port);
 }
 
 // Without SA_RESTART the signal also cuts poll short, so Ctrl-C ends the wait at once.
@@ -66,7 +79,7 @@ std::string portLines(const std::vector<SerialPortInfo>& ports) {
   std::size_t pathWidth = 0, nameWidth = 0;
   std::vector<std::string> names;
   for (const auto& port : ports) {
-    names.push_back(PortScanner::displayName(port));
+    names.push_back(nameOf(port));
     pathWidth = std::max(pathWidth, displayWidth(port.path));
     nameWidth = std::max(nameWidth, displayWidth(names.back()));
   }
@@ -90,10 +103,11 @@ std::string portsJSON(const std::vector<SerialPortInfo>& ports) {
   };
   for (const auto& port : ports) {
     list.push_back({{"path", port.path},
-                    {"name", PortScanner::displayName(port)},
+                    {"name", nameOf(port)},
                     {"vendorID", orNull(port.vendorID)},
                     {"productID", orNull(port.productID)},
-                    {"productName", orNull(port.productName)}});
+                    {"productName", orNull(port.productName)},
+                    {"network", looksLikeNetworkPort(port.path)}});
   }
   // Names come from devices; a broken byte must not end the output.
   return list.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
@@ -114,7 +128,10 @@ void printChanges(PortScanner& scanner, std::FILE* out, bool json) {
 int showPorts(bool json, bool watching) {
   PortScanner scanner;
   if (!watching) {
-    print(stdout, scanner.scan(), json);
+    auto ports = scanner.scan();
+    const auto announced = browseNetworkPorts(browseSeconds);
+    ports.insert(ports.end(), announced.begin(), announced.end());
+    print(stdout, ports, json);
     return success;
   }
   printChanges(scanner, stdout, json);

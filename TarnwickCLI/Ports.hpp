@@ -13,13 +13,14 @@ namespace tarnwick::cli {
 /// Lines for people: path, display name and the USB ids as lsusb writes them ("1a86:7523").
 std::string portLines(const std::vector<SerialPortInfo>& ports);
 
-/// One JSON array on one line: {path, name, vendorID, productID, productName}, null when missing.
+/// One JSON array on one line: {path, name, vendorID, productID, productName, network}, null when
+/// missing; `network` tells ports on other computers ("rfc2217://HOST:PORT") from local ones.
 std::string portsJSON(const std::vector<SerialPortInfo>& ports);
 
 /// Has `scanner` print to `out` every list it delivers that differs from the one printed last.
 void printChanges(PortScanner& scanner, std::FILE* out, bool json);
 
-/// Prints the ports once, or with `watch` again at every change until SIGINT or SIGTERM.
+/// Prints the ports once (with those serial servers announce on the network), or with `watch` again at every change until SIGINT or SIGTERM.
 /// Returns the exit status.
 int showPorts(bool json, bool watch);
 

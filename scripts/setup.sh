@@ -11,7 +11,7 @@ packages=(
   libgtest-dev libgmock-dev
   clang libclang-rt-14-dev
   xvfb xauth fonts-dejavu-core shared-mime-info desktop-file-utils appstream
-  dbus at-spi2-core python3-pyatspi
+  dbus at-spi2-core python3-pyatspi avahi-daemon iproute2
   help2man lintian dpkg-dev fakeroot file librsvg2-bin
 )
 

@@ -35,7 +35,7 @@ TEST(PortsCommand, ListsForPeopleAndForScripts) {
   EXPECT_EQ(json.find('\n'), std::string::npos);
   EXPECT_TRUE(json.starts_with(R"([{"path":"/dev/ttyACM0","name":"Ga)")) << json;
   EXPECT_EQ(nlohmann::json::parse(json)[3], nlohmann::json::parse(R"({"path": "/dev/ttyS0",
-      "name": "ttyS0", "vendorID": null, "productID": null, "productName": null})"));
+      "name": "ttyS0", "vendorID": null, "productID": null, "productName": null, "network": false})"));
   EXPECT_EQ(nlohmann::json::parse(json)[1]["vendorID"], 0x2341);
   EXPECT_EQ(portsJSON({}), "[]");
 }

@@ -45,13 +45,14 @@ int listenerOnFreePort(std::uint16_t& port) {
 // connecting, which ser2net would take for a client.
 bool listening(std::uint16_t port) {
   std::ifstream table("/proc/net/tcp");
-  char wanted[16];
-  std::snprintf(wanted, sizeof wanted, "0100007F:%04X", port);
+  char loopback[16], every[16];
+  std::snprintf(loopback, sizeof loopback, "0100007F:%04X", port);
+  std::snprintf(every, sizeof every, "00000000:%04X", port);
   for (std::string line; std::getline(table, line);) {
     std::istringstream fields(line);
     std::string slot, local, remote, state;
     fields >> slot >> local >> remote >> state;
-    if (local == wanted && state == "0A") return true;
+    if ((local == loopback || local == every) && state == "0A") return true;
   }
   return false;
 }
@@ -97,11 +98,17 @@ bool Ser2net::start(const std::string& device, const Options& options) {
   {
     std::ofstream out(config);
     const std::string stack = options.protocol.empty() ? "" : options.protocol + ",";
+    const bool announced = !options.announceAs.empty();
     out << "connection: &board\n"
-        << "  accepter: " << stack << "tcp,127.0.0.1," << port_ << "\n"
+        << "  accepter: " << stack << "tcp," << (announced ? "0.0.0.0" : "127.0.0.1") << ","
+        << port_ << "\n"
         << "  connector: serialdev," << device << ",115200n81,local\n"
         << "  options:\n"
         << "    chardelay: " << (options.chardelay ? "true" : "false") << "\n";
+    if (announced)
+      out << "    mdns: true\n"
+          << "    mdns-sysattrs: true\n"
+          << "    mdns-name: \"" << options.announceAs << "\"\n";
   }
   // Everything the child needs is made before fork: after it, only exec and its preparation.
   const std::string configText = config.string();

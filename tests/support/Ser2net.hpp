@@ -23,6 +23,9 @@ public:
     /// ser2net holds each answer back by about two characters' time when this is on (its
     /// default); off, it passes bytes on at once.
     bool chardelay = false;
+    /// Announced over mDNS under this name (with the device's facts), listening on every
+    /// address rather than 127.0.0.1 only; "" announces nothing.
+    std::string announceAs;
   };
 
   /// Starts ser2net and waits until it listens. Throws std::runtime_error (with its log) when
