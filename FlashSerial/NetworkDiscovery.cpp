@@ -4,6 +4,7 @@
 #include "FlashSerial/NetworkDiscovery.hpp"
 
 #include <arpa/inet.h>
+#include <dbus/dbus.h>
 // This header declares its functions without C linkage of its own.
 extern "C" {
 #include <gensio/gensio_addr.h>
@@ -115,6 +116,25 @@ std::optional<std::pair<std::string, int>> addressOf(const gensio_addr* addr) {
     return std::pair{std::string(text), static_cast<int>(ntohs(v6->sin6_port))};
   }
   return std::nullopt;
+}
+
+// Whether the Avahi daemon is on the system bus now. libgensio's client waits for a daemon that
+// is not there yet, so without asking first a listing would wait out its whole time for nothing.
+bool daemonRuns() {
+  DBusError error;
+  dbus_error_init(&error);
+  DBusConnection* bus = dbus_bus_get_private(DBUS_BUS_SYSTEM, &error);
+  if (!bus) {
+    dbus_error_free(&error);
+    return false;
+  }
+  // The library would end the process when the bus goes away.
+  dbus_connection_set_exit_on_disconnect(bus, false);
+  const bool owned = dbus_bus_name_has_owner(bus, "org.freedesktop.Avahi", &error);
+  dbus_error_free(&error);
+  dbus_connection_close(bus);
+  dbus_connection_unref(bus);
+  return owned;
 }
 
 // One watch on the daemon's reports, on an event loop of its own.
@@ -255,6 +275,7 @@ std::vector<SerialPortInfo> announcedPorts(const std::vector<ServiceAnnouncement
 }
 
 std::vector<SerialPortInfo> browseNetworkPorts(double seconds) {
+  if (!daemonRuns()) return {};
   Browse browse;
   if (!browse.watching()) return {};
   const auto start = Clock::now();

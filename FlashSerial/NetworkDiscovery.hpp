@@ -33,11 +33,12 @@ std::optional<SerialPortInfo> announcedPort(const ServiceAnnouncement& announcem
 std::vector<SerialPortInfo> announcedPorts(const std::vector<ServiceAnnouncement>& announcements);
 
 /// Looks for announced ports for at most `seconds` (less once the daemon has reported what it
-/// knows) and returns them sorted. Empty when no daemon runs.
+/// knows) and returns them sorted. Empty at once when no daemon is on the system bus.
 std::vector<SerialPortInfo> browseNetworkPorts(double seconds);
 
 /// Keeps looking for announced ports on a thread of its own until destroyed. `onChange`
-/// receives every new list on that thread.
+/// receives every new list on that thread. A daemon that starts later is found then; without a
+/// system bus the thread ends at once and nothing is ever delivered.
 class NetworkPortBrowser {
 public:
   using ChangeHandler = std::function<void(const std::vector<SerialPortInfo>&)>;

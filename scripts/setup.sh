@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build pkg-config ccache
   zlib1g-dev libdeflate-dev libzip-dev libssl-dev nlohmann-json3-dev uuid-dev
-  libudev-dev umockdev libumockdev-dev libcanberra-dev libgensio-dev ser2net
+  libudev-dev libdbus-1-dev umockdev libumockdev-dev libcanberra-dev libgensio-dev ser2net
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev qt6-qpa-plugins qt6-translations-l10n
   libgtest-dev libgmock-dev
   clang libclang-rt-14-dev

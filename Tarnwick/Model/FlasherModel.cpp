@@ -30,6 +30,7 @@
 #include "Localization/GeneralTexts.hpp"
 #include "Localization/MainWindowTexts.hpp"
 #include "Localization/ModelTexts.hpp"
+#include "Localization/PortTexts.hpp"
 #include "Localization/ProductTexts.hpp"
 #include "Localization/RunTexts.hpp"
 #include "Localization/SettingsTexts.hpp"
@@ -224,7 +225,14 @@ QString FlasherModel::portLabel(const QString& path) const {
       return qs(L10n::Model::simulatedBoard(simulator::SimulatedBoard::displayName(board->target()),
                                             raw));
   }
-  if (isNetworkPort(path)) return qs(L10n::Model::networkPort(raw));
+  if (isNetworkPort(path)) {
+    // One a serial server announced goes by the name it announced.
+    for (const auto& port : scanned_) {
+      if (port.path == raw && port.productName)
+        return qs(visible(L10n::Ports::announced(*port.productName)) + " (" + raw + ")");
+    }
+    return qs(L10n::Model::networkPort(raw));
+  }
   for (const auto& port : ports_) {
     if (port.path == raw) return qs(visible(PortScanner::displayName(port)));
   }
@@ -561,8 +569,11 @@ std::vector<SerialPortInfo> FlasherModel::withOwnPorts(std::vector<SerialPortInf
     if (!listed) ports.push_back({path, std::nullopt, std::nullopt, std::nullopt});
   }
   // Without a vendor id: never a new board, never the fallback for a selection that is gone.
-  for (const auto& name : networkPorts_)
-    ports.push_back({name, std::nullopt, std::nullopt, std::nullopt});
+  for (const auto& name : networkPorts_) {
+    // Added by the user and announced too: listed once.
+    if (std::ranges::none_of(ports, [&](const SerialPortInfo& p) { return p.path == name; }))
+      ports.push_back({name, std::nullopt, std::nullopt, std::nullopt});
+  }
   return ports;
 }
 

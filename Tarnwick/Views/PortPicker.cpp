@@ -56,7 +56,8 @@ void PortPicker::refresh() {
   insertSeparator(count());
   addItem(qt(L10n::NetworkPorts::addNetworkPort()));
   setItemData(count() - 1, static_cast<int>(Command::addNetworkPort), commandRole);
-  if (listed && FlasherModel::isNetworkPort(selected)) {
+  // Only a port the user added can be forgotten; an announced one stays while it is announced.
+  if (listed && model_.networkPorts().contains(selected)) {
     addItem(qt(L10n::NetworkPorts::removeNetworkPort()));
     setItemData(count() - 1, static_cast<int>(Command::removeNetworkPort), commandRole);
   }

@@ -68,6 +68,8 @@ struct RunOptions {
   std::function<void(const Result&)> onOutput;
   /// Standard output on a terminal this many columns wide instead of a pipe.
   unsigned short terminalColumns = 0;
+  /// More of the environment ("NAME=value" each).
+  std::vector<std::string> environment;
 };
 
 // Runs the program as `options` say and collects its output. A terminal's output is taken raw:
@@ -100,6 +102,7 @@ inline Result runCLI(const std::vector<std::string>& args, const RunOptions& opt
   std::vector<char*> argv = argumentVector(words, options.program, args);
   std::vector<std::string> env = {"LANGUAGE=" + options.language, "LANG=C.UTF-8",
                                   "PATH=/usr/bin:/bin"};
+  env.insert(env.end(), options.environment.begin(), options.environment.end());
   std::vector<char*> envp;
   for (auto& e : env)
     envp.push_back(e.data());

@@ -4,6 +4,7 @@
 # Ethernet interfaces to announce on, and nothing of the machine's own bus, daemon or network
 # touched. Everything started here goes when the namespace's first process ends.
 # Usage: mdns-session.sh COMMAND [ARGUMENTS…]; exits 77 (skipped) where namespaces cannot be made.
+# COMMAND finds the daemon's process id in TARNWICK_AVAHI_PID, for stopping it.
 set -euo pipefail
 
 if [ "${TARNWICK_MDNS_INSIDE:-}" != 1 ]; then
@@ -43,5 +44,6 @@ wait_for() {
 wait_for /run/dbus/system_bus_socket "the private system bus"
 # Root keeps its rights: the daemon's own user and chroot are of no use in a throwaway namespace.
 avahi-daemon --no-drop-root --no-chroot --no-rlimits --no-proc-title 2>/dev/null &
+export TARNWICK_AVAHI_PID=$!
 wait_for /run/avahi-daemon/socket "avahi-daemon"
 "$@"

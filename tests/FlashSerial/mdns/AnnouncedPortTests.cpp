@@ -13,6 +13,11 @@
 #include "FlashSerial/NetworkDiscovery.hpp"
 #include "FlashSerial/NetworkPort.hpp"
 #include "Simulator/SimulatedAVR.hpp"
+// After the engine's headers: Qt's keyword macros would rewrite them.
+#include <QCoreApplication>
+#include <QThread>
+
+#include "Tarnwick/Model/FlasherModel.hpp"
 #include "TarnwickCLI/RunCLI.hpp"
 #include "support/EventRecorder.hpp"
 #include "support/Products.hpp"
@@ -106,16 +111,62 @@ TEST(AnnouncedPorts, Ser2netsPortIsFoundListedFlashedAndGone) {
   EXPECT_TRUE(lists.waitFor([&](const auto& ports) { return !named(ports, service); }));
 }
 
-// Where no daemon answers (here: no system bus at the address given), nothing is found, at once
-// and without a word.
-TEST(AnnouncedPorts, WithoutADaemonNothingIsFound) {
-  const char* bus = "DBUS_SYSTEM_BUS_ADDRESS";
-  ASSERT_EQ(::setenv(bus, "unix:path=/run/tarnwick-no-bus-here", 1), 0);
-  const auto start = Clock::now();
-  ::testing::internal::CaptureStderr();
-  EXPECT_TRUE(browseNetworkPorts(3.0).empty());
-  { NetworkPortBrowser idle([](const auto&) { ADD_FAILURE() << "a list without a daemon"; }); }
-  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
-  EXPECT_LT(Clock::now() - start, 1s);
-  ::unsetenv(bus);
+// The window's port source lists the announced port after the local ones, on the main thread and
+// without its USB ids, so that it is never taken for a board just plugged in.
+TEST(AnnouncedPorts, TheWindowsPortSourceListsThemOnItsOwnThread) {
+  int argc = 1;
+  char name[] = "AnnouncedPortTests";
+  char* argv[] = {name, nullptr};
+  QCoreApplication application(argc, argv);
+  const std::string service = "window-" + std::to_string(::getpid());
+  SimulatedAVR board;
+  Ser2net server(board.path(), Ser2net::Options{.announceAs = service});
+  std::optional<SerialPortInfo> listed;
+  bool onMainThread = true;
+  auto source = makeScannerPortSource();
+  source->start([&](const std::vector<SerialPortInfo>& ports) {
+    onMainThread = onMainThread && QThread::currentThread() == application.thread();
+    listed = named(ports, service);
+  });
+  const auto deadline = Clock::now() + 20s;
+  while (!listed && Clock::now() < deadline)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  ASSERT_TRUE(listed);
+  EXPECT_TRUE(onMainThread);
+  EXPECT_EQ(parseNetworkPort(listed->path)->port, server.port());
+  EXPECT_FALSE(listed->vendorID);
+}
+
+// With a port announced, a listing that cannot reach the daemon (no system bus where it looks,
+// then the daemon stopped) lists the local ports only, at once and without a word. Last, as it
+// stops the daemon.
+TEST(AnnouncedPorts, WithoutADaemonOnlyLocalPorts) {
+  const std::string service = "quiet-" + std::to_string(::getpid());
+  SimulatedAVR board;
+  Ser2net server(board.path(), Ser2net::Options{.announceAs = service});
+  const auto deadline = Clock::now() + 20s;
+  while (!named(browseNetworkPorts(1.0), service) && Clock::now() < deadline) {
+  }
+  ASSERT_TRUE(named(browseNetworkPorts(1.0), service)) << "the daemon knows the port";
+
+  RunOptions noBus;
+  noBus.environment = {"DBUS_SYSTEM_BUS_ADDRESS=unix:path=/run/tarnwick-no-bus-here"};
+  auto expectOnlyLocal = [](const RunOptions& options, const char* situation) {
+    const auto start = Clock::now();
+    const Result listed = runCLI({"ports", "--json"}, options);
+    EXPECT_LT(Clock::now() - start, 1s) << situation;
+    EXPECT_EQ(listed.status, 0) << situation;
+    EXPECT_EQ(listed.err, "") << situation;
+    for (const auto& entry : nlohmann::json::parse(listed.out))
+      EXPECT_EQ(entry["network"], false) << situation << ": " << listed.out;
+  };
+  expectOnlyLocal(noBus, "no system bus");
+
+  const char* daemon = std::getenv("TARNWICK_AVAHI_PID");
+  ASSERT_NE(daemon, nullptr);
+  ASSERT_EQ(::kill(std::atoi(daemon), SIGTERM), 0);
+  const auto gone = Clock::now() + 10s;
+  while (::kill(std::atoi(daemon), 0) == 0 && Clock::now() < gone)
+    std::this_thread::sleep_for(10ms); // polled: the daemon says nothing when it has gone
+  expectOnlyLocal(RunOptions{}, "no daemon on the bus");
 }

@@ -172,5 +172,35 @@ TEST_F(WindowTest, PortPickerAddsAndRemovesNetworkPorts) {
   EXPECT_FALSE(w.flashButton()->isEnabled());
 }
 
+// A port a serial server announces is listed and marked as a network port under the name it is
+// announced under; it is never chosen for the user (not even with automatic flashing), only
+// when the user chooses it, and it cannot be forgotten, as it is not the user's own.
+TEST_F(WindowTest, PortPickerOffersAnnouncedPorts) {
+  LanguageOverride english(Language::en);
+  MainWindow& w = open();
+  PortPicker* picker = w.portPicker();
+  load(*model, espProduct(ESPChip::esp32, 16 * 1024));
+  model->setAutoFlash(true);
+  const std::string announced = "rfc2217://10.217.0.1:40817";
+  model->portsChanged({{"/dev/ttyS0", {}, {}, {}}});
+  model->setSelectedPath("/dev/ttyS0");
+  model->portsChanged({{"/dev/ttyS0", {}, {}, {}}, {announced, "bench-one", {}, {}}});
+  EXPECT_EQ(model->selectedPath(), "/dev/ttyS0");
+  EXPECT_EQ(model->state(), FlasherState::idle);
+  const int row = picker->findData(QString::fromStdString(announced));
+  ASSERT_GE(row, 0);
+  EXPECT_EQ(picker->itemText(row),
+            "\u201C" "bench-one\u201D on the network (rfc2217://10.217.0.1:40817)");
+  EXPECT_FALSE(picker->itemIcon(row).isNull());
+
+  chooseFromList(picker, row);
+  EXPECT_EQ(model->selectedPath(), QString::fromStdString(announced));
+  EXPECT_EQ(picker->rowOf(PortPicker::Command::removeNetworkPort), -1);
+  EXPECT_TRUE(w.flashButton()->isEnabled());
+  // Added by hand as well: still one entry.
+  model->addNetworkPort(QString::fromStdString(announced));
+  EXPECT_EQ(model->ports().size(), 2u);
+}
+
 } // namespace
 } // namespace tarnwick::testing
