@@ -174,6 +174,46 @@ HelpTopic network() {
                "puerto de red. **Quitar el puerto de red** en la misma lista olvida el elegido. "
                "El flasheo automático espera a placas conectadas a este equipo; para una placa en "
                "la red, pulsa **Flasheo**."}),
+          paragraph(
+              {"Where the computer with the boards announces its ports (add `mdns: true` to a "
+               "connection's options in `/etc/ser2net.yaml`, and `mdns-sysattrs: true` for the "
+               "board's USB ids too) and this computer runs the Avahi daemon (`avahi-daemon`), "
+               "Tarnwick finds them by itself: they appear in the **Serial port** list under the "
+               "name they are announced under, marked as network ports, and in `tarnwick-cli "
+               "ports`. Tarnwick connects to such a port only when you choose it; the flashing "
+               "station watches only the network ports you added yourself.",
+               "Als de computer met de boards zijn poorten aankondigt (zet `mdns: true` bij de "
+               "opties van een verbinding in `/etc/ser2net.yaml`, en `mdns-sysattrs: true` voor "
+               "ook de USB-id’s van het board) en op deze computer de Avahi-daemon "
+               "(`avahi-daemon`) draait, vindt Tarnwick ze zelf: ze verschijnen in de lijst "
+               "**Seriële poort** onder de naam waarmee ze worden aangekondigd, gemarkeerd als "
+               "netwerkpoort, en in `tarnwick-cli ports`. Tarnwick maakt pas verbinding met zo’n "
+               "poort als je hem kiest; het flashstation houdt alleen de netwerkpoorten in de "
+               "gaten die je zelf hebt toegevoegd.",
+               "Kündigt der Rechner mit den Boards seine Ports an (`mdns: true` bei den Optionen "
+               "einer Verbindung in `/etc/ser2net.yaml`, mit `mdns-sysattrs: true` auch die "
+               "USB-IDs des Boards) und läuft auf diesem Rechner der Avahi-Daemon "
+               "(`avahi-daemon`), findet Tarnwick sie von selbst: Sie erscheinen in der Liste "
+               "**Serielle Schnittstelle** unter dem Namen, unter dem sie angekündigt werden, als "
+               "Netzwerkport gekennzeichnet, und in `tarnwick-cli ports`. Tarnwick verbindet sich "
+               "mit so einem Port erst, wenn du ihn wählst; die Flashstation beobachtet nur die "
+               "Netzwerkports, die du selbst hinzugefügt hast.",
+               "Si l’ordinateur des cartes annonce ses ports (ajoutez `mdns: true` aux options "
+               "d’une connexion dans `/etc/ser2net.yaml`, et `mdns-sysattrs: true` pour les "
+               "identifiants USB de la carte) et que cet ordinateur fait tourner le démon Avahi "
+               "(`avahi-daemon`), Tarnwick les trouve tout seul\u00A0: ils apparaissent dans la "
+               "liste **Port série** sous le nom qu’ils annoncent, marqués comme ports réseau, "
+               "ainsi que dans `tarnwick-cli ports`. Tarnwick ne se connecte à un tel port que "
+               "lorsque vous le choisissez\u00A0; la station de flashage ne surveille que les "
+               "ports réseau que vous avez ajoutés vous-même.",
+               "Si el equipo de las placas anuncia sus puertos (añade `mdns: true` a las opciones "
+               "de una conexión en `/etc/ser2net.yaml` y `mdns-sysattrs: true` para incluir "
+               "también los identificadores USB de la placa) y en este equipo funciona el demonio "
+               "Avahi (`avahi-daemon`), Tarnwick los encuentra solo: aparecen en la lista "
+               "**Puerto serie** con el nombre con el que se anuncian, marcados como puertos de "
+               "red, y en `tarnwick-cli ports`. Tarnwick solo se conecta a uno de esos puertos "
+               "cuando lo eliges; la estación de flasheo vigila solo los puertos de red que "
+               "añadiste tú."}),
           screenshot("network-port.png", {"Adding a board on another computer.",
                                           "Een board aan een andere computer toevoegen.",
                                           "Ein Board an einem anderen Rechner hinzufügen.",
