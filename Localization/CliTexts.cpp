@@ -525,45 +525,61 @@ std::string helpPorts() {
   return tr({R"(Usage: tarnwick-cli ports [--json] [--watch]
 
 Lists the serial ports, USB boards first: path, name and USB ids (vendor:product).
+Then the ports serial servers announce on the network, where an Avahi daemon runs.
 
 Options:
-  --json   one JSON array for scripts: path, name, vendorID, productID, productName
-  --watch  print the list again whenever a port comes or goes, until Ctrl-C
+  --json   one JSON array for scripts: path, name, vendorID, productID, productName,
+           network
+  --watch  print the list again whenever a port of this computer comes or goes, until
+           Ctrl-C
 )",
              R"(Gebruik: tarnwick-cli ports [--json] [--watch]
 
 Toont de seriële poorten, USB-boards eerst: pad, naam en USB-id's (leverancier:product).
+Daarna de poorten die seriële servers op het netwerk aankondigen, als er een Avahi-daemon
+draait.
 
 Opties:
-  --json   één JSON-array voor scripts: path, name, vendorID, productID, productName
-  --watch  toon de lijst opnieuw zodra een poort verschijnt of verdwijnt, tot Ctrl-C
+  --json   één JSON-array voor scripts: path, name, vendorID, productID, productName,
+           network
+  --watch  toon de lijst opnieuw zodra een poort van deze computer verschijnt of verdwijnt,
+           tot Ctrl-C
 )",
              R"(Aufruf: tarnwick-cli ports [--json] [--watch]
 
 Listet die seriellen Schnittstellen auf, USB-Boards zuerst: Pfad, Name und USB-IDs
-(Hersteller:Produkt).
+(Hersteller:Produkt). Danach die Ports, die serielle Server im Netzwerk ankündigen, wo ein
+Avahi-Daemon läuft.
 
 Optionen:
-  --json   ein JSON-Array für Skripte: path, name, vendorID, productID, productName
-  --watch  die Liste bei jeder neuen oder entfernten Schnittstelle neu ausgeben, bis Strg-C
+  --json   ein JSON-Array für Skripte: path, name, vendorID, productID, productName,
+           network
+  --watch  die Liste bei jeder neuen oder entfernten Schnittstelle dieses Rechners neu
+           ausgeben, bis Strg-C
 )",
              R"(Utilisation : tarnwick-cli ports [--json] [--watch]
 
 Liste les ports série, cartes USB en premier : chemin, nom et identifiants USB
-(fabricant:produit).
+(fabricant:produit). Puis les ports que des serveurs série annoncent sur le réseau, là où
+tourne un démon Avahi.
 
 Options :
-  --json   un tableau JSON pour les scripts : path, name, vendorID, productID, productName
-  --watch  réafficher la liste dès qu’un port apparaît ou disparaît, jusqu’à Ctrl-C
+  --json   un tableau JSON pour les scripts : path, name, vendorID, productID, productName,
+           network
+  --watch  réafficher la liste dès qu’un port de cet ordinateur apparaît ou disparaît,
+           jusqu’à Ctrl-C
 )",
              R"(Uso: tarnwick-cli ports [--json] [--watch]
 
 Muestra los puertos serie, primero las placas USB: ruta, nombre e identificadores USB
-(fabricante:producto).
+(fabricante:producto). Después, los puertos que los servidores serie anuncian en la red, donde
+funciona un demonio Avahi.
 
 Opciones:
-  --json   un array JSON para scripts: path, name, vendorID, productID, productName
-  --watch  vuelve a mostrar la lista cada vez que aparece o desaparece un puerto, hasta Ctrl-C
+  --json   un array JSON para scripts: path, name, vendorID, productID, productName,
+           network
+  --watch  vuelve a mostrar la lista cada vez que aparece o desaparece un puerto de este
+           equipo, hasta Ctrl-C
 )"});
 }
 
