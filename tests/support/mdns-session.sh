@@ -14,12 +14,13 @@ if [ "${TARNWICK_MDNS_INSIDE:-}" != 1 ]; then
       exit 77
     fi
   done
-  if ! unshare --mount --net --pid --fork --propagation private true 2>/dev/null; then
+  if ! unshare --mount --net --pid --fork --mount-proc --propagation private true 2>/dev/null; then
     echo "SKIP: this environment does not allow new mount, network and PID namespaces" >&2
     exit 77
   fi
   export TARNWICK_MDNS_INSIDE=1
-  exec unshare --mount --net --pid --fork --kill-child --propagation private "$0" "$@"
+  # A /proc of its own too: sanitizers read their threads from it by process id.
+  exec unshare --mount --net --pid --fork --kill-child --mount-proc --propagation private "$0" "$@"
 fi
 
 export PATH="$PATH:/usr/sbin:/sbin"
