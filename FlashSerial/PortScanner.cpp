@@ -19,24 +19,37 @@ namespace {
 
 using ProductTable = std::map<std::pair<int, int>, std::string_view>;
 
-const ProductTable& knownBoards() {
-  static const ProductTable table = [] {
-    ProductTable t;
-    auto add = [&t](int vendor, std::initializer_list<int> products, std::string_view name) {
+// What the station needs to know of a board besides its name: whether its USB restarts with it,
+// and which family of bootloader it carries.
+struct KnownBoard {
+  std::string_view name;
+  PortKind kind = PortKind::unknown;
+  std::optional<BoardFamily> family;
+};
+
+const std::map<std::pair<int, int>, KnownBoard>& knownBoards() {
+  static const std::map<std::pair<int, int>, KnownBoard> table = [] {
+    std::map<std::pair<int, int>, KnownBoard> t;
+    auto add = [&t](int vendor, std::initializer_list<int> products, KnownBoard board) {
       for (int product : products)
-        t.emplace(std::pair{vendor, product}, name);
+        t.emplace(std::pair{vendor, product}, board);
     };
-    add(0x303A, {0x1001}, "ESP32-S3/C3/C6 (USB)");
-    add(0x2341, {0x0001, 0x0043, 0x0243}, "Arduino Uno");
-    add(0x2341, {0x0010, 0x0042, 0x0242}, "Arduino Mega 2560");
-    add(0x2341, {0x8036, 0x0036}, "Arduino Leonardo");
-    add(0x2341, {0x8037, 0x0037}, "Arduino Micro");
-    add(0x2341, {0x0058}, "Arduino Nano Every");
-    add(0x2341, {0x0069}, "Arduino UNO R4 Minima");
-    add(0x2341, {0x1002}, "Arduino UNO R4 WiFi");
-    add(0x2A03, {0x0043}, "Arduino Uno");
-    add(0x2A03, {0x0042}, "Arduino Mega 2560");
-    add(0x2A03, {0x8036}, "Arduino Leonardo");
+    constexpr auto native = PortKind::nativeUSB;
+    // The Uno and the Mega talk through a USB chip of their own; the newer Arduino boards are
+    // not known well enough to say.
+    constexpr auto chip = PortKind::adapter;
+    constexpr auto avr = BoardFamily::avr;
+    add(0x303A, {0x1001}, {"ESP32-S3/C3/C6 (USB)", native, BoardFamily::esp});
+    add(0x2341, {0x0001, 0x0043, 0x0243}, {"Arduino Uno", chip, avr});
+    add(0x2341, {0x0010, 0x0042, 0x0242}, {"Arduino Mega 2560", chip, avr});
+    add(0x2341, {0x8036, 0x0036}, {"Arduino Leonardo", native, avr});
+    add(0x2341, {0x8037, 0x0037}, {"Arduino Micro", native, avr});
+    add(0x2341, {0x0058}, {"Arduino Nano Every", PortKind::unknown, std::nullopt});
+    add(0x2341, {0x0069}, {"Arduino UNO R4 Minima", PortKind::unknown, std::nullopt});
+    add(0x2341, {0x1002}, {"Arduino UNO R4 WiFi", PortKind::unknown, std::nullopt});
+    add(0x2A03, {0x0043}, {"Arduino Uno", chip, avr});
+    add(0x2A03, {0x0042}, {"Arduino Mega 2560", chip, avr});
+    add(0x2A03, {0x8036}, {"Arduino Leonardo", native, avr});
     return t;
   }();
   return table;
@@ -63,12 +76,9 @@ const std::map<int, std::string_view>& knownVendors() {
   return table;
 }
 
-// Boards whose own USB restarts with them; the rest of the known boards have a USB chip.
-const std::set<std::pair<int, int>>& nativeUSBBoards() {
-  static const std::set<std::pair<int, int>> table = {
-      {0x2341, 0x8036}, {0x2341, 0x0036}, {0x2341, 0x8037}, {0x2341, 0x0037},
-      {0x2A03, 0x8036}, {0x1B4F, 0x9205}, {0x1B4F, 0x9206}, // Leonardo, Micro, Pro Micro
-  };
+// The Pro Micro's USB restarts with it too; it is known by its ids, not named.
+const std::set<std::pair<int, int>>& proMicroIDs() {
+  static const std::set<std::pair<int, int>> table = {{0x1B4F, 0x9205}, {0x1B4F, 0x9206}};
   return table;
 }
 
@@ -131,7 +141,7 @@ std::string PortScanner::displayName(const SerialPortInfo& port) {
   if (port.vendorID && port.productID) {
     const std::pair key{*port.vendorID, *port.productID};
     if (auto board = knownBoards().find(key); board != knownBoards().end())
-      return std::string(board->second);
+      return std::string(board->second.name);
     if (auto chip = knownAdapterChips().find(key); chip != knownAdapterChips().end())
       return L10n::Ports::usbSerial(std::string(chip->second));
   }
@@ -146,28 +156,17 @@ std::string PortScanner::displayName(const SerialPortInfo& port) {
 PortKind portKind(const SerialPortInfo& port) {
   if (!port.vendorID || !port.productID) return PortKind::unknown;
   const std::pair key{*port.vendorID, *port.productID};
-  if (*port.vendorID == espressifVendorID || nativeUSBBoards().contains(key))
+  if (*port.vendorID == espressifVendorID || proMicroIDs().contains(key))
     return PortKind::nativeUSB;
   if (knownAdapterChips().contains(key)) return PortKind::adapter;
-  // The Uno and the Mega talk through a USB chip of their own; the other Arduino boards of the
-  // table are not known well enough to say.
   auto board = knownBoards().find(key);
-  if (board != knownBoards().end() &&
-      (board->second == "Arduino Uno" || board->second == "Arduino Mega 2560"))
-    return PortKind::adapter;
-  return PortKind::unknown;
+  return board != knownBoards().end() ? board->second.kind : PortKind::unknown;
 }
 
 std::optional<BoardFamily> boardFamily(const SerialPortInfo& port) {
   if (!port.vendorID || !port.productID) return std::nullopt;
-  const std::pair key{*port.vendorID, *port.productID};
-  if (key == std::pair{espressifVendorID, 0x1001}) return BoardFamily::esp;
-  auto board = knownBoards().find(key);
-  if (board == knownBoards().end()) return std::nullopt;
-  static constexpr std::string_view avrBoards[] = {"Arduino Uno", "Arduino Mega 2560",
-                                                    "Arduino Leonardo", "Arduino Micro"};
-  if (std::ranges::find(avrBoards, board->second) != std::end(avrBoards)) return BoardFamily::avr;
-  return std::nullopt;
+  auto board = knownBoards().find(std::pair{*port.vendorID, *port.productID});
+  return board != knownBoards().end() ? board->second.family : std::nullopt;
 }
 
 bool PortScanner::wait(Clock::time_point deadline, int wake) {
