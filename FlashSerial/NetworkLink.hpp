@@ -46,7 +46,6 @@ public:
   void close() noexcept override;
   bool isOpen() const;
 
-  const NetworkPortAddress& address() const { return address_; }
   /// The port's name, "rfc2217://HOST:PORT".
   const std::string& path() const override { return name_; }
   std::int64_t baudRate() const override { return baudRate_; }

@@ -1,5 +1,7 @@
 #include "FlashStation/NetworkPorts.hpp"
 
+#include "FlashStation/PortSource.hpp"
+
 #include <atomic>
 #include <chrono>
 #include <deque>
@@ -9,10 +11,6 @@ namespace tarnwick::station {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-Clock::duration seconds(double value) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(value));
-}
 
 // How long one look at a held connection lasts: how soon a run gets the connection it asks for.
 constexpr double lookSeconds = 0.05;
@@ -26,15 +24,12 @@ constexpr double runClosingRetrySeconds = 0.05;
 // Thrown through a connection attempt when the watching ends.
 struct Ended {};
 
-// The server answers but has no board (or closed the connection without saying why): the
-// board is absent, as a USB port is without its cable. Every other failure keeps the server out
-// of reach and is worth a word.
-bool meansNoBoard(const FlashPortError& error) {
+} // namespace
+
+bool NetworkPorts::meansNoBoard(const FlashPortError& error) {
   return error.kind() == FlashPortError::Kind::noBoard ||
          error.kind() == FlashPortError::Kind::disconnected;
 }
-
-} // namespace
 
 struct NetworkPorts::Port {
   std::string name;
@@ -53,9 +48,8 @@ struct NetworkPorts::Port {
   /// What was last said of the port: a failure's kind; none after a board was found.
   std::optional<FlashPortError::Kind> said;
   std::deque<Notice> notices;
-  /// A run asks for the connection; it is handed over in `handedOver`.
+  /// A run asks for the connection; it is handed over in `handedOver`, and `wanted` cleared.
   bool wanted = false;
-  bool handed = false;
   std::unique_ptr<NetworkLink> handedOver;
   /// A run has the port.
   bool lent = false;
@@ -75,6 +69,14 @@ struct NetworkPorts::Port {
     }
     tried = true;
     said.reset();
+  }
+
+  /// The board has gone; said when there was one.
+  void gone() {
+    if (!present) return;
+    present = false;
+    sinceStart = false;
+    tell();
   }
 
   void missed(const FlashPortError& error) {
@@ -104,7 +106,6 @@ struct NetworkPorts::Port {
       if (wanted) {
         handedOver = std::move(link);
         wanted = false;
-        handed = true;
         lent = true;
         wakeUp.notify_all();
         continue;
@@ -151,11 +152,7 @@ struct NetworkPorts::Port {
       }
       if (lost) link.reset();
       lock.lock();
-      if (lost && present) {
-        present = false;
-        sinceStart = false;
-        tell();
-      }
+      if (lost) gone();
     }
     lock.unlock();
     link.reset();
@@ -201,12 +198,14 @@ NetworkPorts::~NetworkPorts() {
   }
 }
 
-bool NetworkPorts::watches(const std::string& name) const {
+NetworkPorts::Port* NetworkPorts::find(const std::string& name) const {
   for (const auto& port : ports_) {
-    if (port->name == name) return true;
+    if (port->name == name) return port.get();
   }
-  return false;
+  return nullptr;
 }
+
+bool NetworkPorts::watches(const std::string& name) const { return find(name) != nullptr; }
 
 std::vector<NetworkPorts::Present> NetworkPorts::present() const {
   std::vector<Present> present;
@@ -229,32 +228,24 @@ std::vector<NetworkPorts::Notice> NetworkPorts::takeNotices() {
 }
 
 std::unique_ptr<NetworkLink> NetworkPorts::lend(const std::string& name) {
-  for (const auto& port : ports_) {
-    if (port->name != name) continue;
-    std::unique_lock lock(port->mutex);
-    if (port->lent || port->ending) return nullptr;
-    port->wanted = true;
-    port->handed = false;
-    port->wakeUp.notify_all();
-    port->wakeUp.wait(lock, [&] { return port->handed || port->finished; });
-    return std::move(port->handedOver);
-  }
-  return nullptr;
+  Port* port = find(name);
+  if (port == nullptr) return nullptr;
+  std::unique_lock lock(port->mutex);
+  if (port->lent || port->ending) return nullptr;
+  port->wanted = true;
+  port->wakeUp.notify_all();
+  port->wakeUp.wait(lock, [&] { return !port->wanted || port->finished; });
+  return std::move(port->handedOver);
 }
 
 void NetworkPorts::giveBack(const std::string& name, bool lostBoard) {
-  for (const auto& port : ports_) {
-    if (port->name != name) continue;
-    std::lock_guard lock(port->mutex);
-    port->lent = false;
-    port->givenBack = Clock::now();
-    if (lostBoard && port->present) {
-      port->present = false;
-      port->sinceStart = false;
-      port->tell();
-    }
-    port->wakeUp.notify_all();
-  }
+  Port* port = find(name);
+  if (port == nullptr) return;
+  std::lock_guard lock(port->mutex);
+  port->lent = false;
+  port->givenBack = Clock::now();
+  if (lostBoard) port->gone();
+  port->wakeUp.notify_all();
 }
 
 } // namespace tarnwick::station

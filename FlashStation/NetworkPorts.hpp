@@ -29,6 +29,11 @@ public:
   /// nothing bounds) before it leaves the thread to finish on its own.
   static constexpr double endSeconds = 2.0;
 
+  /// The server answers but has no board (or closed the connection without saying why): the
+  /// board is absent, as a USB port is without its cable. Every other failure keeps the server
+  /// out of reach and is worth a word.
+  static bool meansNoBoard(const FlashPortError& error);
+
   /// A port with a board.
   struct Present {
     std::string name;
@@ -68,6 +73,7 @@ public:
 
 private:
   struct Port;
+  Port* find(const std::string& name) const;
   std::vector<std::shared_ptr<Port>> ports_;
   std::vector<std::thread> threads_;
 };

@@ -12,10 +12,6 @@ namespace {
 
 using Clock = PortSource::Clock;
 
-Clock::duration seconds(double value) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(value));
-}
-
 } // namespace
 
 // MARK: - The scanner

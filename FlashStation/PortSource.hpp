@@ -13,6 +13,12 @@
 
 namespace tarnwick::station {
 
+/// A span of seconds as the station's clock counts it.
+inline std::chrono::steady_clock::duration seconds(double value) {
+  return std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+      std::chrono::duration<double>(value));
+}
+
 /// The ports as the station sees them. Used on the station's thread only.
 class PortSource {
 public:

@@ -20,10 +20,6 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-Clock::duration seconds(double value) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(value));
-}
-
 double threadCPUSeconds() {
   timespec t{};
   clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
@@ -273,8 +269,7 @@ void Station::start(const SerialPortInfo& port, std::optional<std::string> leave
     } catch (const FlashPortError& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.message();
-      self->connectionLost = error.kind() == FlashPortError::Kind::disconnected ||
-                             error.kind() == FlashPortError::Kind::noBoard;
+      self->connectionLost = NetworkPorts::meansNoBoard(error);
     } catch (const std::exception& error) {
       outcome.result = BoardOutcome::Result::failed;
       outcome.message = error.what();

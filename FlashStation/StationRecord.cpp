@@ -32,7 +32,7 @@ std::string resultName(BoardOutcome::Result result) {
 std::string isoTime(std::chrono::system_clock::time_point time) {
   using namespace std::chrono;
   const auto since = time.time_since_epoch();
-  const std::time_t whole = duration_cast<seconds>(since).count();
+  const std::time_t whole = duration_cast<std::chrono::seconds>(since).count();
   const auto milliseconds = duration_cast<std::chrono::milliseconds>(since).count() % 1000;
   std::tm utc{};
   ::gmtime_r(&whole, &utc);

@@ -40,14 +40,12 @@ public:
   StationRecord(const StationRecord&) = delete;
   StationRecord& operator=(const StationRecord&) = delete;
 
-  /// Appends the line of `outcome`. Throws std::system_error.
-  void append(const BoardOutcome& outcome);
   /// Appends the line of `outcome`; why it could not, in the interface language.
   std::optional<std::string> keep(const BoardOutcome& outcome);
 
-  const std::string& path() const { return path_; }
-
 private:
+  /// Appends the line of `outcome`. Throws std::system_error.
+  void append(const BoardOutcome& outcome);
   std::string line(const BoardOutcome& outcome) const;
 
   std::string path_;

@@ -44,7 +44,6 @@ public:
 
   bool dtr() const { return dtr_; }
   bool rts() const { return rts_; }
-  ResetWiring wiring() const { return wiring_; }
 
 private:
   void change(bool dtr, bool rts, double now);

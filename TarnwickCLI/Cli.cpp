@@ -247,8 +247,8 @@ void checkBeforeFlashing(const ProductPackage& package) {
 // A port that is no serial adapter is a usage error, before anything is opened: a
 // pseudo-terminal only with --test-device, and "ttyUSB0" is most likely /dev/ttyUSB0. A network
 // port ("rfc2217://HOST:PORT") must be well formed, with or without --test-device.
-void checkPortName(const std::string& path, const Arguments& arguments, bool networkPorts) {
-  if (networkPorts && looksLikeNetworkPort(path)) {
+void checkPortName(const std::string& path, const Arguments& arguments) {
+  if (looksLikeNetworkPort(path)) {
     if (parseNetworkPort(path)) return;
     throw UsageError{L10n::Cli::invalidNetworkPort(path), arguments.command};
   }
@@ -267,7 +267,7 @@ int flash(const Arguments& arguments) {
   checkBeforeFlashing(package);
   const std::vector<SerialPortInfo> present = PortScanner().scan();
   const std::string port = arguments.port ? *arguments.port : onlyUSBPort(present).path;
-  checkPortName(port, arguments, true);
+  checkPortName(port, arguments);
 
   Console console(stdout, ::isatty(STDOUT_FILENO) == 1);
   const bool avr = package.product.target.avrBoard().has_value();
@@ -349,7 +349,7 @@ int station(const Arguments& arguments) {
   options.limit = arguments.limit;
   std::vector<std::string> testDevices;
   for (const auto& path : arguments.ports) {
-    checkPortName(path, arguments, true);
+    checkPortName(path, arguments);
     // A network port by the name its events and record give it, however it was written.
     if (auto address = parseNetworkPort(path)) {
       // Named twice, it is still one port: its server would take a second watcher for another
