@@ -235,6 +235,8 @@ public:
   /// The simulated boards plugged in, in that order.
   std::vector<SimulatedPort> simulatedBoards() const;
   bool isSimulatedBoard(const QString& path) const;
+  /// A pseudo-terminal the engine may open: a test device or a simulated board.
+  bool allowsTestDevice(const std::string& path) const;
   /// The network ports the user added ("rfc2217://HOST:PORT"), in the order added.
   QStringList networkPorts() const;
   /// Whether `path` names a port on another computer.
@@ -380,8 +382,6 @@ private:
   void addRecentDocument(const std::filesystem::path& location);
   void scheduleAutoFlash(const std::string& path, std::optional<std::string> leaveBoardWithMAC);
   bool isTestDevice(const std::string& path) const;
-  /// A pseudo-terminal the engine may open: a test device or a simulated board.
-  bool allowsTestDevice(const std::string& path) const;
   /// The scanner's list with the simulated boards after its USB ports, then the test devices,
   /// and the network ports last.
   std::vector<SerialPortInfo> withOwnPorts(std::vector<SerialPortInfo> ports) const;

@@ -315,17 +315,16 @@ void StationModel::deliver() {
   if (!report_) return;
   const auto now = Clock::now();
   const auto interval = duration(options_.updateIntervalSeconds);
-  if (updatedOnce_ && now - lastUpdate_ < interval) {
+  if (lastUpdate_ && now - *lastUpdate_ < interval) {
     if (!updateLater_.isActive()) {
       const auto wait =
-          std::chrono::ceil<std::chrono::milliseconds>(lastUpdate_ + interval - now).count();
+          std::chrono::ceil<std::chrono::milliseconds>(*lastUpdate_ + interval - now).count();
       updateLater_.start(static_cast<int>(wait));
     }
     return;
   }
   Update update = report_->take();
   lastUpdate_ = now;
-  updatedOnce_ = true;
   const StationTally before = tally();
   apply(update);
   ++updates_;
@@ -351,6 +350,12 @@ StationRow& StationModel::rowFor(const std::string& path) {
   rows_.push_back({});
   rows_.back().path = path;
   return rows_.back();
+}
+
+void StationModel::tell(StationRow& row, const NarratedStep& step) {
+  if (step.stage) row.stage = qs(*step.stage);
+  if (step.line) appendBoardLine(row, *step.line);
+  if (step.note) appendBoardLine(row, *step.note);
 }
 
 void StationModel::appendBoardLine(StationRow& row, const LogSegment& line) {
@@ -384,9 +389,7 @@ void StationModel::apply(Update& update) {
       auto narrator = narrators_.find(reported->path);
       if (!row || narrator == narrators_.end()) continue;
       const NarratedStep step = narrator->second.narrate(reported->event);
-      if (step.stage) row->stage = qs(*step.stage);
-      if (step.line) appendBoardLine(*row, *step.line);
-      if (step.note) appendBoardLine(*row, *step.note);
+      tell(*row, step);
       if (auto* progress = std::get_if<FlashEvents::Progress>(&reported->event)) {
         row->done = progress->done;
         row->total = progress->total;
@@ -430,9 +433,7 @@ void StationModel::apply(Update& update) {
         ++failed_;
         break;
       }
-      if (step.stage) row.stage = qs(*step.stage);
-      if (step.line) appendBoardLine(row, *step.line);
-      if (step.note) appendBoardLine(row, *step.note);
+      tell(row, step);
       narrators_.erase(row.path);
       // Stopping is the person's own doing: no sound for it, as for a single board.
       if (outcome.result != Result::stopped) model_.playRunSound(outcome.result == Result::done);
@@ -539,6 +540,13 @@ void StationModel::setLimit(std::optional<std::int64_t> limit) {
   emit optionsChanged();
 }
 
+void StationModel::showRecordPath(const QString& path) {
+  setRecordProblem({});
+  if (recordPath_ == path) return;
+  recordPath_ = path;
+  emit recordPathChanged();
+}
+
 void StationModel::setRecordPath(const QString& path) {
   // The running station keeps writing where it began.
   if (isRunning()) return;
@@ -551,10 +559,7 @@ void StationModel::setRecordPath(const QString& path) {
       files.insert(product, path);
     settings_->setValue(Keys::recordFiles, files);
   }
-  setRecordProblem({});
-  if (recordPath_ == path) return;
-  recordPath_ = path;
-  emit recordPathChanged();
+  showRecordPath(path);
 }
 
 void StationModel::productPathChanged() {
@@ -563,10 +568,7 @@ void StationModel::productPathChanged() {
   const QString path = product.isEmpty()
                            ? QString()
                            : settings_->value(Keys::recordFiles).toMap().value(product).toString();
-  setRecordProblem({});
-  if (recordPath_ == path) return;
-  recordPath_ = path;
-  emit recordPathChanged();
+  showRecordPath(path);
 }
 
 void StationModel::portsChanged() {
@@ -575,11 +577,8 @@ void StationModel::portsChanged() {
     std::lock_guard lock(names_->mutex);
     names_->byPath.clear();
     for (const auto& port : model_.ports()) {
-      const QString path = qs(port.path);
-      const bool own =
-          model_.isSimulatedBoard(path) ||
-          std::ranges::find(model_.testDevices(), port.path) != model_.testDevices().end();
-      if (own) names_->byPath[port.path] = model_.portLabel(path).toStdString();
+      if (model_.allowsTestDevice(port.path))
+        names_->byPath[port.path] = model_.portLabel(qs(port.path)).toStdString();
     }
   }
   feed_->deliver(model_.ports());

@@ -163,7 +163,11 @@ private:
   void apply(Update& update);
   StationRow& rowFor(const std::string& path);
   StationRow* findRow(const std::string& path);
+  /// A narrated step in the board's row: its stage, and its lines in the board's log.
+  void tell(StationRow& row, const NarratedStep& step);
   void appendBoardLine(StationRow& row, const LogSegment& line);
+  /// The record file the next start writes to; an earlier problem with a record is forgotten.
+  void showRecordPath(const QString& path);
   void ended();
   void setPhase(Phase phase);
   void setNotice(const QString& text);
@@ -194,8 +198,7 @@ private:
   QString notice_;
   int updates_ = 0;
   int runsStarted_ = 0;
-  Clock::time_point lastUpdate_{};
-  bool updatedOnce_ = false;
+  std::optional<Clock::time_point> lastUpdate_;
   QTimer updateLater_;
   QTimer tallyExpiry_;
 

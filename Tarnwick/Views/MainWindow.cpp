@@ -843,6 +843,21 @@ void MainWindow::refreshStatus() {
   progress_->setVisible(flashing && !station);
   // The station has its own counts above its table.
   counters_->setVisible(!station);
+  // Each new text of the status line is announced (a changed name), so the stage of a run, its
+  // end and a new board reach a screen reader as they happen.
+  if (flashing && !station) {
+    statusText_->setText(model_.stageText());
+    const double fraction = model_.progressFraction();
+    progress_->setValueText(qt(L10n::Accessible::progressValue(model_.progressFile().toStdString(),
+                                                               static_cast<int>(fraction * 100))));
+    progress_->setValue(static_cast<int>(fraction * 1000));
+    return;
+  }
+  if (!station && !newBoard_.isEmpty()) {
+    statusText_->setText(qt(L10n::Log::newBoardOn(model_.portLabel(newBoard_).toStdString())));
+    return;
+  }
+  // The files are gathered only for the texts that name them, not on every step of a run.
   const auto images = model_.product().enabledImages();
   auto addresses = [&] {
     if (!model_.product().target.isESP()) return std::string();
@@ -862,20 +877,6 @@ void MainWindow::refreshStatus() {
     else
       statusText_->setText(qt(L10n::Panel::fileCount(static_cast<std::int64_t>(images.size()))) +
                            (images.empty() ? QString() : QStringLiteral(" · ") + qt(addresses())));
-    return;
-  }
-  // Each new text of the status line is announced (a changed name), so the stage of a run, its
-  // end and a new board reach a screen reader as they happen.
-  if (flashing) {
-    statusText_->setText(model_.stageText());
-    const double fraction = model_.progressFraction();
-    progress_->setValueText(qt(L10n::Accessible::progressValue(model_.progressFile().toStdString(),
-                                                               static_cast<int>(fraction * 100))));
-    progress_->setValue(static_cast<int>(fraction * 1000));
-    return;
-  }
-  if (!newBoard_.isEmpty()) {
-    statusText_->setText(qt(L10n::Log::newBoardOn(model_.portLabel(newBoard_).toStdString())));
     return;
   }
   QString text;

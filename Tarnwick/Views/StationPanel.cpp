@@ -107,11 +107,11 @@ StationPanel::StationPanel(FlasherModel& model, StationModel& station, QWidget* 
   layout->addWidget(problem_);
   layout->addWidget(buildControls());
 
-  rows_ = new StationTable(station_, this);
+  auto* rows = new StationTable(station_, this);
   table_ = new QTableView;
   table_->setObjectName("stationTable");
   table_->setAccessibleName(qt(L10n::Accessible::stationTable()));
-  table_->setModel(rows_);
+  table_->setModel(rows);
   table_->verticalHeader()->hide();
   table_->setSelectionBehavior(QAbstractItemView::SelectRows);
   table_->setSelectionMode(QAbstractItemView::SingleSelection);

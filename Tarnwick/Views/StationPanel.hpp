@@ -19,7 +19,6 @@ class FlasherModel;
 class LogView;
 class OutputBuffer;
 class StationModel;
-class StationTable;
 
 class StationPanel : public QWidget {
   Q_OBJECT
@@ -64,7 +63,6 @@ private:
 
   FlasherModel& model_;
   StationModel& station_;
-  StationTable* rows_ = nullptr;
   QLabel* figures_[4] = {};
   QLabel* state_ = nullptr;
   QFrame* problem_ = nullptr;
