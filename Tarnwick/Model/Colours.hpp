@@ -7,6 +7,11 @@
 
 namespace tarnwick {
 
+/// The program's colours for a board that was flashed and one that failed, as the status dot
+/// shows them; text in them goes through readableOn.
+inline const QColor successGreen{0x2E, 0xB8, 0x4B};
+inline const QColor failureRed{0xE0, 0x3A, 0x3A};
+
 /// The relative luminance of a colour, 0 for black to 1 for white (WCAG 2).
 double luminance(const QColor& colour);
 /// How far two colours stand apart, from 1:1 (the same) to 21:1 (black on white); text wants 4.5.

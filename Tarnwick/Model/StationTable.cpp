@@ -38,8 +38,8 @@ QString resultText(const StationRow& row) {
 QVariant resultColour(StationRow::Result result) {
   const QColor base = QGuiApplication::palette().color(QPalette::Base);
   switch (result) {
-  case StationRow::Result::done: return readableOn(QColor(0x2E, 0xB8, 0x4B), base);
-  case StationRow::Result::failed: return readableOn(QColor(0xE0, 0x3A, 0x3A), base);
+  case StationRow::Result::done: return readableOn(successGreen, base);
+  case StationRow::Result::failed: return readableOn(failureRed, base);
   default: return {};
   }
 }

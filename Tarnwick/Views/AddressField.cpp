@@ -7,6 +7,7 @@
 
 #include "Localization/AccessibleTexts.hpp"
 #include "Localization/RunTexts.hpp"
+#include "Tarnwick/Model/Colours.hpp"
 #include "Tarnwick/Views/Accessibility.hpp"
 
 namespace tarnwick {
@@ -43,7 +44,7 @@ QIcon invalidMarkIcon() {
   QPainter painter(&pixmap);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor(0xE0, 0x3A, 0x3A));
+  painter.setBrush(failureRed);
   painter.drawEllipse(QRectF(2, 2, 28, 28));
   painter.setBrush(Qt::white);
   painter.drawRoundedRect(QRectF(14, 7, 4, 13), 2, 2);

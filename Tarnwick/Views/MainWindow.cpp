@@ -81,9 +81,9 @@ QPalette bannerPalette(QPalette palette) {
 QColor StatusDot::colourFor(bool flashing, const std::optional<FlashOutcome>& outcome) {
   if (flashing) return {0xF2, 0xC0, 0x1E};
   if (outcome && std::holds_alternative<FlashOutcome::Success>(outcome->value))
-    return {0x2E, 0xB8, 0x4B};
+    return successGreen;
   if (outcome && std::holds_alternative<FlashOutcome::Failure>(outcome->value))
-    return {0xE0, 0x3A, 0x3A};
+    return failureRed;
   return {0x9A, 0x9A, 0x9A};
 }
 

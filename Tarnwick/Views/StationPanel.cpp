@@ -365,7 +365,7 @@ void StationPanel::refreshTally() {
   QPalette palette = this->palette();
   if (tally.failed > 0)
     palette.setColor(QPalette::WindowText,
-                     readableOn(QColor(0xE0, 0x3A, 0x3A), palette.color(QPalette::Window)));
+                     readableOn(failureRed, palette.color(QPalette::Window)));
   if (palette != figures_[1]->palette()) figures_[1]->setPalette(palette);
 }
 
