@@ -66,18 +66,6 @@ Clock::duration duration(double seconds) {
   return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
 }
 
-// A stored switch that is not a bool counts as absent. The INI store of Linux hands bools back as
-// the words "true" and "false", so those count as bools too.
-bool storedSwitch(const QSettings& settings, const char* key, bool fallback) {
-  QVariant value = settings.value(key);
-  if (value.typeId() == QMetaType::Bool) return value.toBool();
-  if (value.typeId() == QMetaType::QString) {
-    if (value.toString() == QLatin1String("true")) return true;
-    if (value.toString() == QLatin1String("false")) return false;
-  }
-  return fallback;
-}
-
 // The new product of File ▸ New and of a start without autosave.
 Product freshProduct(const Target& target) {
   Product product;
@@ -114,6 +102,18 @@ void postToModel(const QPointer<FlasherModel>& model, std::function<void(Flasher
 }
 
 } // namespace
+
+// The INI store of Linux hands bools back as the words "true" and "false", so those count as
+// bools too.
+bool storedSwitch(const QSettings& settings, const char* key, bool fallback) {
+  QVariant value = settings.value(key);
+  if (value.typeId() == QMetaType::Bool) return value.toBool();
+  if (value.typeId() == QMetaType::QString) {
+    if (value.toString() == QLatin1String("true")) return true;
+    if (value.toString() == QLatin1String("false")) return false;
+  }
+  return fallback;
+}
 
 FlasherModel::FlasherModel(Options options, QObject* parent)
     : QObject(parent), options_(std::move(options)), defaults_(std::make_unique<QSettings>()),

@@ -32,6 +32,9 @@ class QSettings;
 
 namespace tarnwick {
 
+/// A stored on/off setting; one that is not a bool counts as absent and gives `fallback`.
+bool storedSwitch(const QSettings& settings, const char* key, bool fallback);
+
 namespace simulator {
 class SimulatedBoard;
 }

@@ -41,10 +41,6 @@ constexpr const char* limit = "station/limit";
 
 QString qs(const std::string& text) { return QString::fromStdString(text); }
 
-Clock::duration duration(double seconds) {
-  return std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-}
-
 // Which exact product the boards got: the digest of product.json as saving the product in
 // memory writes it, so an unsaved or edited product is told apart from the file on disk.
 std::string recordDigest(const Product& product) {
@@ -176,7 +172,7 @@ StationModel::StationModel(FlasherModel& model, QObject* parent)
 StationModel::StationModel(FlasherModel& model, Options options, QObject* parent)
     : QObject(parent), model_(model), options_(std::move(options)),
       settings_(std::make_unique<QSettings>()), names_(std::make_shared<Names>()) {
-  alsoConnected_ = settings_->value(Keys::alsoConnected).toString() == QLatin1String("true");
+  alsoConnected_ = storedSwitch(*settings_, Keys::alsoConnected, false);
   bool valid = false;
   const qint64 stored = settings_->value(Keys::limit).toLongLong(&valid);
   if (valid && stored > 0) limit_ = stored;
@@ -314,7 +310,7 @@ void StationModel::ended() {
 void StationModel::deliver() {
   if (!report_) return;
   const auto now = Clock::now();
-  const auto interval = duration(options_.updateIntervalSeconds);
+  const auto interval = station::seconds(options_.updateIntervalSeconds);
   if (lastUpdate_ && now - *lastUpdate_ < interval) {
     if (!updateLater_.isActive()) {
       const auto wait =
@@ -496,14 +492,14 @@ StationTally StationModel::tally() const {
   tally.flashed = flashed_;
   tally.failed = failed_;
   tally.running = std::ranges::count(rows_, StationRow::Result::running, &StationRow::result);
-  const auto since = options_.clock() - duration(boardsPerHourWindowSeconds);
+  const auto since = options_.clock() - station::seconds(boardsPerHourWindowSeconds);
   tally.boardsPerHour =
       6 * std::ranges::count_if(finishedAt_, [&](Clock::time_point at) { return at > since; });
   return tally;
 }
 
 void StationModel::scheduleTallyExpiry() {
-  const auto since = options_.clock() - duration(boardsPerHourWindowSeconds);
+  const auto since = options_.clock() - station::seconds(boardsPerHourWindowSeconds);
   while (!finishedAt_.empty() && finishedAt_.front() <= since)
     finishedAt_.pop_front();
   if (finishedAt_.empty()) {
@@ -526,7 +522,7 @@ void StationModel::clearFinished() {
 // MARK: - Options and the record file
 
 void StationModel::setAlsoConnected(bool on) {
-  settings_->setValue(Keys::alsoConnected, on ? QStringLiteral("true") : QStringLiteral("false"));
+  settings_->setValue(Keys::alsoConnected, on);
   if (alsoConnected_ == on) return;
   alsoConnected_ = on;
   emit optionsChanged();
