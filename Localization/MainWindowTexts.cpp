@@ -141,7 +141,6 @@ std::string selectPort() {
   return tr({"Select a port…", "Kies een poort…", "Schnittstelle auswählen …",
              "Choisissez un port…", "Elige un puerto…"});
 }
-std::string start() { return tr({"Start", "Starten", "Starten", "Démarrer", "Iniciar"}); }
 std::string stop() { return tr({"&Stop", "&Stoppen", "&Stoppen", "&Arrêter", "&Detener"}); }
 } // namespace tarnwick::L10n::Header
 

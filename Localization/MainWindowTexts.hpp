@@ -56,7 +56,6 @@ std::string automatic();
 std::string serialPort();
 std::string noPortsFound();
 std::string selectPort();
-std::string start();
 std::string stop();
 } // namespace tarnwick::L10n::Header
 

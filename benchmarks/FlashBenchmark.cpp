@@ -29,6 +29,7 @@
 #include "Simulator/DemoFirmware.hpp"
 #include "Simulator/SimulatedAVR.hpp"
 #include "Simulator/SimulatedESP.hpp"
+#include "support/Boards.hpp"
 #include "support/Products.hpp"
 #include "support/Ser2net.hpp"
 
@@ -151,11 +152,7 @@ void espSeries(const char* what, const Bytes& data, Target target) {
   auto cache = std::make_shared<CompressionCache>();
   double elapsed[2] = {0, 0};
   for (int run = 0; run < 2; ++run) {
-    SimulatedESPOptions options;
-    options.chip = ESPChip::esp32;
-    options.paceLine = true;
-    options.syncAnswers = 1;
-    SimulatedESP board(options);
+    SimulatedESP board(pacedESP32());
     Timing t = timedRun(p, board.path(), cache);
     elapsed[run] = t.elapsed;
     report(run == 0 ? " first board (compresses ahead)" : " next board (streams from the cache)",
@@ -183,11 +180,7 @@ void throughSer2net() {
   auto cache = std::make_shared<CompressionCache>();
   // `chardelay` absent: the pseudo-terminal directly.
   auto run = [&](std::optional<bool> chardelay) {
-    SimulatedESPOptions options;
-    options.chip = ESPChip::esp32;
-    options.paceLine = true;
-    options.syncAnswers = 1;
-    SimulatedESP board(options);
+    SimulatedESP board(pacedESP32());
     std::unique_ptr<Ser2net> server;
     std::string port = board.path();
     if (chardelay) {

@@ -31,6 +31,7 @@
 #include "Tarnwick/Model/StationModel.hpp"
 #include "Tarnwick/Views/MainWindow.hpp"
 #endif
+#include "support/Boards.hpp"
 #include "support/Products.hpp"
 
 using namespace tarnwick;
@@ -83,10 +84,7 @@ Figures flashAtOnce(int count, const ProductPackage& package) {
   std::vector<std::unique_ptr<SimulatedESP>> boards;
   std::vector<SerialPortInfo> ports;
   for (int i = 0; i < count; ++i) {
-    SimulatedESPOptions options;
-    options.paceLine = true;
-    options.syncAnswers = 1;
-    boards.push_back(std::make_unique<SimulatedESP>(options));
+    boards.push_back(std::make_unique<SimulatedESP>(testing::pacedESP32()));
     ports.push_back({boards.back()->path(), std::nullopt, 0x10C4, 0xEA60});
   }
   StationOptions options;

@@ -192,7 +192,6 @@ const std::vector<Entry>& entries() {
       {TEXT(Header::serialPort()), "Serial port"},
       {TEXT(Header::noPortsFound()), "No ports found"},
       {TEXT(Header::selectPort()), "Select a port…"},
-      {TEXT(Header::start()), "Start"},
       {TEXT(Header::stop()), "&Stop"},
       {TEXT(Footer::logOptions()), "Log options"},
       {TEXT(Footer::showLog()), "Show &Log"},

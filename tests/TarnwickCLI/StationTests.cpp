@@ -41,6 +41,20 @@ namespace {
 // these tests read English whatever the machine's locale.
 const bool inEnglish = [] { return ::setenv("LANGUAGE", "en", 1) == 0; }();
 
+// A product file in a directory of its own, removed with it.
+struct ProductOnDisk {
+  explicit ProductOnDisk(const char* name, std::int64_t size = 64 * 1024)
+      : root(fs::temp_directory_path() / (name + std::to_string(::getpid()))) {
+    fs::remove_all(root);
+    fs::create_directories(root);
+    auto p = espProduct(ESPChip::esp32, size);
+    ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
+  }
+  ~ProductOnDisk() { fs::remove_all(root); }
+  std::string path() const { return (root / "Sensor.twflash").string(); }
+  fs::path root;
+};
+
 } // namespace
 
 // The executable: JSON events and the record file, with simulated boards named as test devices.
@@ -113,12 +127,9 @@ TEST(StationCommand, JSONEventsAndTheRecordFile) {
 // Ctrl+C at the executable: the running board finishes, the station says so and ends with 0.
 // Usage errors and an unwritable record end with 2 before any board is touched.
 TEST(StationCommand, CtrlCAndRefusals) {
-  const fs::path root = fs::temp_directory_path() / ("tw-station-c-" + std::to_string(::getpid()));
-  fs::remove_all(root);
-  fs::create_directories(root);
-  auto p = espProduct(ESPChip::esp32, 64 * 1024);
-  ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
-  const std::string product = (root / "Sensor.twflash").string();
+  const ProductOnDisk onDisk("tw-station-c-");
+  const std::string product = onDisk.path();
+  const fs::path& root = onDisk.root;
   SimulatedESP board(pacedESP32());
 
   Result stopped = runCLI({"station", product, "--test-device", "--port", board.path()},
@@ -146,7 +157,6 @@ TEST(StationCommand, CtrlCAndRefusals) {
     EXPECT_FALSE(result.err.empty()) << words.back();
   }
   EXPECT_EQ(board.requests(ESPCommand::sync), syncsBefore) << "a refused station touched a board";
-  fs::remove_all(root);
 }
 
 // Every option the help's "A series of boards" topic gives the station is one it takes, and a
@@ -183,20 +193,6 @@ TEST(StationCommand, TheHelpTopicsOptionsAreTheStationsOwn) {
 }
 
 namespace {
-// A product file in a directory of its own, removed with it.
-struct ProductOnDisk {
-  explicit ProductOnDisk(const char* name, std::int64_t size = 64 * 1024)
-      : root(fs::temp_directory_path() / (name + std::to_string(::getpid()))) {
-    fs::remove_all(root);
-    fs::create_directories(root);
-    auto p = espProduct(ESPChip::esp32, size);
-    ProductPackage::write({p.product, p.files, {}}, root / "Sensor.twflash");
-  }
-  ~ProductOnDisk() { fs::remove_all(root); }
-  std::string path() const { return (root / "Sensor.twflash").string(); }
-  fs::path root;
-};
-
 // The lines left on a terminal's screen: "\033[K" wipes the line being written, "\n" ends it.
 // (The output only ever returns with "\r" to wipe.)
 std::vector<std::string> screenLines(const std::string& out) {

@@ -15,6 +15,8 @@
 #include <set>
 #include <vector>
 
+#include "Tarnwick/Views/ViewSupport.hpp"
+
 namespace tarnwick::testing {
 
 struct AccessibleNode {
@@ -119,8 +121,7 @@ inline std::vector<AccessibleNode> accessibleNodes(QWidget* window) {
 inline std::set<QString> shownTexts(QWidget* root) {
   std::set<QString> texts;
   auto add = [&](const QString& text) {
-    QString plain = text;
-    plain.replace(QLatin1String("&&"), QStringLiteral("\x01")).remove(u'&').replace(u'\x01', u'&');
+    QString plain = withoutMnemonic(text);
     if (!plain.isEmpty()) texts.insert(plain);
   };
   QList<QWidget*> widgets = root->findChildren<QWidget*>();

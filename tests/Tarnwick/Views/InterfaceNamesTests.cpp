@@ -26,16 +26,15 @@
 #include "Tarnwick/Views/HelpWindow.hpp"
 #include "Tarnwick/Views/LogView.hpp"
 #include "Tarnwick/Views/QtTranslations.hpp"
+#include "Tarnwick/Views/ViewSupport.hpp"
 #include "Tarnwick/Views/WindowFixture.hpp"
 
 namespace tarnwick::testing {
 namespace {
 
 /// A text as the reader sees it: no mnemonic marks, no-break spaces as spaces.
-QString seen(QString text) {
-  text.replace(QLatin1String("&&"), QStringLiteral("\x01"));
-  text.remove(u'&');
-  text.replace(u'\x01', u'&');
+QString seen(const QString& shown) {
+  QString text = withoutMnemonic(shown);
   text.replace(QChar(0x00A0), u' ');
   text.replace(QChar(0x202F), u' ');
   return text.trimmed();
