@@ -329,7 +329,10 @@ void HelpWindow::render(const HelpTopic& topic) {
             const QString name = QString::fromStdString(content.name);
             const QString path = assets::screenshotPath(name, languageCode);
             if (!path.isEmpty()) {
-              QImage image(path);
+              // Decoded once: a page laid out again for a new width uses the same pictures.
+              auto cached = pictures_.find(path);
+              if (cached == pictures_.end()) cached = pictures_.insert(path, QImage(path));
+              const QImage& image = *cached;
               const QString url = QStringLiteral("help-image:") + name;
               document->addResource(QTextDocument::ImageResource, QUrl(url), image);
               QTextImageFormat picture;

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QHash>
+#include <QImage>
 #include <QPointer>
 #include <QWidget>
 #include <string>
@@ -54,6 +55,8 @@ private:
   QTextBrowser* page_;
   std::string selected_;
   int renderedWidth_ = 0;
+  /// The help's pictures as decoded, by file.
+  QHash<QString, QImage> pictures_;
   /// The caption of each picture on the page, by its link.
   QHash<QString, QString> captions_;
   QPointer<QDialog> picture_;
